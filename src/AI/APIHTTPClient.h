@@ -1,0 +1,49 @@
+#pragma once
+
+// The one place where the program talks HTTP.
+//
+// A thin layer over one shared QNetworkAccessManager: no retries, no cookies, no cache. Main thread; any number of
+// operations may run at once. Every failure is an AppError. A body larger than maximumBodyBytes() is refused and never
+// held in memory whole. Redirects are followed, but headers given by the caller never go to another origin.
+
+#include <QByteArray>
+#include <QCoroTask>
+#include <QNetworkAccessManager>
+#include <QNetworkRequest>
+#include <QString>
+#include <QUrl>
+
+#include <chrono>
+#include <functional>
+#include <stop_token>
+#include <utility>
+#include <vector>
+
+namespace orvesa {
+
+class APIHTTPClient final {
+public:
+    using Headers = std::vector<std::pair<QByteArray, QByteArray>>;
+
+    /// Time without a byte after which a transfer fails.
+    static constexpr std::chrono::milliseconds defaultTimeout = std::chrono::seconds(60);
+    /// An answer's greatest size, after decompression.
+    static constexpr qint64 maximumBodyBytes = 16 * 1024 * 1024;
+    /// How much of an error's body reaches the message.
+    static constexpr qsizetype maximumErrorBytes = 500;
+
+    /// The manager must outlive the client.
+    explicit APIHTTPClient(QNetworkAccessManager &manager, std::chrono::milliseconds timeout = defaultTimeout);
+
+    /// POSTs a JSON body; gives the answer's bytes.
+    [[nodiscard]] QCoro::Task<QByteArray> postJSON(QUrl url, Headers headers, QByteArray body, std::stop_token stop = {});
+    [[nodiscard]] QCoro::Task<QByteArray> get(QUrl url, Headers headers, std::stop_token stop = {});
+    /// Opens the connection to the address ahead of a request.
+    void preconnect(const QUrl &url);
+
+private:
+    QNetworkAccessManager &m_manager;
+    std::chrono::milliseconds m_timeout;
+};
+
+} // namespace orvesa

@@ -1,0 +1,93 @@
+#pragma once
+
+// Every preference of the user: read once at creation, observable, written back the moment it changes.
+//
+// Each setter first emits willChange(), then sets, then writes, then emits the property's own changed signal. Per-provider models
+// are not properties: they are read and written on every access. API keys are not kept here. Main thread only.
+
+#include "AI/AIProviderConfig.h"
+#include "Core/AppLanguage.h"
+#include "Models/AppTheme.h"
+#include "Models/CustomPrompt.h"
+#include "Models/HotKeyAction.h"
+#include "Models/PolishMode.h"
+#include "Models/TargetLanguage.h"
+#include "Platform/PreferredLanguagesPort.h"
+#include "Platform/UserDefaultsPort.h"
+
+#include <QObject>
+
+#include <map>
+#include <optional>
+#include <vector>
+
+namespace orvesa {
+
+using HotKeyOverrides = std::map<HotKeyAction, KeyCombo>;
+
+class SettingsStore final : public QObject {
+    Q_OBJECT
+
+public:
+    /// Reads every key; what is missing or not understood takes its default. Writes nothing. Sets the current
+    /// interface language. Both ports must outlive the store.
+    SettingsStore(UserDefaultsPort &defaults, const PreferredLanguagesPort &languages, QObject *parent = nullptr);
+
+    [[nodiscard]] AIProviderType defaultProvider() const { return m_defaultProvider; }
+    [[nodiscard]] TargetLanguage targetLanguage() const { return m_targetLanguage; }
+    [[nodiscard]] PolishMode polishMode() const { return m_polishMode; }
+    [[nodiscard]] bool thinkingEnabled() const { return m_thinkingEnabled; }
+    [[nodiscard]] const HotKeyOverrides &hotKeyOverrides() const { return m_hotKeyOverrides; }
+    [[nodiscard]] AppLanguage appLanguage() const { return m_appLanguage; }
+    [[nodiscard]] AppTheme theme() const { return m_theme; }
+    [[nodiscard]] const std::vector<CustomPrompt> &customPrompts() const { return m_customPrompts; }
+
+    void setDefaultProvider(AIProviderType provider);
+    void setTargetLanguage(TargetLanguage language);
+    void setPolishMode(PolishMode mode);
+    void setThinkingEnabled(bool enabled);
+    void setHotKeyOverrides(HotKeyOverrides overrides);
+    void setAppLanguage(AppLanguage language);
+    void setTheme(AppTheme theme);
+    void setCustomPrompts(std::vector<CustomPrompt> prompts);
+
+    /// The stored model, or the provider's default one.
+    [[nodiscard]] QString model(AIProviderType provider) const;
+    /// Stores the model without outer blanks; a blank one removes the choice.
+    void setModel(const QString &model, AIProviderType provider);
+    /// The configuration of the next request.
+    [[nodiscard]] AIProviderConfig activeConfig() const;
+
+    /// The effective shortcut: the override, else the default.
+    [[nodiscard]] KeyCombo combo(HotKeyAction action) const;
+    [[nodiscard]] bool isCustomized(HotKeyAction action) const;
+    /// A combination equal to the default in key and modifiers removes the override.
+    void setCombo(const KeyCombo &combo, HotKeyAction action);
+    /// Whether another action or prompt has this key and these modifiers.
+    [[nodiscard]] bool isComboTaken(const KeyCombo &combo, std::optional<HotKeyAction> excludingAction,
+                                    std::optional<QUuid> excludingPromptID) const;
+
+Q_SIGNALS:
+    void willChange();
+    void defaultProviderChanged();
+    void targetLanguageChanged();
+    void polishModeChanged();
+    void thinkingEnabledChanged();
+    void hotKeyOverridesChanged();
+    void appLanguageChanged();
+    void themeChanged();
+    void customPromptsChanged();
+
+private:
+    UserDefaultsPort &m_defaults;
+    AIProviderType m_defaultProvider = AIProviderType::gemini;
+    TargetLanguage m_targetLanguage = TargetLanguage::traditionalChinese;
+    PolishMode m_polishMode = PolishMode::businessJapanese;
+    bool m_thinkingEnabled = false;
+    HotKeyOverrides m_hotKeyOverrides;
+    AppLanguage m_appLanguage = AppLanguage::english;
+    AppTheme m_theme = AppTheme::violet;
+    std::vector<CustomPrompt> m_customPrompts;
+};
+
+} // namespace orvesa

@@ -1,0 +1,20 @@
+#pragma once
+
+// The two questions that rules ask of a text: what is left without its outer blanks, and how long it is for a reader.
+// Pure functions, any thread.
+
+#include <QString>
+#include <QStringView>
+
+namespace orvesa {
+
+/// Without the characters of Unicode category Z, U+0009 to U+000D and U+0085 at both ends.
+[[nodiscard]] QStringView trimmedWhitespaceAndNewlines(QStringView text);
+
+/// Whether nothing is left after trimming.
+[[nodiscard]] bool isBlank(QStringView text);
+
+/// Length in user-perceived characters: extended grapheme clusters (Unicode UAX #29).
+[[nodiscard]] qsizetype characterCount(QStringView text);
+
+} // namespace orvesa

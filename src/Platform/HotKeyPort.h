@@ -1,0 +1,48 @@
+#pragma once
+
+// System-wide hot keys, shaped like the Carbon Event Manager's calls.
+//
+// Main thread; the handler is called on it. Key codes are macOS virtual key codes and modifiers Carbon bits (command
+// 0x100, shift 0x200, option 0x800, control 0x1000) on every desktop.
+
+#include <QtGlobal>
+
+#include <functional>
+
+namespace orvesa {
+
+namespace HotKeyStatus {
+inline constexpr qint32 noErr = 0;
+inline constexpr qint32 eventNotHandled = -9874; // eventNotHandledErr
+inline constexpr qint32 hotKeyExists = -9878;    // eventHotKeyExistsErr: taken, by another program or by ourselves
+inline constexpr qint32 hotKeyInvalid = -9879;   // eventHotKeyInvalidParameterErr: no such key on this keyboard
+inline constexpr qint32 notAvailable = -9862;    // eventInternalErr: no way to grab keys on this desktop
+} // namespace HotKeyStatus
+
+struct HotKeyID {
+    quint32 signature = 0; ///< four-character code
+    quint32 id = 0;
+};
+
+/// A registration's reference, meaningful to its adapter only; 0 is none.
+using HotKeyRef = quint64;
+
+struct HotKeyRegistration {
+    qint32 status = HotKeyStatus::noErr;
+    HotKeyRef reference = 0;
+};
+
+class HotKeyPort {
+public:
+    /// Called once per press, however long the key is held. Its return value is an event-handler status.
+    using Handler = std::function<qint32(HotKeyID)>;
+
+    virtual ~HotKeyPort() = default;
+
+    [[nodiscard]] virtual qint32 installHandler(Handler handler) = 0;
+    virtual void removeHandler() = 0;
+    [[nodiscard]] virtual HotKeyRegistration registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id) = 0;
+    virtual qint32 unregisterHotKey(HotKeyRef reference) = 0;
+};
+
+} // namespace orvesa

@@ -1,0 +1,23 @@
+#pragma once
+
+// What makes a top-level window a floating panel that never activates its application. Main thread.
+
+#include <QtGlobal>
+
+QT_FORWARD_DECLARE_CLASS(QWindow)
+
+namespace orvesa {
+
+class PanelWindowPort {
+public:
+    virtual ~PanelWindowPort() = default;
+
+    /// Gives a created but not yet shown window the panel's behaviour: above ordinary windows, on every desktop, out of
+    /// task bars and pagers, no focus when shown. Call again after the native window was recreated.
+    virtual void makePanel(QWindow &window) = 0;
+
+    /// Whether translucent windows are blended with what lies below them at this moment.
+    [[nodiscard]] virtual bool isCompositing() const = 0;
+};
+
+} // namespace orvesa

@@ -1,0 +1,17 @@
+#pragma once
+
+// The user's preferred languages, most preferred first.
+
+#include <QStringList>
+
+namespace orvesa {
+
+class PreferredLanguagesPort {
+public:
+    virtual ~PreferredLanguagesPort() = default;
+
+    /// BCP 47 tags such as "zh-Hant-TW" or "ja-JP". May be empty. Any thread.
+    [[nodiscard]] virtual QStringList preferredLanguages() const = 0;
+};
+
+} // namespace orvesa
