@@ -151,8 +151,8 @@ QStringList wrongArrows(const SourceTree &tree)
             if (!tree.contains(include) || !to) {
                 found.append(path + u": includes "_s + include + u", which does not exist"_s);
             } else if (!mayInclude(*from, *to)) {
-                found.append(path + u": includes "_s + include + u", an arrow from "_s + roomName(*from) + u" to "_s
-                             + roomName(*to));
+                found.append(path + u": includes "_s + include + u", an arrow from "_s + roomName(*from) + u" to "_s +
+                             roomName(*to));
             }
         }
     }
