@@ -1,6 +1,7 @@
 #pragma once
 
-// A key store operation that ended with a status other than success. The wording is English only and carries the number.
+// A key store operation that ended with a status other than success. The wording is English only and carries the
+// number.
 
 #include "Core/LocalizedError.h"
 

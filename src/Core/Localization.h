@@ -19,8 +19,8 @@ void setCurrent(AppLanguage language);
 /// The text of the key in the current language, else in English, else the key's own name.
 [[nodiscard]] QString string(L10nKey key);
 
-/// The text of the key with its one "%@" replaced by `argument`. The argument is data: a "%@" or "%1" inside it stays as
-/// it is.
+/// The text of the key with its one "%@" replaced by `argument`. The argument is data: a "%@" or "%1" inside it stays
+/// as it is.
 [[nodiscard]] QString format(L10nKey key, const QString &argument);
 
 /// The text of the key in the given language, empty when that table lacks it. For tests and for lists that show each

@@ -2,7 +2,7 @@
 
 namespace orvesa::Localization {
 
-const std::array<TextRow, textCount> englishRows{{
+constexpr std::array<TextRow, textCount> englishRows{{
     {L10nKey::menuTranslateSelection, u"Translate Selection"},
     {L10nKey::menuPolishSelection, u"Polish Selection"},
     {L10nKey::menuOCRTranslate, u"OCR Translate"},
@@ -103,5 +103,7 @@ const std::array<TextRow, textCount> englishRows{{
     {L10nKey::noShortcut, u"None"},
     {L10nKey::btnGetAPIKey, u"Get API Key"},
 }};
+
+static_assert(holdsEveryKeyInOrder(englishRows), "a key is missing, doubled or out of order");
 
 } // namespace orvesa::Localization

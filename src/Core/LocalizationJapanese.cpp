@@ -2,7 +2,7 @@
 
 namespace orvesa::Localization {
 
-const std::array<TextRow, textCount> japaneseRows{{
+constexpr std::array<TextRow, textCount> japaneseRows{{
     {L10nKey::menuTranslateSelection, u"選択テキストを翻訳"},
     {L10nKey::menuPolishSelection, u"選択テキストを推敲"},
     {L10nKey::menuOCRTranslate, u"OCR 翻訳"},
@@ -103,5 +103,7 @@ const std::array<TextRow, textCount> japaneseRows{{
     {L10nKey::noShortcut, u"未設定"},
     {L10nKey::btnGetAPIKey, u"API キーを取得"},
 }};
+
+static_assert(holdsEveryKeyInOrder(japaneseRows), "a key is missing, doubled or out of order");
 
 } // namespace orvesa::Localization

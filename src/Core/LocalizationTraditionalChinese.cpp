@@ -2,7 +2,7 @@
 
 namespace orvesa::Localization {
 
-const std::array<TextRow, textCount> traditionalChineseRows{{
+constexpr std::array<TextRow, textCount> traditionalChineseRows{{
     {L10nKey::menuTranslateSelection, u"翻譯選取文字"},
     {L10nKey::menuPolishSelection, u"潤飾選取文字"},
     {L10nKey::menuOCRTranslate, u"OCR 翻譯"},
@@ -103,5 +103,7 @@ const std::array<TextRow, textCount> traditionalChineseRows{{
     {L10nKey::noShortcut, u"未設定"},
     {L10nKey::btnGetAPIKey, u"取得 API Key"},
 }};
+
+static_assert(holdsEveryKeyInOrder(traditionalChineseRows), "a key is missing, doubled or out of order");
 
 } // namespace orvesa::Localization

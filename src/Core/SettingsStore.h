@@ -2,28 +2,23 @@
 
 // Every preference of the user: read once at creation, observable, written back the moment it changes.
 //
-// Each setter first emits willChange(), then sets, then writes, then emits the property's own changed signal. Per-provider models
-// are not properties: they are read and written on every access. API keys are not kept here. Main thread only.
+// Each setter first emits willChange(), then sets, then writes, then emits the property's own changed signal, also when
+// the new value equals the old one; an observer that acts on real changes only keeps the value it last acted on and
+// compares. When another process changes the database, the store reads everything anew, writes nothing, and sends
+// willChange() followed by the changed signal of each property that differs. Per-provider models are not properties:
+// they are read and written on every access. API keys are not kept here. Main thread only.
 
 #include "AI/AIProviderConfig.h"
-#include "Core/AppLanguage.h"
-#include "Models/AppTheme.h"
-#include "Models/CustomPrompt.h"
-#include "Models/HotKeyAction.h"
-#include "Models/PolishMode.h"
-#include "Models/TargetLanguage.h"
+#include "Core/SettingsValues.h"
 #include "Platform/PreferredLanguagesPort.h"
 #include "Platform/UserDefaultsPort.h"
 
 #include <QObject>
 
-#include <map>
 #include <optional>
 #include <vector>
 
 namespace orvesa {
-
-using HotKeyOverrides = std::map<HotKeyAction, KeyCombo>;
 
 class SettingsStore final : public QObject {
     Q_OBJECT
@@ -32,15 +27,17 @@ public:
     /// Reads every key; what is missing or not understood takes its default. Writes nothing. Sets the current
     /// interface language. Both ports must outlive the store.
     SettingsStore(UserDefaultsPort &defaults, const PreferredLanguagesPort &languages, QObject *parent = nullptr);
+    ~SettingsStore() override;
+    Q_DISABLE_COPY_MOVE(SettingsStore)
 
-    [[nodiscard]] AIProviderType defaultProvider() const { return m_defaultProvider; }
-    [[nodiscard]] TargetLanguage targetLanguage() const { return m_targetLanguage; }
-    [[nodiscard]] PolishMode polishMode() const { return m_polishMode; }
-    [[nodiscard]] bool thinkingEnabled() const { return m_thinkingEnabled; }
-    [[nodiscard]] const HotKeyOverrides &hotKeyOverrides() const { return m_hotKeyOverrides; }
-    [[nodiscard]] AppLanguage appLanguage() const { return m_appLanguage; }
-    [[nodiscard]] AppTheme theme() const { return m_theme; }
-    [[nodiscard]] const std::vector<CustomPrompt> &customPrompts() const { return m_customPrompts; }
+    [[nodiscard]] AIProviderType defaultProvider() const { return m_values.defaultProvider; }
+    [[nodiscard]] TargetLanguage targetLanguage() const { return m_values.targetLanguage; }
+    [[nodiscard]] PolishMode polishMode() const { return m_values.polishMode; }
+    [[nodiscard]] bool thinkingEnabled() const { return m_values.thinkingEnabled; }
+    [[nodiscard]] const HotKeyOverrides &hotKeyOverrides() const { return m_values.hotKeyOverrides; }
+    [[nodiscard]] AppLanguage appLanguage() const { return m_values.appLanguage; }
+    [[nodiscard]] AppTheme theme() const { return m_values.theme; }
+    [[nodiscard]] const std::vector<CustomPrompt> &customPrompts() const { return m_values.customPrompts; }
 
     void setDefaultProvider(AIProviderType provider);
     void setTargetLanguage(TargetLanguage language);
@@ -64,7 +61,7 @@ public:
     /// A combination equal to the default in key and modifiers removes the override.
     void setCombo(const KeyCombo &combo, HotKeyAction action);
     /// Whether another action or prompt has this key and these modifiers.
-    [[nodiscard]] bool isComboTaken(const KeyCombo &combo, std::optional<HotKeyAction> excludingAction,
+    [[nodiscard]] bool isComboTaken(const KeyCombo &candidate, std::optional<HotKeyAction> excludingAction,
                                     std::optional<QUuid> excludingPromptID) const;
 
 Q_SIGNALS:
@@ -79,15 +76,11 @@ Q_SIGNALS:
     void customPromptsChanged();
 
 private:
+    void reload();
+
     UserDefaultsPort &m_defaults;
-    AIProviderType m_defaultProvider = AIProviderType::gemini;
-    TargetLanguage m_targetLanguage = TargetLanguage::traditionalChinese;
-    PolishMode m_polishMode = PolishMode::businessJapanese;
-    bool m_thinkingEnabled = false;
-    HotKeyOverrides m_hotKeyOverrides;
-    AppLanguage m_appLanguage = AppLanguage::english;
-    AppTheme m_theme = AppTheme::violet;
-    std::vector<CustomPrompt> m_customPrompts;
+    const PreferredLanguagesPort &m_languages;
+    SettingsValues m_values;
 };
 
 } // namespace orvesa

@@ -1,0 +1,145 @@
+#include "Core/SettingsValues.h"
+
+#include "Models/DecodingError.h"
+#include "Models/JSONReading.h"
+#include "Models/Text.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <utility>
+
+namespace orvesa {
+
+namespace {
+
+using JSON = nlohmann::ordered_json;
+
+/// The stored case, or nothing when the value is missing, no text, or no case's exact raw value.
+template <HasRawValues Enumeration>
+std::optional<Enumeration> storedCase(const UserDefaultsPort &defaults, QLatin1StringView key)
+{
+    const std::optional<QString> text = storedText(defaults, key);
+    return text ? fromRawValue<Enumeration>(*text) : std::nullopt;
+}
+
+/// The rule by which a preferences database reads a text as a Boolean: after blanks and an optional sign with zeros,
+/// "Y", "T" or another digit than zero means true, in either case of letter.
+bool booleanFromText(QStringView text)
+{
+    text = trimmedWhitespaceAndNewlines(text);
+    if (text.startsWith(u'-') || text.startsWith(u'+')) {
+        text = text.sliced(1);
+    }
+    while (text.startsWith(u'0')) {
+        text = text.sliced(1);
+    }
+    if (text.isEmpty()) {
+        return false;
+    }
+    const QChar first = text.front().toUpper();
+    return first == u'Y' || first == u'T' || (first >= u'1' && first <= u'9');
+}
+
+struct BooleanCoercion {
+    bool operator()(bool value) const { return value; }
+    bool operator()(qint64 value) const { return value != 0; }
+    bool operator()(double value) const { return value != 0; }
+    bool operator()(const QString &value) const { return booleanFromText(value); }
+    bool operator()(const QByteArray &) const { return false; }
+};
+
+/// The stored JSON, or a discarded value when there is none or it does not parse.
+JSON storedJSON(const UserDefaultsPort &defaults, QLatin1StringView key)
+{
+    const std::optional<DefaultsValue> value = defaults.value(key);
+    const QByteArray *data = value ? std::get_if<QByteArray>(&*value) : nullptr;
+    if (data == nullptr) {
+        return JSON(JSON::value_t::discarded);
+    }
+    return JSON::parse(data->begin(), data->end(), nullptr, false);
+}
+
+HotKeyOverrides decodedHotKeys(const JSON &json)
+{
+    HotKeyOverrides overrides;
+    try {
+        JSONReading::requireObject(json);
+        for (const auto &[name, member] : json.items()) {
+            // Decoded before the name is looked at: one bad combination, under whatever name, spoils the whole object.
+            KeyCombo combo = keyComboFromJSON(member);
+            if (const auto action = fromRawValue<HotKeyAction>(QString::fromStdString(name))) {
+                overrides.insert_or_assign(*action, std::move(combo));
+            }
+        }
+    } catch (const DecodingError &) {
+        return {};
+    }
+    return overrides;
+}
+
+std::vector<CustomPrompt> decodedPrompts(const JSON &json)
+{
+    if (!json.is_array()) {
+        return {};
+    }
+    std::vector<CustomPrompt> prompts;
+    try {
+        std::ranges::transform(json, std::back_inserter(prompts), customPromptFromJSON);
+    } catch (const DecodingError &) {
+        return {};
+    }
+    return prompts;
+}
+
+} // namespace
+
+QString SettingsKey::model(AIProviderType provider)
+{
+    return QLatin1StringView("settings.model.") + rawValue(provider);
+}
+
+std::optional<QString> storedText(const UserDefaultsPort &defaults, const QString &key)
+{
+    const std::optional<DefaultsValue> value = defaults.value(key);
+    const QString *text = value ? std::get_if<QString>(&*value) : nullptr;
+    return text == nullptr ? std::nullopt : std::optional(*text);
+}
+
+SettingsValues readSettings(const UserDefaultsPort &defaults, const PreferredLanguagesPort &languages)
+{
+    SettingsValues values;
+    values.defaultProvider =
+        storedCase<AIProviderType>(defaults, SettingsKey::defaultProvider).value_or(values.defaultProvider);
+    values.targetLanguage =
+        storedCase<TargetLanguage>(defaults, SettingsKey::targetLanguage).value_or(values.targetLanguage);
+    values.polishMode = storedCase<PolishMode>(defaults, SettingsKey::polishMode).value_or(values.polishMode);
+    const std::optional<DefaultsValue> thinking = defaults.value(SettingsKey::thinkingEnabled);
+    values.thinkingEnabled = thinking && std::visit(BooleanCoercion{}, *thinking);
+    values.hotKeyOverrides = decodedHotKeys(storedJSON(defaults, SettingsKey::hotKeys));
+    const auto language = storedCase<AppLanguage>(defaults, SettingsKey::appLanguage);
+    values.appLanguage = language ? *language : systemDefaultLanguage(languages.preferredLanguages());
+    values.theme = storedCase<AppTheme>(defaults, SettingsKey::theme).value_or(values.theme);
+    values.customPrompts = decodedPrompts(storedJSON(defaults, SettingsKey::customPrompts));
+    return values;
+}
+
+QByteArray encodedHotKeys(const HotKeyOverrides &overrides)
+{
+    JSON json = JSON::object();
+    for (const auto &[action, combo] : overrides) {
+        json[JSONReading::encoded(rawValue(action))] = keyComboToJSON(combo);
+    }
+    return QByteArray::fromStdString(json.dump());
+}
+
+QByteArray encodedPrompts(const std::vector<CustomPrompt> &prompts)
+{
+    JSON json = JSON::array();
+    for (const CustomPrompt &prompt : prompts) {
+        json.push_back(customPromptToJSON(prompt));
+    }
+    return QByteArray::fromStdString(json.dump());
+}
+
+} // namespace orvesa
