@@ -1,0 +1,42 @@
+#pragma once
+
+// Accessibility elements of other applications, read over the accessibility bus in the macOS vocabulary.
+//
+// Main thread. A call to another application waits at most 250 ms, and everything reached from one systemWide() or
+// application() element waits at most 500 ms in all; an application that let a call time out is not asked again from there.
+// This process is never asked, since it could not answer itself.
+
+#include "Platform/AccessibilityElementsPort.h"
+#include "Platform/WorkspacePort.h"
+#include "Platform/linux/ATSPIBus.h"
+#include "Platform/linux/ATSPIClient.h"
+
+#include <map>
+
+namespace orvesa {
+
+class ATSPIElements final : public AccessibilityElementsPort {
+public:
+    /// Both must outlive this object.
+    ATSPIElements(ATSPIBus &bus, const WorkspacePort &workspace);
+    ~ATSPIElements() override;
+
+    [[nodiscard]] AccessibilityElement systemWide() override;
+    [[nodiscard]] AccessibilityElement application(qint64 processIdentifier) override;
+    [[nodiscard]] AccessibilityValue copyAttribute(const AccessibilityElement &element,
+                                                   const QString &attribute) override;
+    bool performAction(const AccessibilityElement &element, const QString &action) override;
+
+    /// Connects to the bus ahead of the first read.
+    void warmUp();
+
+private:
+    /// The bus name of a process's application; empty when it is not on the accessibility bus.
+    [[nodiscard]] QString busName(qint64 processIdentifier, ATSPIClient &client);
+
+    ATSPIBus &m_bus;
+    const WorkspacePort &m_workspace;
+    std::map<qint64, QString> m_busNames;
+};
+
+} // namespace orvesa

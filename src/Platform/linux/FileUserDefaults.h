@@ -1,0 +1,71 @@
+#pragma once
+
+// The user's preferences, one text file per domain: $XDG_CONFIG_HOME/<identifier>.conf (docs of its form: DefaultsDocument).
+//
+// Main thread; works without an event loop. Every change is merged into the file as it then is, under a lock, and is on disk
+// when the setter returns, so that two processes never lose each other's changes. The file is replaced as a whole (mode 0600,
+// in a folder made with 0700): a reader sees the old or the new one. What could not be read is never overwritten, and a file
+// that is not understood is kept beside the new one with ".damaged" added to its name. What could not be written stays in
+// memory and goes to disk with the next change that can. Each such trouble is logged in one line, once.
+
+#include "Platform/UserDefaultsPort.h"
+#include "Platform/linux/DefaultsDocument.h"
+
+#include <QStringList>
+
+#include <memory>
+#include <set>
+
+QT_FORWARD_DECLARE_CLASS(QSocketNotifier)
+
+namespace orvesa {
+
+class FileUserDefaults final : public UserDefaultsPort {
+public:
+    /// An empty folder stands for $XDG_CONFIG_HOME, or ~/.config.
+    explicit FileUserDefaults(QString identifier, QString folder = {});
+    ~FileUserDefaults() override;
+    Q_DISABLE_COPY_MOVE(FileUserDefaults)
+
+    [[nodiscard]] std::optional<DefaultsValue> value(const QString &key) const override;
+    void set(const QString &key, const DefaultsValue &value) override;
+    void remove(const QString &key) override;
+    [[nodiscard]] std::optional<DefaultsDictionary> persistentDomain(const QString &name) const override;
+    /// Watching the file needs an event loop.
+    void setExternalChangeHandler(std::function<void()> handler) override;
+
+    /// Where this program's own values are kept.
+    [[nodiscard]] QString filePath() const;
+
+private:
+    struct Stamp {
+        quint64 device = 0;
+        quint64 inode = 0;
+        qint64 modified = 0;
+        qint64 size = -1;
+        bool operator==(const Stamp &) const = default;
+    };
+    enum class Reading { document, absent, damaged, unreadable };
+
+    void change(const QString &key, const std::optional<DefaultsValue> &value);
+    void load() const;
+    [[nodiscard]] Reading read(const QString &path, DefaultsDocument &document, Stamp *stamp) const;
+    [[nodiscard]] bool write(const DefaultsDocument &document);
+    [[nodiscard]] bool keepDamaged() const;
+    void startWatching();
+    void folderChanged();
+    void logOnce(const QString &line) const;
+
+    QString m_folder;
+    QString m_identifier;
+    mutable bool m_loaded = false;
+    mutable DefaultsDictionary m_values;
+    mutable Stamp m_stamp;
+    mutable std::set<QString> m_logged;
+    std::map<QString, std::optional<DefaultsValue>> m_unwritten;
+    std::function<void()> m_handler;
+    int m_watch = -1;
+    std::unique_ptr<QSocketNotifier> m_notifier;
+};
+
+} // namespace orvesa

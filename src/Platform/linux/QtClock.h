@@ -1,0 +1,14 @@
+#pragma once
+
+// Time from the event loop's timers. Main thread.
+
+#include "Platform/ClockPort.h"
+
+namespace orvesa {
+
+class QtClock final : public ClockPort {
+public:
+    [[nodiscard]] QCoro::Task<void> sleep(std::chrono::milliseconds duration, std::stop_token stop = {}) override;
+};
+
+} // namespace orvesa

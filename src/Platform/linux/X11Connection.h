@@ -1,0 +1,91 @@
+#pragma once
+
+// The program's own connection to the X server, beside Qt's, shared by every adapter that speaks X11.
+//
+// Main thread. Events are handed to the registered handlers from the event loop: a socket notifier wakes for new ones, and
+// those that a round trip has read on the way are dispatched right after it. No timer runs. When the server goes away the
+// connection becomes invalid and stays so; every operation then does nothing. Nothing here touches the server before the
+// first call of isValid() or of an operation.
+
+#include "Platform/linux/X11Reply.h"
+
+#include <QByteArray>
+#include <QObject>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include <xcb/xcb.h>
+
+QT_FORWARD_DECLARE_CLASS(QSocketNotifier)
+
+namespace orvesa {
+
+class X11Connection final : public QObject {
+public:
+    using EventHandler = std::function<void(const xcb_generic_event_t &event)>;
+    using HandlerToken = quint64;
+
+    /// An empty name stands for the DISPLAY variable.
+    explicit X11Connection(QByteArray displayName = {}, QObject *parent = nullptr);
+    ~X11Connection() override;
+
+    /// Whether a server answers. Connects at the first call.
+    [[nodiscard]] bool isValid();
+    /// Null while the connection is invalid.
+    [[nodiscard]] xcb_connection_t *connection();
+    [[nodiscard]] xcb_window_t root();
+    [[nodiscard]] int screenNumber();
+    /// The atom of a name, asked for once; XCB_ATOM_NONE without a server.
+    [[nodiscard]] xcb_atom_t atom(std::string_view name);
+    /// The first 32-bit values of a property, at most `maximum` of them; empty when it is absent or of another format.
+    [[nodiscard]] std::vector<quint32> property(xcb_window_t window, std::string_view name, quint32 maximum = 1);
+    /// A property of format 8 as bytes.
+    [[nodiscard]] QByteArray textProperty(xcb_window_t window, std::string_view name);
+
+    /// The handler sees every event of this connection until it is removed.
+    [[nodiscard]] HandlerToken addEventHandler(EventHandler handler);
+    void removeEventHandler(HandlerToken token);
+
+    /// Sends what is buffered and sees to it that events read meanwhile are dispatched from the event loop. Call after
+    /// every round trip made directly on connection().
+    void settle();
+
+    /// Waits for a request's reply: `reply(xcb_query_pointer_reply, xcb_query_pointer(...))`. Null on any error.
+    template <typename Reply, typename Cookie>
+    [[nodiscard]] X11Reply<Reply> reply(Reply *(*fetch)(xcb_connection_t *, Cookie, xcb_generic_error_t **),
+                                        Cookie cookie)
+    {
+        if (!isValid()) {
+            return nullptr;
+        }
+        xcb_generic_error_t *error = nullptr;
+        X11Reply<Reply> result(fetch(m_connection, cookie, &error));
+        X11Reply<xcb_generic_error_t> ownedError(error);
+        settle();
+        return result;
+    }
+
+private:
+    void open();
+    void close();
+    void dispatchEvents();
+    void dispatch(const xcb_generic_event_t &event);
+
+    QByteArray m_displayName;
+    xcb_connection_t *m_connection = nullptr;
+    xcb_window_t m_root = XCB_WINDOW_NONE;
+    int m_screenNumber = 0;
+    bool m_opened = false;
+    bool m_dispatchScheduled = false;
+    HandlerToken m_lastToken = 0;
+    std::map<HandlerToken, EventHandler> m_handlers;
+    std::map<std::string, xcb_atom_t, std::less<>> m_atoms;
+    std::vector<X11Reply<xcb_generic_event_t>> m_readEvents;
+    std::unique_ptr<QSocketNotifier> m_notifier;
+};
+
+} // namespace orvesa

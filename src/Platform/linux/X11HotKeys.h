@@ -1,0 +1,59 @@
+#pragma once
+
+// System-wide hot keys as passive key grabs on the root window.
+//
+// Main thread. Each hot key is grabbed for every state of the lock modifiers. Only the grabbed combinations ever reach this
+// program; no other key is seen, and none is recorded. When the keyboard's layout or modifiers change, every hot key is
+// grabbed anew at its place under the new layout.
+
+#include "Platform/HotKeyPort.h"
+#include "Platform/linux/X11Connection.h"
+#include "Platform/linux/X11Modifiers.h"
+
+#include <set>
+
+namespace orvesa {
+
+class X11HotKeys final : public HotKeyPort {
+public:
+    /// The connection must outlive this object.
+    explicit X11HotKeys(X11Connection &connection);
+    ~X11HotKeys() override;
+
+    [[nodiscard]] qint32 installHandler(Handler handler) override;
+    void removeHandler() override;
+    [[nodiscard]] HotKeyRegistration registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id) override;
+    qint32 unregisterHotKey(HotKeyRef reference) override;
+
+private:
+    struct HotKey {
+        quint32 macKeyCode = 0;
+        quint32 carbonModifiers = 0;
+        HotKeyID id;
+        xcb_keycode_t keyCode = 0;
+        quint16 modifiers = 0;
+        bool isGrabbed = false;
+    };
+
+    bool prepare();
+    void handle(const xcb_generic_event_t &event);
+    void press(const xcb_key_press_event_t &event);
+    void release(const xcb_key_release_event_t &event);
+    [[nodiscard]] qint32 grab(HotKey &hotKey);
+    void ungrab(HotKey &hotKey);
+    void grabAllAnew();
+    /// Keeps the application in front from taking the coming release of Alt for "open the menu bar".
+    void spoilLoneAlt();
+
+    X11Connection &m_connection;
+    X11Connection::HandlerToken m_token = 0;
+    X11Modifiers m_modifiers;
+    bool m_prepared = false;
+    bool m_regrabScheduled = false;
+    HotKeyRef m_lastReference = 0;
+    std::map<HotKeyRef, HotKey> m_hotKeys;
+    std::set<xcb_keycode_t> m_heldKeys;
+    Handler m_handler;
+};
+
+} // namespace orvesa

@@ -1,0 +1,30 @@
+#pragma once
+
+// Which of the server's eight modifier bits stand for which modifier key, read from the modifier map. Value type.
+
+#include <QtGlobal>
+
+#include <vector>
+
+namespace orvesa {
+
+class X11Connection;
+
+struct X11Modifiers {
+    quint16 alt = 0;   ///< the bit that the left Alt key sets; 0 when there is none
+    quint16 super = 0; ///< the bit that the left Super key sets
+    quint16 numLock = 0;
+    quint16 scrollLock = 0;
+
+    /// Asks the server.
+    [[nodiscard]] static X11Modifiers read(X11Connection &connection);
+    /// The bits for a mask of Carbon modifiers; 0 in `missing` unless a wanted key does not exist on this keyboard.
+    [[nodiscard]] quint16 fromCarbon(quint32 carbonModifiers, bool &missing) const;
+    /// Every combination of the lock modifiers (Caps Lock, Num Lock, Scroll Lock) that may be on while a shortcut with
+    /// these modifiers is pressed; the first is none.
+    [[nodiscard]] std::vector<quint16> lockCombinations(quint16 wanted) const;
+
+    bool operator==(const X11Modifiers &) const = default;
+};
+
+} // namespace orvesa

@@ -1,0 +1,30 @@
+#pragma once
+
+// Window type and states that make a Qt window a floating panel under X11 window managers.
+//
+// Main thread. The properties are written on Qt's own connection, so that they follow the window's creation and precede its
+// mapping; since a window manager drops them when a window is hidden, they are written again at every showing. On another
+// platform plugin than xcb only what Qt's window flags do remains.
+
+#include "Platform/PanelWindowPort.h"
+#include "Platform/linux/X11Connection.h"
+
+#include <QObject>
+
+namespace orvesa {
+
+class X11PanelWindow final : public QObject, public PanelWindowPort {
+public:
+    /// The connection must outlive this object.
+    explicit X11PanelWindow(X11Connection &connection);
+
+    void makePanel(QWindow &window) override;
+    [[nodiscard]] bool isCompositing() const override;
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    X11Connection &m_connection;
+};
+
+} // namespace orvesa
