@@ -1,0 +1,80 @@
+#include "UI/FloatingResultPanel.h"
+
+#include "Platform/PanelWindowPort.h"
+#include "UI/Style.h"
+
+#include <QKeyEvent>
+#include <QPainterPath>
+#include <QRegion>
+#include <QVBoxLayout>
+#include <QWindow>
+
+namespace orvesa {
+
+FloatingResultPanel::FloatingResultPanel(QWidget *content, PanelWindowPort &port, std::function<void()> onEscape)
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint), m_port(port),
+      m_onEscape(std::move(onEscape))
+{
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setAttribute(Qt::WA_MacAlwaysShowToolWindow);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    // The controller alone decides the window's size.
+    layout->setSizeConstraint(QLayout::SetNoConstraint);
+    layout->addWidget(content);
+}
+
+void FloatingResultPanel::prepare()
+{
+    if (windowHandle() == nullptr || windowHandle()->handle() == nullptr) {
+        winId();
+        m_port.makePanel(*windowHandle());
+    }
+}
+
+void FloatingResultPanel::orderFront(const QRect &frame)
+{
+    prepare();
+    setGeometry(frame);
+    updateShape();
+    // Qt forgets the desktop's properties of a window that it unmaps.
+    m_port.makePanel(*windowHandle());
+    show();
+    raise();
+}
+
+void FloatingResultPanel::orderFrontRegardless()
+{
+    raise();
+}
+
+void FloatingResultPanel::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
+        m_onEscape();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+void FloatingResultPanel::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    updateShape();
+}
+
+void FloatingResultPanel::updateShape()
+{
+    if (m_port.isCompositing()) {
+        clearMask();
+        return;
+    }
+    // Without blending the corners would be black; a shape cuts them off.
+    QPainterPath outline;
+    outline.addRoundedRect(QRectF(rect()), Style::panelRadius, Style::panelRadius);
+    setMask(QRegion(outline.toFillPolygon().toPolygon()));
+}
+
+} // namespace orvesa

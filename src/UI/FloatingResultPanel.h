@@ -1,0 +1,40 @@
+#pragma once
+
+// The small floating window that shows an answer. It never activates the program when it appears, stays above ordinary
+// windows, and takes the keyboard only when the user clicks into it. Escape closes it while it has the keyboard.
+
+#include <QWidget>
+
+#include <functional>
+
+namespace orvesa {
+
+class PanelWindowPort;
+
+class FloatingResultPanel final : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `content` becomes a child. The port must outlive the panel.
+    FloatingResultPanel(QWidget *content, PanelWindowPort &port, std::function<void()> onEscape);
+
+    /// Creates the native window ahead of the first showing.
+    void prepare();
+
+    /// Puts the panel there and shows it above other windows, without activating the program.
+    void orderFront(const QRect &frame);
+    /// Brings a visible panel above other windows without moving it.
+    void orderFrontRegardless();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void updateShape();
+
+    PanelWindowPort &m_port;
+    std::function<void()> m_onEscape;
+};
+
+} // namespace orvesa

@@ -1,0 +1,51 @@
+#include "UI/PanelTitle.h"
+
+#include "UI/Style.h"
+
+#include <QPainter>
+
+namespace orvesa {
+
+namespace {
+constexpr int shortestTitle = 60;
+constexpr QColor shadowColor(0, 0, 0, 72);
+} // namespace
+
+PanelTitle::PanelTitle(QWidget *parent) : QWidget(parent)
+{
+    setFont(Style::titleFont());
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    // The header below is what the user drags.
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+void PanelTitle::setText(const QString &text)
+{
+    m_text = text;
+    setAccessibleName(text);
+    updateGeometry();
+    update();
+}
+
+QSize PanelTitle::sizeHint() const
+{
+    return {fontMetrics().horizontalAdvance(m_text) + 1, fontMetrics().height() + 1};
+}
+
+QSize PanelTitle::minimumSizeHint() const
+{
+    return {shortestTitle, fontMetrics().height() + 1};
+}
+
+void PanelTitle::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    // A title may come from a prompt's name, which may hold line breaks.
+    const QString line = fontMetrics().elidedText(m_text.simplified(), Qt::ElideRight, width());
+    painter.setPen(shadowColor);
+    painter.drawText(rect().translated(0, 1), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, line);
+    painter.setPen(Qt::white);
+    painter.drawText(rect(), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, line);
+}
+
+} // namespace orvesa

@@ -1,0 +1,32 @@
+#pragma once
+
+// A compact progress indicator. It runs only while it can be seen.
+
+#include <QBasicTimer>
+#include <QElapsedTimer>
+#include <QWidget>
+
+namespace orvesa {
+
+class Spinner final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit Spinner(QWidget *parent = nullptr);
+
+    void setAccent(const QColor &accent);
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    QColor m_accent;
+    QBasicTimer m_timer;
+    QElapsedTimer m_elapsed;
+};
+
+} // namespace orvesa

@@ -1,0 +1,67 @@
+#pragma once
+
+// The one place that knows spacing, radii, sizes, fonts and colours of the interface, for light and dark desktops.
+//
+// Lengths are device-independent pixels ("points"). Main thread only.
+
+#include "Models/AppTheme.h"
+
+#include <QColor>
+#include <QFont>
+#include <QLinearGradient>
+#include <QPalette>
+
+namespace orvesa::Style {
+
+inline constexpr int unit = 4; ///< spacing grid
+inline constexpr int spacing = 2 * unit;
+inline constexpr int sectionSpacing = 10;
+inline constexpr int captionSpacing = 3;
+inline constexpr int contentMargin = 14;
+inline constexpr int headerHeight = 44;
+inline constexpr int headerEndMargin = 10;
+inline constexpr int panelRadius = 12;
+inline constexpr int pickerHeight = 26;
+inline constexpr int pickerRadius = 7;
+inline constexpr int pickerPadding = 8;
+inline constexpr int controlRadius = 8;
+inline constexpr int iconButtonWidth = 38;
+inline constexpr int buttonHeight = 30;
+inline constexpr int closeSymbolSize = 20;
+inline constexpr int symbolSize = 16;
+inline constexpr int statusItemSymbolSize = 18;
+inline constexpr int focusRingWidth = 3;
+inline constexpr double disabledOpacity = 0.42;
+
+struct Colors {
+    QColor window;
+    QColor line;
+    QColor text;
+    QColor secondaryText;
+    QColor field;
+    QColor fieldLine;
+    QColor hover;
+    QColor error;
+    QColor success;
+    QColor border; ///< hairline around floating windows
+};
+
+enum class Appearance { light, dark };
+
+/// Dark when the desktop's window text is lighter than its window background.
+[[nodiscard]] Appearance appearance(const QPalette &palette);
+[[nodiscard]] const Colors &colors(Appearance appearance);
+[[nodiscard]] const Colors &colors(const QPalette &palette);
+
+[[nodiscard]] QColor color(const SRGBColor &color);
+/// From left to right over `width`.
+[[nodiscard]] QLinearGradient horizontalGradient(const SRGBGradient &gradient, int width);
+
+/// The desktop's own font in the sizes of the interface's roles.
+[[nodiscard]] QFont titleFont();
+[[nodiscard]] QFont bodyFont();
+[[nodiscard]] QFont controlFont();
+[[nodiscard]] QFont statusFont();
+[[nodiscard]] QFont captionFont();
+
+} // namespace orvesa::Style

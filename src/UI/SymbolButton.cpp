@@ -1,0 +1,94 @@
+#include "UI/SymbolButton.h"
+
+#include "UI/Symbols.h"
+
+#include <QPainter>
+
+namespace orvesa {
+
+SymbolButton::SymbolButton(QString symbol, Look look, QWidget *parent)
+    : QAbstractButton(parent), m_symbol(std::move(symbol)), m_look(look)
+{
+    setFocusPolicy(Qt::TabFocus);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void SymbolButton::setDescription(const QString &text)
+{
+    setToolTip(text);
+    setAccessibleName(text);
+}
+
+void SymbolButton::setAccent(const QColor &accent)
+{
+    m_accent = accent;
+    update();
+}
+
+QSize SymbolButton::sizeHint() const
+{
+    const QSize button = m_look == Look::plain ? QSize(Style::closeSymbolSize, Style::closeSymbolSize)
+                                               : QSize(Style::iconButtonWidth, Style::buttonHeight);
+    return button + QSize(2 * outset(), 2 * outset());
+}
+
+void SymbolButton::enterEvent(QEnterEvent *event)
+{
+    update();
+    QAbstractButton::enterEvent(event);
+}
+
+void SymbolButton::leaveEvent(QEvent *event)
+{
+    update();
+    QAbstractButton::leaveEvent(event);
+}
+
+void SymbolButton::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setOpacity(isEnabled() ? 1 : Style::disabledOpacity);
+    const QRectF button = QRectF(rect()).adjusted(outset(), outset(), -outset(), -outset());
+    if (hasFocus()) {
+        QColor ring = m_look == Look::plain ? QColor(Qt::white) : m_accent;
+        ring.setAlphaF(m_look == Look::plain ? 0.8F : 0.45F);
+        painter.setPen(QPen(ring, Style::focusRingWidth));
+        const qreal half = Style::focusRingWidth / 2.0;
+        const qreal radius = m_look == Look::plain ? button.width() / 2 + half : Style::controlRadius + half;
+        painter.drawRoundedRect(button.adjusted(-half, -half, half, half), radius, radius);
+    }
+    if (m_look == Look::plain) {
+        paintPlain(painter, button);
+    } else {
+        paintFramed(painter, button);
+    }
+}
+
+void SymbolButton::paintPlain(QPainter &painter, const QRectF &button) const
+{
+    QColor color(Qt::white);
+    color.setAlphaF(isDown() || underMouse() ? 1.0F : 0.88F);
+    painter.drawPixmap(button.topLeft(),
+                       Symbols::pixmap(m_symbol, color, static_cast<int>(button.width()), devicePixelRatioF()));
+}
+
+void SymbolButton::paintFramed(QPainter &painter, const QRectF &button) const
+{
+    const Style::Colors &colors = Style::colors(palette());
+    const bool prominent = m_look == Look::prominent;
+    QColor fill = prominent ? m_accent : colors.field;
+    if (isDown()) {
+        fill = prominent ? fill.darker(118) : colors.line;
+    } else if (underMouse() && isEnabled()) {
+        fill = prominent ? fill.lighter(108) : colors.hover;
+    }
+    painter.setPen(QPen(prominent ? fill : colors.fieldLine, 1));
+    painter.setBrush(fill);
+    painter.drawRoundedRect(button.adjusted(0.5, 0.5, -0.5, -0.5), Style::controlRadius, Style::controlRadius);
+    const QPointF origin(button.center().x() - Style::symbolSize / 2.0, button.center().y() - Style::symbolSize / 2.0);
+    painter.drawPixmap(origin, Symbols::pixmap(m_symbol, prominent ? QColor(Qt::white) : colors.text, Style::symbolSize,
+                                               devicePixelRatioF()));
+}
+
+} // namespace orvesa

@@ -1,0 +1,50 @@
+#include "UI/Symbols.h"
+
+#include <QGuiApplication>
+#include <QPainter>
+#include <QPixmapCache>
+#include <QSvgRenderer>
+
+using namespace Qt::StringLiterals;
+
+namespace orvesa::Symbols {
+
+QPixmap pixmap(const QString &name, const QColor &color, int size, qreal devicePixelRatio)
+{
+    const QString cacheKey =
+        u"orvesa-symbol/%1/%2/%3/%4"_s.arg(name, color.name(QColor::HexArgb)).arg(size).arg(devicePixelRatio);
+    QPixmap result;
+    if (QPixmapCache::find(cacheKey, &result)) {
+        return result;
+    }
+
+    QSvgRenderer renderer(u":/symbols/%1.svg"_s.arg(name));
+    if (!renderer.isValid()) {
+        qFatal("no image for the symbol %s", qPrintable(name));
+    }
+    const int pixels = qRound(size * devicePixelRatio);
+    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    renderer.render(&painter);
+    // The images are drawn in black: only their coverage counts.
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(image.rect(), color);
+    painter.end();
+
+    result = QPixmap::fromImage(std::move(image));
+    result.setDevicePixelRatio(devicePixelRatio);
+    QPixmapCache::insert(cacheKey, result);
+    return result;
+}
+
+QIcon icon(const QString &name, const QColor &color)
+{
+    QIcon result;
+    for (const int size : {16, 18, 22, 24, 32, 48}) {
+        result.addPixmap(pixmap(name, color, size, 1));
+    }
+    return result;
+}
+
+} // namespace orvesa::Symbols

@@ -1,0 +1,20 @@
+#pragma once
+
+// Symbols by their system symbol name ("doc.on.doc"), rendered from vector images in the program's resources.
+// Main thread only. Rendered images are kept, since the same few are painted again and again.
+
+#include <QColor>
+#include <QIcon>
+#include <QPixmap>
+#include <QString>
+
+namespace orvesa::Symbols {
+
+/// The symbol in one colour, `size` device-independent pixels square, crisp at the given pixel ratio. A name without an
+/// image is a programming error and stops the program.
+[[nodiscard]] QPixmap pixmap(const QString &name, const QColor &color, int size, qreal devicePixelRatio);
+
+/// The symbol as an icon for the desktop's own surfaces (tray, windows), in the sizes that they ask for.
+[[nodiscard]] QIcon icon(const QString &name, const QColor &color);
+
+} // namespace orvesa::Symbols
