@@ -1,0 +1,83 @@
+#include "fakes/FakeKeyStore.h"
+
+namespace orvesa {
+
+QCoro::Task<KeyStoreCopyResult> FakeKeyStore::copyMatching(KeyStoreQuery query)
+{
+    const std::optional<qint32> scripted = begin(Operation::copyMatching, query);
+    co_await m_gate.passed();
+    if (scripted) {
+        co_return KeyStoreCopyResult{*scripted, {}};
+    }
+    const auto found = m_items.find({query.service, query.account});
+    if (found == m_items.end()) {
+        co_return KeyStoreCopyResult{KeyStoreStatus::itemNotFound, {}};
+    }
+    co_return KeyStoreCopyResult{KeyStoreStatus::success, found->second};
+}
+
+QCoro::Task<qint32> FakeKeyStore::update(KeyStoreQuery query, QByteArray data)
+{
+    const std::optional<qint32> scripted = begin(Operation::update, query);
+    co_await m_gate.passed();
+    if (scripted) {
+        co_return *scripted;
+    }
+    const auto found = m_items.find({query.service, query.account});
+    if (found == m_items.end()) {
+        co_return KeyStoreStatus::itemNotFound;
+    }
+    found->second = data;
+    co_return KeyStoreStatus::success;
+}
+
+QCoro::Task<qint32> FakeKeyStore::add(KeyStoreQuery query, QByteArray data)
+{
+    const std::optional<qint32> scripted = begin(Operation::add, query);
+    co_await m_gate.passed();
+    if (scripted) {
+        co_return *scripted;
+    }
+    const bool added = m_items.try_emplace({query.service, query.account}, data).second;
+    co_return added ? KeyStoreStatus::success : duplicateItem;
+}
+
+QCoro::Task<qint32> FakeKeyStore::remove(KeyStoreQuery query)
+{
+    const std::optional<qint32> scripted = begin(Operation::remove, query);
+    co_await m_gate.passed();
+    if (scripted) {
+        co_return *scripted;
+    }
+    const bool removed = m_items.erase({query.service, query.account}) != 0;
+    co_return removed ? KeyStoreStatus::success : KeyStoreStatus::itemNotFound;
+}
+
+void FakeKeyStore::setStatus(Operation operation, std::optional<qint32> status)
+{
+    if (status) {
+        m_statuses[operation] = *status;
+    } else {
+        m_statuses.erase(operation);
+    }
+}
+
+void FakeKeyStore::setItem(const QString &service, const QString &account, const QByteArray &data)
+{
+    m_items[{service, account}] = data;
+}
+
+std::optional<QByteArray> FakeKeyStore::item(const QString &service, const QString &account) const
+{
+    const auto found = m_items.find({service, account});
+    return found == m_items.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<qint32> FakeKeyStore::begin(Operation operation, const KeyStoreQuery &query)
+{
+    m_calls.push_back({operation, query.service, query.account});
+    const auto found = m_statuses.find(operation);
+    return found == m_statuses.end() ? std::nullopt : std::optional(found->second);
+}
+
+} // namespace orvesa

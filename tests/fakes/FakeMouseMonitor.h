@@ -1,0 +1,21 @@
+#pragma once
+
+// A mouse whose button a test presses. Main thread.
+
+#include "Platform/MouseMonitorPort.h"
+
+namespace orvesa {
+
+class FakeMouseMonitor final : public MouseMonitorPort {
+public:
+    void setMouseDownHandler(Handler handler) override;
+
+    /// Nothing happens while nobody monitors.
+    void pressAt(QPoint position);
+    [[nodiscard]] bool isMonitoring() const { return static_cast<bool>(m_handler); }
+
+private:
+    Handler m_handler;
+};
+
+} // namespace orvesa

@@ -1,0 +1,29 @@
+#pragma once
+
+// Notes which windows were made panels. Main thread.
+
+#include "Platform/PanelWindowPort.h"
+
+#include <vector>
+
+namespace orvesa {
+
+class FakePanelWindow final : public PanelWindowPort {
+public:
+    enum class Compositing { on, off };
+
+    explicit FakePanelWindow(Compositing compositing = Compositing::on);
+
+    void makePanel(QWindow &window) override;
+    [[nodiscard]] bool isCompositing() const override { return m_compositing == Compositing::on; }
+
+    void setCompositing(Compositing compositing) { m_compositing = compositing; }
+    /// In the order of the calls; a window may be in it more than once. May have been destroyed since.
+    [[nodiscard]] const std::vector<const QWindow *> &panels() const { return m_panels; }
+
+private:
+    Compositing m_compositing;
+    std::vector<const QWindow *> m_panels;
+};
+
+} // namespace orvesa

@@ -1,0 +1,14 @@
+#include "fakes/FakePreferredLanguages.h"
+
+#include <utility>
+
+namespace orvesa {
+
+FakePreferredLanguages::FakePreferredLanguages(QStringList languages) : m_languages(std::move(languages)) {}
+
+void FakePreferredLanguages::setLanguages(QStringList languages)
+{
+    m_languages = std::move(languages);
+}
+
+} // namespace orvesa
