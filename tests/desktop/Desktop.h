@@ -1,19 +1,20 @@
 #pragma once
 
-// A private desktop: a virtual screen, a window manager, a session bus, an accessibility bus, a key store and a tray, with a home
-// folder of its own, for whole-program tests, the demonstration and the benchmarks.
+// A private desktop: a virtual screen, a window manager, a session bus, an accessibility bus, a key store and a tray,
+// with a home folder of its own, for whole-program tests, the demonstration and the benchmarks.
 //
 //     Desktop desktop(DesktopOptions{});
 //     Process &editor = desktop.launch(u"mousepad"_s);
 //     const xcb_window_t window = desktop.windows().awaitWindow({.pid = editor.pid()});
 //     desktop.keyboard().press(u"Ctrl+a"_s);
 //
-// Main thread, with a QCoreApplication (no display needed in the test process itself). Several desktops live side by side. The
-// desktop owns every process it starts and everything its parts hand out by reference; all ends with it, and also when the
-// test process dies: a guard process then ends what carries this desktop's mark, and removes its folder. Nothing of the
-// developer's own session is visible on it. Failures are DesktopError.
+// Main thread, with a QCoreApplication (no display needed in the test process itself). Several desktops live side by
+// side. The desktop owns every process it starts and everything its parts hand out by reference; all ends with it, and
+// also when the test process dies: a guard process then ends what carries this desktop's mark, and removes its folder.
+// Nothing of the developer's own session is visible on it. Failures are DesktopError.
 
 #include "desktop/AccessibleTree.h"
+#include "desktop/DesktopFolders.h"
 #include "desktop/DesktopOptions.h"
 #include "desktop/Keyboard.h"
 #include "desktop/KeyStoreItems.h"
@@ -30,11 +31,13 @@
 #include <QStringList>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <vector>
 
 namespace orvesa::desktop {
 
+class DesktopGuard;
 class XSession;
 
 /// Variables to add for one program; a null QString removes the variable.
@@ -56,18 +59,18 @@ public:
     /// Changes that hide the display.
     [[nodiscard]] EnvironmentChanges withoutDisplay() const;
 
-    [[nodiscard]] QString display() const;              ///< ":N"
+    [[nodiscard]] const QString &display() const { return m_display; } ///< ":N"
     [[nodiscard]] const QString &sessionBusAddress() const { return m_sessionBusAddress; }
     [[nodiscard]] const QString &accessibilityBusAddress() const { return m_accessibilityBusAddress; }
-    [[nodiscard]] QString home() const;
-    [[nodiscard]] QString configFolder() const; ///< XDG_CONFIG_HOME
-    [[nodiscard]] QString folder() const;       ///< the temporary folder that holds all of it
+    /// Its home, configuration, runtime and other folders, all inside one temporary folder.
+    [[nodiscard]] const DesktopFolders &folders() const { return m_folders; }
 
     /// Starts a program; it is ended with the desktop at the latest.
     Process &launch(const QString &program, const QStringList &arguments = {}, const EnvironmentChanges &changes = {});
     /// Starts a program, feeds it the input, and waits for its end.
-    ProcessResult runToEnd(const QString &program, const QStringList &arguments = {}, const EnvironmentChanges &changes = {},
-                           const QByteArray &input = {}, std::chrono::milliseconds deadline = usualDeadline);
+    ProcessResult runToEnd(const QString &program, const QStringList &arguments = {},
+                           const EnvironmentChanges &changes = {}, const QByteArray &input = {},
+                           std::chrono::milliseconds deadline = usualDeadline);
 
     [[nodiscard]] Keyboard &keyboard();
     [[nodiscard]] Pointer &pointer();
@@ -84,30 +87,32 @@ public:
     void stopKeyStore();
     void setAccessibilityEnabled(bool enabled);
 
-    /// Process ids of everything that carries this desktop's mark, other than the guard: started here or by something started here.
+    /// Process ids of everything that carries this desktop's mark, other than the guard: started here or by something
+    /// started here.
     [[nodiscard]] std::vector<qint64> runningProcesses() const;
 
 private:
-    class Guard;
-
-    void prepareFolders();
-    void prepareEnvironment();
     void startServer();
     void startSessionBus();
     void startWindowManager();
     void startAccessibility();
     void startKeyStore();
     void startKeyStoreDaemon(const QStringList &arguments, const QByteArray &input);
-    Process &own(std::unique_ptr<Process> process);
-    void end(Process *process);
+    void startEmbeddingTray();
+    void startNotifierTray();
+    Process &start(const QString &program, const QStringList &arguments, const QProcessEnvironment &environment,
+                   std::function<void()> inChild = {});
+    void end(Process *&process);
+    void endAll();
 
     DesktopOptions m_options;
+    DesktopFolders m_folders;
     QString m_mark;
-    QString m_folder;
     QProcessEnvironment m_environment;
+    QString m_display;
     QString m_sessionBusAddress;
     QString m_accessibilityBusAddress;
-    std::unique_ptr<Guard> m_guard;
+    std::unique_ptr<DesktopGuard> m_guard;
     std::vector<std::unique_ptr<Process>> m_processes; ///< in the order of their start
     Process *m_trayProcess = nullptr;
     Process *m_keyStoreProcess = nullptr;

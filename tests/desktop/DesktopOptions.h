@@ -29,10 +29,12 @@ enum class Tray {
 
 struct DesktopOptions {
     QSize screenSize{1280, 900};
-    /// Scale of the desktop as applications learn it: Xft.dpi on the root window and QT_SCALE_FACTOR.
+    /// Scale of the desktop as applications learn it: Xft.dpi in the server's resources. (QT_SCALE_FACTOR would
+    /// multiply it; give that in `environment`, or to one program, where it is wanted.)
     double scale = 1.0;
     WindowManager windowManager = WindowManager::openbox;
-    SessionBus sessionBus = SessionBus::present; ///< without it there is no accessibility bus, key store or StatusNotifier tray
+    SessionBus sessionBus =
+        SessionBus::present; ///< without it there is no accessibility bus, key store or StatusNotifier tray
     Accessibility accessibility = Accessibility::enabled;
     KeyStore keyStore = KeyStore::unlocked;
     Tray tray = Tray::none;

@@ -33,8 +33,8 @@ public:
 private:
     [[nodiscard]] QList<QDBusObjectPath> items(const QString &service, const QString &account);
     [[nodiscard]] QDBusObjectPath session();
-    [[nodiscard]] QDBusMessage call(const QString &path, const QString &interface, const QString &method,
-                                    const QVariantList &arguments);
+    QDBusMessage call(const QString &path, const QString &interface, const QString &method,
+                      const QVariantList &arguments);
 
     QString m_connectionName;
     QDBusConnection m_connection;

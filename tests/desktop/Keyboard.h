@@ -1,6 +1,7 @@
 #pragma once
 
-// The desktop's keyboard, pressed for real through XTest: programs, grabs and the server's own state cannot tell it apart.
+// The desktop's keyboard, pressed for real through XTest: programs, grabs and the server's own state cannot tell it
+// apart.
 //
 // Main thread; owned by the Desktop. Every operation returns after the server has processed it.
 
@@ -24,13 +25,13 @@ public:
     Keyboard(const Keyboard &) = delete;
     Keyboard &operator=(const Keyboard &) = delete;
 
-    /// Presses and releases a combination, in the order written: "Alt+d", "Ctrl+Shift+c", "Escape", "F5", "Super+space".
-    /// Names: Ctrl, Alt, Shift, Super, an X keysym name or a single character.
+    /// Presses and releases a combination, in the order written: "Alt+d", "Ctrl+Shift+c", "Escape", "F5",
+    /// "Super+space". Names: Ctrl, Alt, Shift, Super, an X keysym name or a single character.
     void press(const QString &combination);
     /// One key by the same names, held until keyUp.
     void keyDown(const QString &key);
     void keyUp(const QString &key);
-    /// Types any text; characters the layout lacks are put on a spare key for the time of the stroke. '\n' is Return.
+    /// Types any text; characters the layout lacks are put on a spare key, and stay there. '\n' is Return.
     void type(const QString &text);
     /// The keys the server holds to be down now, as key codes.
     [[nodiscard]] std::vector<xcb_keycode_t> keysDown() const;
@@ -48,7 +49,6 @@ private:
     _XCBKeySymbols *m_symbols = nullptr;
     QMap<xcb_keysym_t, xcb_keycode_t> m_bound; ///< spare keys given a keysym
     std::vector<xcb_keycode_t> m_spare;
-    std::size_t m_nextSpare = 0;
 };
 
 } // namespace orvesa::desktop

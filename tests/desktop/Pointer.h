@@ -1,6 +1,7 @@
 #pragma once
 
-// The desktop's mouse, moved and clicked for real through XTest. Coordinates are pixels of the root window from its top left.
+// The desktop's mouse, moved and clicked for real through XTest. Coordinates are pixels of the root window from its top
+// left.
 //
 // Main thread; owned by the Desktop. Every operation returns after the server has processed it.
 

@@ -2,8 +2,8 @@
 
 // One program running on a private desktop.
 //
-// Main thread; owned by its Desktop, which ends it at the latest when the desktop ends. The program is the leader of a process
-// group of its own, so that what it starts ends with it, and it ends when the test process dies.
+// Main thread; owned by its Desktop, which ends it at the latest when the desktop ends. The program is the leader of a
+// process group of its own, so that what it starts ends with it, and it ends when the test process dies.
 
 #include "desktop/Waiting.h"
 
@@ -29,7 +29,8 @@ struct ProcessResult {
 
 class Process final {
 public:
-    /// Starts the program and returns when it runs. `inChild` runs in the child between fork and exec (async-signal-safe only).
+    /// Starts the program and returns when it runs. `inChild` runs in the child between fork and exec
+    /// (async-signal-safe only).
     Process(const QString &program, const QStringList &arguments, const QProcessEnvironment &environment,
             const QString &workingFolder, std::function<void()> inChild = {});
     ~Process();
@@ -43,13 +44,16 @@ public:
     /// Everything it has written so far.
     [[nodiscard]] QByteArray standardOutput() const { return m_output; }
     [[nodiscard]] QByteArray standardError() const { return m_errors; }
-    /// The next line of standard output without its newline. Throws DeadlineError, or DesktopError when the output ended before.
+    /// The next line of standard output without its newline. Throws DeadlineError, or DesktopError when the output
+    /// ended before.
     [[nodiscard]] QByteArray readLine(std::chrono::milliseconds deadline = usualDeadline);
     void write(const QByteArray &bytes);
     void closeInput();
 
     /// SIGTERM to its group, then a bounded wait, then SIGKILL to the group. Nothing when it has ended.
     void terminate(std::chrono::milliseconds grace = std::chrono::milliseconds(3'000));
+    /// SIGTERM to its group without waiting.
+    void requestEnd();
     void kill();
     /// SIGSTOP and SIGCONT: an application that has frozen.
     void freeze();

@@ -2,8 +2,8 @@
 
 // The desktop's selections, observed without touching them.
 //
-// Main thread; owned by the Desktop. changes() counts XFixes notifications of a new owner since the desktop started, so it tells
-// whether a selection was touched even when the text is the same afterwards.
+// Main thread; owned by the Desktop. changes() counts XFixes notifications of a new owner since the desktop started, so
+// it tells whether a selection was touched even when the text is the same afterwards.
 
 #include "desktop/Waiting.h"
 
@@ -26,7 +26,8 @@ public:
 
     [[nodiscard]] xcb_window_t owner(Selection selection) const; ///< 0 for none
     [[nodiscard]] int changes(Selection selection) const;
-    /// Its text as UTF8_STRING; absent when nobody owns it or the owner has no text. Throws DeadlineError when the owner never answers.
+    /// Its text as UTF8_STRING; absent when nobody owns it or the owner has no text. Throws DeadlineError when the
+    /// owner never answers.
     [[nodiscard]] std::optional<QString> text(Selection selection, std::chrono::milliseconds deadline = usualDeadline);
     void awaitText(Selection selection, const QString &text, std::chrono::milliseconds deadline = usualDeadline);
 

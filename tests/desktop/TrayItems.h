@@ -58,9 +58,10 @@ private Q_SLOTS:
     void noteChange();
 
 private:
-    [[nodiscard]] QDBusMessage call(const QString &bus, const QString &path, const QString &interface, const QString &method,
-                                    const QVariantList &arguments = {}) const;
-    [[nodiscard]] QVariant property(const QString &bus, const QString &path, const QString &interface, const QString &name) const;
+    QDBusMessage call(const QString &bus, const QString &path, const QString &interface, const QString &method,
+                      const QVariantList &arguments = {}) const;
+    [[nodiscard]] QVariant property(const QString &bus, const QString &path, const QString &interface,
+                                    const QString &name) const;
 
     QString m_connectionName;
     QDBusConnection m_connection;

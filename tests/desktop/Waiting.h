@@ -2,8 +2,8 @@
 
 // Waiting for something to happen on the private desktop.
 //
-// Main thread. A wait processes the events of the calling thread (X events, D-Bus signals, child processes, sockets, timers)
-// and looks at its condition again after each of them; nothing is polled by time. Every wait has a deadline.
+// Main thread. A wait processes the events of the calling thread (X events, D-Bus signals, child processes, sockets,
+// timers) and looks at its condition again after each of them; nothing is polled by time. Every wait has a deadline.
 
 #include <QString>
 

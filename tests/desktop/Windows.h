@@ -2,8 +2,8 @@
 
 // The windows of the desktop as its X server and window manager describe them.
 //
-// Main thread; owned by the Desktop. Windows are X ids; coordinates are pixels of the root window. What has gone in between gives
-// empty values. awaitWindow and the other waits are driven by X events.
+// Main thread; owned by the Desktop. Windows are X ids; coordinates are pixels of the root window. What has gone in
+// between gives empty values. awaitWindow and the other waits are driven by X events.
 
 #include "desktop/Waiting.h"
 
@@ -24,8 +24,8 @@ class XSession;
 
 /// What a window must be; fields left empty match everything.
 struct WindowMatch {
-    std::optional<qint64> pid;      ///< _NET_WM_PID, or the process of the owning X client where that is absent
-    std::optional<QString> title;   ///< part of _NET_WM_NAME or WM_NAME
+    std::optional<qint64> pid;        ///< _NET_WM_PID, or the process of the owning X client where that is absent
+    std::optional<QString> title;     ///< part of _NET_WM_NAME or WM_NAME
     std::optional<QString> className; ///< instance or class of WM_CLASS
 };
 
@@ -42,8 +42,9 @@ public:
     void awaitActive(xcb_window_t window, std::chrono::milliseconds deadline = usualDeadline);
 
     [[nodiscard]] xcb_window_t root() const;
-    [[nodiscard]] xcb_window_t active() const;     ///< _NET_ACTIVE_WINDOW, 0 for none
-    [[nodiscard]] xcb_window_t inputFocus() const; ///< the top-level client window that has or holds the input focus, or the raw focus
+    [[nodiscard]] xcb_window_t active() const; ///< _NET_ACTIVE_WINDOW, 0 for none
+    [[nodiscard]] xcb_window_t
+    inputFocus() const; ///< the top-level client window that has or holds the input focus, or the raw focus
     [[nodiscard]] xcb_window_t rawInputFocus() const;
     [[nodiscard]] bool isMapped(xcb_window_t window) const;
     [[nodiscard]] qint64 pid(xcb_window_t window) const; ///< 0 for unknown
@@ -56,7 +57,8 @@ public:
 
     [[nodiscard]] QByteArray property(xcb_window_t window, const QByteArray &name) const;
     [[nodiscard]] std::vector<quint32> cardinals(xcb_window_t window, const QByteArray &name) const;
-    [[nodiscard]] QList<QByteArray> atoms(xcb_window_t window, const QByteArray &name) const; ///< e.g. _NET_WM_STATE by name
+    [[nodiscard]] QList<QByteArray> atoms(xcb_window_t window,
+                                          const QByteArray &name) const; ///< e.g. _NET_WM_STATE by name
 
     /// Asks the window manager to activate it, and waits until it is active and has the focus.
     void focus(xcb_window_t window, std::chrono::milliseconds deadline = usualDeadline);

@@ -1,0 +1,380 @@
+#include "desktop/Desktop.h"
+
+#include "desktop/BusClient.h"
+#include "desktop/DesktopGuard.h"
+#include "desktop/MarkedProcesses.h"
+#include "desktop/XSession.h"
+
+#include <QDBusVariant>
+#include <QSocketNotifier>
+#include <QUuid>
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <ranges>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace orvesa::desktop {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto markName = "ORVESA_DESKTOP";
+constexpr double standardDotsPerInch = 96.0;
+
+/// What every program on the desktop sees: nothing of the developer's own session.
+QProcessEnvironment cleanEnvironment(const DesktopFolders &folders, const DesktopOptions &options)
+{
+    const QProcessEnvironment own = QProcessEnvironment::systemEnvironment();
+    QProcessEnvironment environment;
+    for (const QString &name : {u"USER"_s, u"LOGNAME"_s, u"ASAN_OPTIONS"_s, u"UBSAN_OPTIONS"_s, u"LSAN_OPTIONS"_s})
+        if (own.contains(name))
+            environment.insert(name, own.value(name));
+    environment.insert(u"PATH"_s, u"/usr/local/bin:/usr/bin:/bin:/usr/local/sbin:/usr/sbin:/sbin:/usr/games"_s);
+    environment.insert(u"SHELL"_s, u"/bin/sh"_s);
+    environment.insert(u"LANG"_s, options.language);
+    environment.insert(u"HOME"_s, folders.home());
+    environment.insert(u"TMPDIR"_s, folders.temporary());
+    environment.insert(u"XDG_RUNTIME_DIR"_s, folders.runtime());
+    environment.insert(u"XDG_CONFIG_HOME"_s, folders.configuration());
+    environment.insert(u"XDG_DATA_HOME"_s, folders.data());
+    environment.insert(u"XDG_CACHE_HOME"_s, folders.cache());
+    environment.insert(u"XDG_STATE_HOME"_s, folders.state());
+    environment.insert(u"XDG_SESSION_TYPE"_s, u"x11"_s);
+    environment.insert(u"GDK_BACKEND"_s, u"x11"_s);
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+    environment.insert(u"LIBGL_ALWAYS_SOFTWARE"_s, u"1"_s);
+    environment.insert(u"GSETTINGS_BACKEND"_s, u"memory"_s);
+    environment.insert(u"GIO_USE_VFS"_s, u"local"_s);
+    environment.insert(u"GTK_USE_PORTAL"_s, u"0"_s);
+    // An address that leads nowhere, so that no program goes looking for a bus of its own.
+    environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=%1/no-bus"_s.arg(folders.top()));
+    for (const auto &[name, value] : options.environment.asKeyValueRange())
+        environment.insert(name, value);
+    return environment;
+}
+
+template <typename T>
+T &partOf(const std::unique_ptr<T> &part, const QString &name)
+{
+    if (!part)
+        throw DesktopError(u"this desktop has no %1"_s.arg(name));
+    return *part;
+}
+
+} // namespace
+
+Desktop::Desktop(const DesktopOptions &options)
+    : m_options(options), m_mark(QUuid::createUuid().toString(QUuid::WithoutBraces)),
+      m_environment(cleanEnvironment(m_folders, options))
+{
+    m_environment.insert(QString::fromLatin1(markName), m_mark);
+    m_guard = std::make_unique<DesktopGuard>(QString::fromLatin1(markName) + u'=' + m_mark, m_folders.top());
+    try {
+        startServer();
+        if (options.sessionBus == SessionBus::present)
+            startSessionBus();
+        if (options.windowManager != WindowManager::none)
+            startWindowManager();
+        if (options.accessibility != Accessibility::none && options.sessionBus == SessionBus::present)
+            startAccessibility();
+        if (options.keyStore != KeyStore::absent && options.sessionBus == SessionBus::present)
+            startKeyStore();
+        startTray(options.tray);
+    } catch (...) {
+        endAll();
+        throw;
+    }
+}
+
+Desktop::~Desktop()
+{
+    endAll();
+}
+
+Process &Desktop::start(const QString &program, const QStringList &arguments, const QProcessEnvironment &environment,
+                        std::function<void()> inChild)
+{
+    m_processes.push_back(
+        std::make_unique<Process>(program, arguments, environment, m_folders.home(), std::move(inChild)));
+    m_guard->add(m_processes.back()->pid());
+    return *m_processes.back();
+}
+
+void Desktop::end(Process *&process)
+{
+    if (process == nullptr)
+        return;
+    process->terminate();
+    m_guard->forget(process->pid());
+    std::erase_if(m_processes, [&](const auto &owned) { return owned.get() == process; });
+    process = nullptr;
+}
+
+void Desktop::endAll()
+{
+    // All are asked at once, the programs before the parts they run on; whoever does not go is killed.
+    constexpr std::chrono::milliseconds grace{2'000};
+    for (const auto &process : std::views::reverse(m_processes))
+        process->requestEnd();
+    const auto allGone = [this] {
+        return std::ranges::none_of(m_processes, [](const auto &process) { return process->isRunning(); });
+    };
+    if (!happensWithin(grace, allGone))
+        for (const auto &process : m_processes)
+            process->kill();
+    for (const auto &process : m_processes)
+        m_guard->forget(process->pid());
+    m_processes.clear();
+    m_guard.reset();
+}
+
+void Desktop::startServer()
+{
+    // The server picks a free display itself and writes its number to this pipe once it accepts clients.
+    std::array<int, 2> pipe{};
+    if (pipe2(pipe.data(), O_CLOEXEC) != 0)
+        throw DesktopError(u"no pipe for the display number"_s);
+    const int readEnd = pipe[0];
+    const int writeEnd = pipe[1];
+    const QString screen = u"%1x%2x24"_s.arg(m_options.screenSize.width()).arg(m_options.screenSize.height());
+    const double dotsPerInch = standardDotsPerInch * m_options.scale;
+    QStringList arguments{u"-displayfd"_s, QString::number(writeEnd),
+                          u"-screen"_s,    u"0"_s,
+                          screen,          u"-nolisten"_s,
+                          u"tcp"_s,        u"-noreset"_s,
+                          u"-dpi"_s,       QString::number(std::lround(dotsPerInch)),
+                          u"+extension"_s, u"RANDR"_s,
+                          u"+extension"_s, u"GLX"_s};
+    const Process &server = start(u"Xvfb"_s, arguments + m_options.serverArguments, m_environment,
+                                  [writeEnd] { fcntl(writeEnd, F_SETFD, 0); });
+    ::close(writeEnd);
+    QByteArray number;
+    {
+        QSocketNotifier notifier(readEnd, QSocketNotifier::Read);
+        QObject::connect(&notifier, &QSocketNotifier::activated, &notifier, [&] {
+            std::array<char, 16> buffer{};
+            const ssize_t count = ::read(readEnd, buffer.data(), buffer.size());
+            if (count > 0)
+                number.append(buffer.data(), count);
+            else
+                notifier.setEnabled(false);
+        });
+        waitUntil([&] { return number.endsWith('\n') || !server.isRunning(); }, u"the X server"_s);
+    }
+    ::close(readEnd);
+    if (!number.endsWith('\n'))
+        throw DesktopError(u"the X server ended: %1"_s.arg(QString::fromUtf8(server.standardError())));
+    m_display = u':' + QString::fromLatin1(number.trimmed());
+    m_environment.insert(u"DISPLAY"_s, m_display);
+    m_session = std::make_unique<XSession>(m_display);
+    m_keyboard = std::make_unique<Keyboard>(*m_session);
+    m_pointer = std::make_unique<Pointer>(*m_session);
+    m_windows = std::make_unique<Windows>(*m_session);
+    m_selections = std::make_unique<Selections>(*m_session);
+    if (m_options.scale != 1.0) {
+        const QByteArray resources = "Xft.dpi:\t" + QByteArray::number(dotsPerInch) + '\n';
+        xcb_change_property(m_session->connection(), XCB_PROP_MODE_REPLACE, m_session->root(),
+                            XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING, 8, static_cast<quint32>(resources.size()),
+                            resources.constData());
+        m_session->synchronize();
+    }
+}
+
+void Desktop::startSessionBus()
+{
+    Process &bus = start(u"dbus-daemon"_s,
+                         {u"--config-file=%1"_s.arg(m_folders.writeBusConfiguration()), u"--nofork"_s, u"--nopidfile"_s,
+                          u"--nosyslog"_s, u"--print-address"_s},
+                         [this] {
+                             // Services that it starts are told the address by it.
+                             QProcessEnvironment environment = m_environment;
+                             environment.remove(u"DBUS_SESSION_BUS_ADDRESS"_s);
+                             return environment;
+                         }());
+    m_sessionBusAddress = QString::fromUtf8(bus.readLine());
+    m_environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_sessionBusAddress);
+}
+
+void Desktop::startWindowManager()
+{
+    const bool isXfce = m_options.windowManager == WindowManager::xfwm4;
+    const Process &manager = isXfce ? start(u"xfwm4"_s, {u"--compositor=off"_s}, m_environment)
+                                    : start(u"openbox"_s, {u"--sm-disable"_s}, m_environment);
+    const auto isUp = [&] {
+        const std::vector<quint32> check = m_windows->cardinals(m_session->root(), "_NET_SUPPORTING_WM_CHECK");
+        return (check.size() == 1 && m_windows->cardinals(check.front(), "_NET_SUPPORTING_WM_CHECK") == check) ||
+               !manager.isRunning();
+    };
+    waitUntil(isUp, u"the window manager"_s);
+    if (!manager.isRunning())
+        throw DesktopError(u"the window manager ended: %1"_s.arg(QString::fromUtf8(manager.standardError())));
+}
+
+void Desktop::startAccessibility()
+{
+    start(u"/usr/libexec/at-spi-bus-launcher"_s, {u"--launch-immediately"_s}, m_environment);
+    BusClient bus(m_sessionBusAddress);
+    bus.awaitOwner(u"org.a11y.Bus"_s);
+    m_accessibilityBusAddress = bus.call(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus"_s, u"GetAddress"_s)
+                                    .arguments()
+                                    .value(0)
+                                    .toString();
+    setAccessibilityEnabled(m_options.accessibility == Accessibility::enabled);
+    m_accessibles = std::make_unique<AccessibleTree>(m_accessibilityBusAddress);
+}
+
+void Desktop::setAccessibilityEnabled(bool enabled)
+{
+    BusClient(m_sessionBusAddress)
+        .call(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.freedesktop.DBus.Properties"_s, u"Set"_s,
+              {u"org.a11y.Status"_s, u"IsEnabled"_s, QVariant::fromValue(QDBusVariant(enabled))});
+}
+
+void Desktop::startKeyStoreDaemon(const QStringList &arguments, const QByteArray &input)
+{
+    Process &daemon = start(u"gnome-keyring-daemon"_s,
+                            QStringList{u"--foreground"_s, u"--components=secrets"_s} + arguments, m_environment);
+    daemon.write(input);
+    daemon.closeInput();
+    m_keyStoreProcess = &daemon;
+    BusClient(m_sessionBusAddress).awaitOwner(u"org.freedesktop.secrets"_s);
+}
+
+void Desktop::startKeyStore()
+{
+    startKeyStoreDaemon({u"--unlock"_s}, QUuid::createUuid().toByteArray());
+    if (m_options.keyStore == KeyStore::locked) {
+        // Its collection exists now; without the password it comes up locked.
+        stopKeyStore();
+        startKeyStoreDaemon({}, {});
+    }
+    m_keyStore = std::make_unique<KeyStoreItems>(m_sessionBusAddress);
+}
+
+void Desktop::stopKeyStore()
+{
+    m_keyStore.reset();
+    end(m_keyStoreProcess);
+    BusClient(m_sessionBusAddress).awaitNoOwner(u"org.freedesktop.secrets"_s);
+}
+
+void Desktop::startTray(Tray tray)
+{
+    if (tray == Tray::embedding)
+        startEmbeddingTray();
+    else if (tray == Tray::statusNotifier && m_options.sessionBus == SessionBus::present)
+        startNotifierTray();
+}
+
+void Desktop::startEmbeddingTray()
+{
+    const Process &tray = start(u"tint2"_s, {}, m_environment);
+    m_trayProcess = m_processes.back().get();
+    const xcb_atom_t selection = m_session->atom("_NET_SYSTEM_TRAY_S0");
+    const auto isUp = [&] { // announced by a message to the root window
+        const XReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
+            m_session->connection(), xcb_get_selection_owner(m_session->connection(), selection), nullptr));
+        return (owner && owner->owner != XCB_NONE) || !tray.isRunning();
+    };
+    waitUntil(isUp, u"the tray"_s);
+}
+
+void Desktop::startNotifierTray()
+{
+    m_folders.writePanelConfiguration();
+    m_trayProcess = &start(u"xfce4-panel"_s, {u"--disable-wm-check"_s}, m_environment);
+    BusClient(m_sessionBusAddress).awaitOwner(u"org.kde.StatusNotifierWatcher"_s);
+    m_tray = std::make_unique<TrayItems>(m_sessionBusAddress);
+}
+
+void Desktop::stopTray()
+{
+    m_tray.reset();
+    end(m_trayProcess);
+}
+
+EnvironmentChanges Desktop::withoutSessionBus() const
+{
+    EnvironmentChanges changes{{u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=%1/no-bus"_s.arg(m_folders.top())}};
+    if (!m_accessibilityBusAddress.isEmpty())
+        changes.insert(u"AT_SPI_BUS_ADDRESS"_s, m_accessibilityBusAddress);
+    return changes;
+}
+
+EnvironmentChanges Desktop::withoutDisplay() const
+{
+    return {{u"DISPLAY"_s, QString()}, {u"QT_QPA_PLATFORM"_s, QString()}};
+}
+
+Process &Desktop::launch(const QString &program, const QStringList &arguments, const EnvironmentChanges &changes)
+{
+    QProcessEnvironment environment = m_environment;
+    for (const auto &[name, value] : changes.asKeyValueRange()) {
+        if (value.isNull())
+            environment.remove(name);
+        else
+            environment.insert(name, value);
+    }
+    return start(program, arguments, environment);
+}
+
+ProcessResult Desktop::runToEnd(const QString &program, const QStringList &arguments, const EnvironmentChanges &changes,
+                                const QByteArray &input, std::chrono::milliseconds deadline)
+{
+    Process *process = &launch(program, arguments, changes);
+    process->write(input);
+    process->closeInput();
+    const ProcessResult result = process->awaitEnd(deadline);
+    end(process);
+    return result;
+}
+
+Keyboard &Desktop::keyboard()
+{
+    return *m_keyboard;
+}
+
+Pointer &Desktop::pointer()
+{
+    return *m_pointer;
+}
+
+Windows &Desktop::windows()
+{
+    return *m_windows;
+}
+
+Selections &Desktop::selections()
+{
+    return *m_selections;
+}
+
+AccessibleTree &Desktop::accessibles()
+{
+    return partOf(m_accessibles, u"accessibility bus"_s);
+}
+
+KeyStoreItems &Desktop::keyStore()
+{
+    return partOf(m_keyStore, u"key store"_s);
+}
+
+TrayItems &Desktop::tray()
+{
+    return partOf(m_tray, u"StatusNotifierItem tray"_s);
+}
+
+std::vector<qint64> Desktop::runningProcesses() const
+{
+    std::vector<qint64> found;
+    for (const auto &entry : markedProcesses((QString::fromLatin1(markName) + u'=' + m_mark).toStdString()))
+        found.push_back(entry.first);
+    return found;
+}
+
+} // namespace orvesa::desktop

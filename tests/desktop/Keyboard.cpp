@@ -1,0 +1,134 @@
+#include "desktop/Keyboard.h"
+
+#include "desktop/Waiting.h"
+#include "desktop/XSession.h"
+
+#include <xcb/xcb_keysyms.h>
+#include <xcb/xtest.h>
+#include <xkbcommon/xkbcommon.h>
+
+#include <ranges>
+
+namespace orvesa::desktop {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+xcb_keysym_t keysymForCharacter(char32_t character)
+{
+    return character == U'\n' ? xkb_keysym_t{XKB_KEY_Return} : xkb_utf32_to_keysym(character);
+}
+
+xcb_keysym_t keysymForName(const QString &name)
+{
+    static const QMap<QString, xcb_keysym_t> modifiers{{u"Ctrl"_s, XKB_KEY_Control_L},
+                                                       {u"Alt"_s, XKB_KEY_Alt_L},
+                                                       {u"Shift"_s, XKB_KEY_Shift_L},
+                                                       {u"Super"_s, XKB_KEY_Super_L}};
+    if (const auto modifier = modifiers.constFind(name); modifier != modifiers.cend())
+        return *modifier;
+    const QList<uint> characters = name.toLower().toUcs4();
+    if (characters.size() == 1)
+        return keysymForCharacter(characters.first());
+    const xkb_keysym_t keysym = xkb_keysym_from_name(name.toUtf8().constData(), XKB_KEYSYM_CASE_INSENSITIVE);
+    if (keysym == XKB_KEY_NoSymbol)
+        throw DesktopError(u"no key is called '%1'"_s.arg(name));
+    return keysym;
+}
+
+} // namespace
+
+Keyboard::Keyboard(XSession &session) : m_session(session), m_symbols(xcb_key_symbols_alloc(session.connection()))
+{
+    const xcb_setup_t *setup = xcb_get_setup(session.connection());
+    for (int code = setup->max_keycode; code >= setup->min_keycode; --code)
+        if (xcb_key_symbols_get_keysym(m_symbols, static_cast<xcb_keycode_t>(code), 0) == XCB_NO_SYMBOL)
+            m_spare.push_back(static_cast<xcb_keycode_t>(code));
+}
+
+Keyboard::~Keyboard()
+{
+    xcb_key_symbols_free(m_symbols);
+}
+
+void Keyboard::send(xcb_keycode_t code, bool down)
+{
+    xcb_test_fake_input(m_session.connection(), down ? XCB_KEY_PRESS : XCB_KEY_RELEASE, code, XCB_CURRENT_TIME,
+                        XCB_NONE, 0, 0, 0);
+    m_session.synchronize();
+}
+
+Keyboard::Stroke Keyboard::strokeFor(xcb_keysym_t keysym)
+{
+    if (const auto bound = m_bound.constFind(keysym); bound != m_bound.cend())
+        return {*bound, false};
+    const xcb_setup_t *setup = xcb_get_setup(m_session.connection());
+    for (const int level : {0, 1})
+        for (int code = setup->min_keycode; code <= setup->max_keycode; ++code)
+            if (xcb_key_symbols_get_keysym(m_symbols, static_cast<xcb_keycode_t>(code), level) == keysym)
+                return {static_cast<xcb_keycode_t>(code), level == 1};
+    return bindSpareKey(keysym);
+}
+
+Keyboard::Stroke Keyboard::bindSpareKey(xcb_keysym_t keysym)
+{
+    // A spare key is never given a second meaning: programs read the layout late, and would see the wrong one.
+    if (m_spare.empty())
+        throw DesktopError(u"the keyboard has no spare key left for further characters"_s);
+    const xcb_keycode_t code = m_spare.back();
+    m_spare.pop_back();
+    const std::array<xcb_keysym_t, 2> symbols{keysym, keysym};
+    xcb_change_keyboard_mapping(m_session.connection(), 1, code, static_cast<quint8>(symbols.size()), symbols.data());
+    m_session.synchronize();
+    m_bound.insert(keysym, code);
+    return {code, false};
+}
+
+void Keyboard::press(const QString &combination)
+{
+    QStringList names = combination.split(u'+', Qt::SkipEmptyParts);
+    if (combination == u"+"_s || combination.endsWith(u"++"_s))
+        names.append(u"plus"_s);
+    for (const QString &name : names)
+        keyDown(name);
+    for (const QString &name : std::views::reverse(names))
+        keyUp(name);
+}
+
+void Keyboard::keyDown(const QString &key)
+{
+    send(strokeFor(keysymForName(key)).code, true);
+}
+
+void Keyboard::keyUp(const QString &key)
+{
+    send(strokeFor(keysymForName(key)).code, false);
+}
+
+void Keyboard::type(const QString &text)
+{
+    const xcb_keycode_t shift = strokeFor(XKB_KEY_Shift_L).code;
+    for (const uint character : text.toUcs4()) {
+        const Stroke stroke = strokeFor(keysymForCharacter(character));
+        if (stroke.shift)
+            send(shift, true);
+        send(stroke.code, true);
+        send(stroke.code, false);
+        if (stroke.shift)
+            send(shift, false);
+    }
+}
+
+std::vector<xcb_keycode_t> Keyboard::keysDown() const
+{
+    const XReply<xcb_query_keymap_reply_t> reply(
+        xcb_query_keymap_reply(m_session.connection(), xcb_query_keymap(m_session.connection()), nullptr));
+    std::vector<xcb_keycode_t> codes;
+    for (unsigned code = 0; reply && code < 256; ++code)
+        if ((reply->keys[code / 8] >> (code % 8)) & 1U)
+            codes.push_back(static_cast<xcb_keycode_t>(code));
+    return codes;
+}
+
+} // namespace orvesa::desktop
