@@ -10,12 +10,10 @@
 #include "Platform/AccessibilityTrustPort.h"
 
 #include <QObject>
+#include <QStringList>
 #include <QVariantMap>
 
 #include <functional>
-#include <memory>
-
-QT_FORWARD_DECLARE_CLASS(QDBusPendingCallWatcher)
 
 namespace orvesa {
 
@@ -37,13 +35,12 @@ public:
 
 private Q_SLOTS:
     void propertiesChanged(const QString &interface, const QVariantMap &changed, const QStringList &invalidated);
-    void ownerChanged();
+    void ownerChanged(const QString &name, const QString &oldOwner, const QString &newOwner);
 
 private:
     enum class State { unknown, untrusted, trusted };
 
     void fetch();
-    void fetched(QDBusPendingCallWatcher &watcher, quint64 generation);
     void fetchNow() const;
 
     mutable State m_state = State::unknown;

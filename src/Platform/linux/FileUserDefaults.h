@@ -1,17 +1,16 @@
 #pragma once
 
-// The user's preferences, one text file per domain: $XDG_CONFIG_HOME/<identifier>.conf (docs of its form: DefaultsDocument).
+// The user's preferences, one text file per domain: $XDG_CONFIG_HOME/<identifier>.conf. DefaultsDocument describes its form.
 //
 // Main thread; works without an event loop. Every change is merged into the file as it then is, under a lock, and is on disk
-// when the setter returns, so that two processes never lose each other's changes. The file is replaced as a whole (mode 0600,
-// in a folder made with 0700): a reader sees the old or the new one. What could not be read is never overwritten, and a file
-// that is not understood is kept beside the new one with ".damaged" added to its name. What could not be written stays in
-// memory and goes to disk with the next change that can. Each such trouble is logged in one line, once.
+// when the setter returns, so that two processes never lose each other's changes. What could not be read is never
+// overwritten, and a file or value that is not understood is kept beside the new one with ".damaged" added to its name. What
+// could not be written stays in memory and goes to disk with the next change that can. Each such trouble is logged in one
+// line, once.
 
 #include "Platform/UserDefaultsPort.h"
 #include "Platform/linux/DefaultsDocument.h"
-
-#include <QStringList>
+#include "Platform/linux/DefaultsFile.h"
 
 #include <memory>
 #include <set>
@@ -38,31 +37,26 @@ public:
     [[nodiscard]] QString filePath() const;
 
 private:
-    struct Stamp {
-        quint64 device = 0;
-        quint64 inode = 0;
-        qint64 modified = 0;
-        qint64 size = -1;
-        bool operator==(const Stamp &) const = default;
-    };
-    enum class Reading { document, absent, damaged, unreadable };
+    using Changes = std::map<QString, std::optional<DefaultsValue>>;
 
     void change(const QString &key, const std::optional<DefaultsValue> &value);
+    [[nodiscard]] bool store(const Changes &changes);
+    /// The document to go on from; nothing when the file may not be touched.
+    [[nodiscard]] std::optional<DefaultsDocument> understood(const DefaultsFile::Content &content) const;
     void load() const;
-    [[nodiscard]] Reading read(const QString &path, DefaultsDocument &document, Stamp *stamp) const;
-    [[nodiscard]] bool write(const DefaultsDocument &document);
-    [[nodiscard]] bool keepDamaged() const;
+    void reportChange();
     void startWatching();
+    void stopWatching();
     void folderChanged();
-    void logOnce(const QString &line) const;
+    void logOnce(const QString &trouble) const;
 
     QString m_folder;
     QString m_identifier;
+    Changes m_unwritten;
     mutable bool m_loaded = false;
     mutable DefaultsDictionary m_values;
-    mutable Stamp m_stamp;
+    mutable DefaultsFile::Stamp m_stamp;
     mutable std::set<QString> m_logged;
-    std::map<QString, std::optional<DefaultsValue>> m_unwritten;
     std::function<void()> m_handler;
     int m_watch = -1;
     std::unique_ptr<QSocketNotifier> m_notifier;

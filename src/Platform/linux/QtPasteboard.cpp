@@ -1,0 +1,48 @@
+#include "Platform/linux/QtPasteboard.h"
+
+#include <QClipboard>
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QMimeData>
+
+#include <memory>
+
+namespace orvesa {
+
+namespace {
+
+QClipboard *clipboard()
+{
+    return qobject_cast<QGuiApplication *>(QCoreApplication::instance()) == nullptr ? nullptr
+                                                                                    : QGuiApplication::clipboard();
+}
+
+} // namespace
+
+void QtPasteboard::clear()
+{
+    if (QClipboard *const general = clipboard()) {
+        general->clear(QClipboard::Clipboard);
+    }
+}
+
+bool QtPasteboard::write(const std::vector<PasteboardItem> &items)
+{
+    QClipboard *const general = clipboard();
+    if (general == nullptr || items.empty()) {
+        return false;
+    }
+    // A selection holds one item; of several, the first is the one that pastes.
+    auto content = std::make_unique<QMimeData>();
+    for (const auto &[type, bytes] : items.front()) {
+        if (type == QLatin1StringView(pasteboardPlainText)) {
+            content->setText(QString::fromUtf8(bytes)); // offered under all the names that text goes by
+        } else {
+            content->setData(type, bytes);
+        }
+    }
+    general->setMimeData(content.release(), QClipboard::Clipboard);
+    return general->ownsClipboard();
+}
+
+} // namespace orvesa

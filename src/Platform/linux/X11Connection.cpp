@@ -1,0 +1,194 @@
+#include "Platform/linux/X11Connection.h"
+
+#include <QMetaObject>
+#include <QSocketNotifier>
+
+#include <utility>
+
+namespace orvesa {
+
+X11Connection::X11Connection(QByteArray displayName, QObject *parent)
+    : QObject(parent), m_displayName(std::move(displayName))
+{
+}
+
+X11Connection::~X11Connection()
+{
+    close();
+}
+
+void X11Connection::open()
+{
+    m_opened = true;
+    int screenNumber = 0;
+    xcb_connection_t *const connection =
+        xcb_connect(m_displayName.isEmpty() ? nullptr : m_displayName.constData(), &screenNumber);
+    if (xcb_connection_has_error(connection) != 0) {
+        xcb_disconnect(connection);
+        return;
+    }
+    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
+    for (int skipped = 0; skipped < screenNumber && screens.rem > 1; ++skipped) {
+        xcb_screen_next(&screens);
+    }
+    m_connection = connection;
+    m_screenNumber = screenNumber;
+    m_root = screens.data->root;
+    m_notifier = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection), QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, [this] { dispatchEvents(); });
+}
+
+void X11Connection::close()
+{
+    if (m_connection == nullptr) {
+        return;
+    }
+    // The notifier goes first: it must not outlive its descriptor. It may be the one that is being activated.
+    m_notifier->setEnabled(false);
+    m_notifier.release()->deleteLater();
+    xcb_disconnect(m_connection);
+    m_connection = nullptr;
+    m_root = XCB_WINDOW_NONE;
+    m_readEvents.clear();
+}
+
+bool X11Connection::isValid()
+{
+    if (!m_opened) {
+        open();
+    }
+    if (m_connection != nullptr && xcb_connection_has_error(m_connection) != 0) {
+        close();
+    }
+    return m_connection != nullptr;
+}
+
+xcb_connection_t *X11Connection::connection()
+{
+    return isValid() ? m_connection : nullptr;
+}
+
+xcb_window_t X11Connection::root()
+{
+    return isValid() ? m_root : xcb_window_t{XCB_WINDOW_NONE};
+}
+
+int X11Connection::screenNumber()
+{
+    return isValid() ? m_screenNumber : 0;
+}
+
+xcb_atom_t X11Connection::atom(std::string_view name)
+{
+    if (const auto known = m_atoms.find(name); known != m_atoms.end()) {
+        return known->second;
+    }
+    if (!isValid()) {
+        return XCB_ATOM_NONE;
+    }
+    const auto answer = reply(xcb_intern_atom_reply, xcb_intern_atom(m_connection, 0, static_cast<quint16>(name.size()),
+                                                                     name.data()));
+    if (!answer) {
+        return XCB_ATOM_NONE;
+    }
+    m_atoms.emplace(name, answer->atom);
+    return answer->atom;
+}
+
+std::vector<quint32> X11Connection::property(xcb_window_t window, std::string_view name, quint32 maximum)
+{
+    const xcb_atom_t wanted = atom(name);
+    if (wanted == XCB_ATOM_NONE) {
+        return {};
+    }
+    const auto answer = reply(xcb_get_property_reply,
+                              xcb_get_property(m_connection, 0, window, wanted, XCB_ATOM_ANY, 0, maximum));
+    if (!answer || answer->format != 32) {
+        return {};
+    }
+    const auto *const values = static_cast<const quint32 *>(xcb_get_property_value(answer.get()));
+    return {values, values + answer->value_len};
+}
+
+QByteArray X11Connection::textProperty(xcb_window_t window, std::string_view name)
+{
+    constexpr quint32 maximumWords = 1024;
+    const xcb_atom_t wanted = atom(name);
+    if (wanted == XCB_ATOM_NONE) {
+        return {};
+    }
+    const auto answer = reply(xcb_get_property_reply,
+                              xcb_get_property(m_connection, 0, window, wanted, XCB_ATOM_ANY, 0, maximumWords));
+    if (!answer || answer->format != 8) {
+        return {};
+    }
+    return {static_cast<const char *>(xcb_get_property_value(answer.get())),
+            xcb_get_property_value_length(answer.get())};
+}
+
+X11Connection::HandlerToken X11Connection::addEventHandler(EventHandler handler)
+{
+    m_handlers.emplace(++m_lastToken, std::move(handler));
+    return m_lastToken;
+}
+
+void X11Connection::removeEventHandler(HandlerToken token)
+{
+    m_handlers.erase(token);
+}
+
+void X11Connection::settle()
+{
+    if (!isValid()) {
+        return;
+    }
+    xcb_flush(m_connection);
+    // A round trip reads the socket empty, so the notifier stays silent for events that came along with the reply.
+    while (xcb_generic_event_t *const event = xcb_poll_for_queued_event(m_connection)) {
+        m_readEvents.emplace_back(event);
+    }
+    if (!m_readEvents.empty() && !m_dispatchScheduled) {
+        m_dispatchScheduled = true;
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                m_dispatchScheduled = false;
+                dispatchEvents();
+            },
+            Qt::QueuedConnection);
+    }
+}
+
+void X11Connection::dispatchEvents()
+{
+    if (!isValid()) {
+        return;
+    }
+    while (xcb_generic_event_t *const event = xcb_poll_for_event(m_connection)) {
+        m_readEvents.emplace_back(event);
+    }
+    const auto events = std::exchange(m_readEvents, {});
+    for (const auto &event : events) {
+        dispatch(*event);
+    }
+    // A handler may have made round trips; and after the server's end the descriptor would stay readable for ever.
+    settle();
+}
+
+void X11Connection::dispatch(const xcb_generic_event_t &event)
+{
+    std::vector<HandlerToken> tokens;
+    tokens.reserve(m_handlers.size());
+    for (const auto &[token, handler] : m_handlers) {
+        tokens.push_back(token);
+    }
+    for (const HandlerToken token : tokens) {
+        // Copied: the handler may remove itself.
+        if (const auto found = m_handlers.find(token); found != m_handlers.end()) {
+            const EventHandler handler = found->second;
+            handler(event);
+        }
+    }
+}
+
+} // namespace orvesa

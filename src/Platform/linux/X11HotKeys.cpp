@@ -1,0 +1,257 @@
+#include "Platform/linux/X11HotKeys.h"
+
+#include "Platform/linux/MacKeyCodes.h"
+
+#include <QMetaObject>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include <xcb/xtest.h>
+
+// The header names a member with a C++ keyword.
+#define explicit explicitActions
+#include <xcb/xkb.h>
+#undef explicit
+
+namespace orvesa {
+
+namespace {
+
+constexpr quint32 x11KeyCodeOffset = 8;
+constexpr quint8 eventTypeMask = 0x7f; // the eighth bit says that another client sent the event
+constexpr unsigned allModifierBits = 0xff;
+constexpr quint32 macControlKeyCode = 0x3b;
+
+std::optional<xcb_keycode_t> x11KeyCode(quint32 macKeyCode)
+{
+    const auto evdev = MacKeyCodes::toEvdev(macKeyCode);
+    if (!evdev || *evdev > 255 - x11KeyCodeOffset) {
+        return std::nullopt;
+    }
+    return static_cast<xcb_keycode_t>(*evdev + x11KeyCodeOffset);
+}
+
+} // namespace
+
+X11HotKeys::X11HotKeys(X11Connection &connection) : m_connection(connection) {}
+
+X11HotKeys::~X11HotKeys()
+{
+    for (auto &[reference, hotKey] : m_hotKeys) {
+        ungrab(hotKey);
+    }
+    m_connection.settle();
+    m_connection.removeEventHandler(m_token);
+}
+
+bool X11HotKeys::prepare()
+{
+    if (!m_connection.isValid()) {
+        return false;
+    }
+    if (m_prepared) {
+        return true;
+    }
+    m_prepared = true;
+    m_token = m_connection.addEventHandler([this](const xcb_generic_event_t &event) { handle(event); });
+    // With detectable repeat a held key sends presses only, and its one release means that it was let go.
+    xcb_connection_t *const raw = m_connection.connection();
+    if (m_connection.reply(xcb_xkb_use_extension_reply,
+                           xcb_xkb_use_extension(raw, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION))) {
+        constexpr quint32 detectable = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
+        (void)m_connection.reply(
+            xcb_xkb_per_client_flags_reply,
+            xcb_xkb_per_client_flags(raw, XCB_XKB_ID_USE_CORE_KBD, detectable, detectable, 0, 0, 0));
+    }
+    m_modifiers = X11Modifiers::read(m_connection);
+    return true;
+}
+
+qint32 X11HotKeys::installHandler(Handler handler)
+{
+    if (!prepare()) {
+        return HotKeyStatus::notAvailable;
+    }
+    m_handler = std::move(handler);
+    return HotKeyStatus::noErr;
+}
+
+void X11HotKeys::removeHandler()
+{
+    m_handler = nullptr;
+}
+
+HotKeyRegistration X11HotKeys::registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id)
+{
+    if (!prepare()) {
+        return {HotKeyStatus::notAvailable, 0};
+    }
+    // The server lets one client grab the same key twice without a word, so duplicates of our own are refused here.
+    const bool isDuplicate = std::ranges::any_of(m_hotKeys, [&](const auto &entry) {
+        return entry.second.macKeyCode == keyCode && entry.second.carbonModifiers == modifiers;
+    });
+    if (isDuplicate) {
+        return {HotKeyStatus::hotKeyExists, 0};
+    }
+    HotKey hotKey{.macKeyCode = keyCode, .carbonModifiers = modifiers, .id = id};
+    if (const qint32 status = grab(hotKey); status != HotKeyStatus::noErr) {
+        return {status, 0};
+    }
+    m_hotKeys.emplace(++m_lastReference, hotKey);
+    return {HotKeyStatus::noErr, m_lastReference};
+}
+
+qint32 X11HotKeys::unregisterHotKey(HotKeyRef reference)
+{
+    const auto found = m_hotKeys.find(reference);
+    if (found == m_hotKeys.end()) {
+        return HotKeyStatus::hotKeyInvalid;
+    }
+    ungrab(found->second);
+    m_connection.settle();
+    m_hotKeys.erase(found);
+    return HotKeyStatus::noErr;
+}
+
+qint32 X11HotKeys::grab(HotKey &hotKey)
+{
+    const auto keyCode = x11KeyCode(hotKey.macKeyCode);
+    const auto modifiers = m_modifiers.fromCarbon(hotKey.carbonModifiers);
+    if (!keyCode || !modifiers) {
+        return HotKeyStatus::hotKeyInvalid;
+    }
+    hotKey.keyCode = *keyCode;
+    hotKey.modifiers = *modifiers;
+    xcb_connection_t *const raw = m_connection.connection();
+    std::vector<xcb_void_cookie_t> requests;
+    for (const quint16 locks : m_modifiers.lockCombinations(hotKey.modifiers)) {
+        requests.push_back(xcb_grab_key_checked(raw, 0, m_connection.root(),
+                                                static_cast<quint16>(hotKey.modifiers | locks), hotKey.keyCode,
+                                                XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    }
+    qint32 status = HotKeyStatus::noErr;
+    for (const xcb_void_cookie_t request : requests) {
+        const X11Reply<xcb_generic_error_t> error(xcb_request_check(raw, request));
+        if (error && status == HotKeyStatus::noErr) {
+            status = error->error_code == XCB_ACCESS ? HotKeyStatus::hotKeyExists : HotKeyStatus::hotKeyInvalid;
+        }
+    }
+    if (!m_connection.isValid()) {
+        return HotKeyStatus::notAvailable;
+    }
+    hotKey.isGrabbed = true;
+    if (status != HotKeyStatus::noErr) {
+        ungrab(hotKey); // those lock states that did succeed
+    }
+    m_connection.settle();
+    return status;
+}
+
+void X11HotKeys::ungrab(HotKey &hotKey)
+{
+    if (!hotKey.isGrabbed || !m_connection.isValid()) {
+        return;
+    }
+    hotKey.isGrabbed = false;
+    for (const quint16 locks : m_modifiers.lockCombinations(hotKey.modifiers)) {
+        xcb_ungrab_key(m_connection.connection(), hotKey.keyCode, m_connection.root(),
+                       static_cast<quint16>(hotKey.modifiers | locks));
+    }
+}
+
+void X11HotKeys::grabAllAnew()
+{
+    if (!m_connection.isValid()) {
+        return;
+    }
+    const X11Modifiers modifiers = X11Modifiers::read(m_connection);
+    if (modifiers == m_modifiers) {
+        return;
+    }
+    for (auto &[reference, hotKey] : m_hotKeys) {
+        ungrab(hotKey);
+    }
+    m_modifiers = modifiers;
+    for (auto &[reference, hotKey] : m_hotKeys) {
+        // One that another program holds now stays registered and comes back with a later change.
+        (void)grab(hotKey);
+    }
+}
+
+void X11HotKeys::handle(const xcb_generic_event_t &event)
+{
+    switch (event.response_type & eventTypeMask) {
+    case XCB_KEY_PRESS:
+        press(reinterpret_cast<const xcb_key_press_event_t &>(event));
+        break;
+    case XCB_KEY_RELEASE:
+        release(reinterpret_cast<const xcb_key_release_event_t &>(event));
+        break;
+    case XCB_MAPPING_NOTIFY:
+        // A change of layout sends several of these; one look at the new state serves them all.
+        if (!m_regrabScheduled) {
+            m_regrabScheduled = true;
+            QMetaObject::invokeMethod(
+                &m_connection,
+                [this, alive = std::weak_ptr<bool>(m_alive)] {
+                    if (!alive.expired()) {
+                        m_regrabScheduled = false;
+                        grabAllAnew();
+                    }
+                },
+                Qt::QueuedConnection);
+        }
+        break;
+    default:
+        break;
+    }
+}
+
+void X11HotKeys::press(const xcb_key_press_event_t &event)
+{
+    if (!m_heldKeys.insert(event.detail).second) {
+        return;
+    }
+    const unsigned locks =
+        XCB_MOD_MASK_LOCK | static_cast<unsigned>(m_modifiers.numLock) | static_cast<unsigned>(m_modifiers.scrollLock);
+    const auto matches = [&](const auto &entry) {
+        const HotKey &hotKey = entry.second;
+        const unsigned ignored = locks & ~static_cast<unsigned>(hotKey.modifiers);
+        return hotKey.keyCode == event.detail &&
+               (event.state & allModifierBits & ~ignored) == static_cast<unsigned>(hotKey.modifiers);
+    };
+    const auto pressed = std::ranges::find_if(m_hotKeys, matches);
+    if (pressed != m_hotKeys.end() && m_handler) {
+        const Handler handler = m_handler; // it may remove itself
+        (void)handler(pressed->second.id);
+    }
+}
+
+void X11HotKeys::release(const xcb_key_release_event_t &event)
+{
+    if (m_heldKeys.erase(event.detail) != 0 && m_modifiers.alt != 0 && (event.state & m_modifiers.alt) != 0) {
+        spoilLoneAlt();
+    }
+}
+
+void X11HotKeys::spoilLoneAlt()
+{
+    // The grab has ended with the key's release, so the application in front sees Alt pressed and, soon, released with nothing
+    // in between, which toolkits take for "open the menu bar". A tap of a key in between prevents that. Control alone has no
+    // meaning anywhere, and Alt is looked up once more so that the tap never comes without it.
+    const auto pointer = m_connection.reply(xcb_query_pointer_reply,
+                                            xcb_query_pointer(m_connection.connection(), m_connection.root()));
+    const auto control = x11KeyCode(macControlKeyCode);
+    if (!pointer || !control || (pointer->mask & m_modifiers.alt) == 0 ||
+        (pointer->mask & XCB_MOD_MASK_CONTROL) != 0) {
+        return;
+    }
+    xcb_connection_t *const raw = m_connection.connection();
+    xcb_test_fake_input(raw, XCB_KEY_PRESS, *control, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+    xcb_test_fake_input(raw, XCB_KEY_RELEASE, *control, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+    m_connection.settle();
+}
+
+} // namespace orvesa

@@ -10,6 +10,8 @@
 #include "Platform/linux/X11Connection.h"
 #include "Platform/linux/X11Modifiers.h"
 
+#include <map>
+#include <memory>
 #include <set>
 
 namespace orvesa {
@@ -53,6 +55,7 @@ private:
     HotKeyRef m_lastReference = 0;
     std::map<HotKeyRef, HotKey> m_hotKeys;
     std::set<xcb_keycode_t> m_heldKeys;
+    std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);
     Handler m_handler;
 };
 

@@ -4,6 +4,7 @@
 
 #include <QtGlobal>
 
+#include <optional>
 #include <vector>
 
 namespace orvesa {
@@ -18,8 +19,8 @@ struct X11Modifiers {
 
     /// Asks the server.
     [[nodiscard]] static X11Modifiers read(X11Connection &connection);
-    /// The bits for a mask of Carbon modifiers; 0 in `missing` unless a wanted key does not exist on this keyboard.
-    [[nodiscard]] quint16 fromCarbon(quint32 carbonModifiers, bool &missing) const;
+    /// The bits for a mask of Carbon modifiers; nothing when this keyboard lacks one of them.
+    [[nodiscard]] std::optional<quint16> fromCarbon(quint32 carbonModifiers) const;
     /// Every combination of the lock modifiers (Caps Lock, Num Lock, Scroll Lock) that may be on while a shortcut with
     /// these modifiers is pressed; the first is none.
     [[nodiscard]] std::vector<quint16> lockCombinations(quint16 wanted) const;

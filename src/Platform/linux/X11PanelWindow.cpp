@@ -1,0 +1,110 @@
+#include "Platform/linux/X11PanelWindow.h"
+
+#include <QByteArray>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QWindow>
+
+#include <QtGui/qguiapplication_platform.h>
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvesa {
+
+namespace {
+
+constexpr quint32 everyDesktop = 0xffffffff;
+
+xcb_connection_t *qtConnection()
+{
+    const auto *const application =
+        qGuiApp == nullptr ? nullptr : qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return application == nullptr ? nullptr : application->connection();
+}
+
+void setProperty(xcb_connection_t *connection, xcb_window_t window, xcb_atom_t name, xcb_atom_t type,
+                 const std::vector<quint32> &values)
+{
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, name, type, 32, static_cast<quint32>(values.size()),
+                        values.data());
+}
+
+/// The states that the window carries already, which Qt's flags may have set, and ours.
+std::vector<quint32> withPanelStates(X11Connection &atoms, xcb_connection_t *connection, xcb_window_t window)
+{
+    constexpr quint32 maximumStates = 64;
+    std::vector<quint32> states;
+    const X11Reply<xcb_get_property_reply_t> present(xcb_get_property_reply(
+        connection,
+        xcb_get_property(connection, 0, window, atoms.atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 0, maximumStates),
+        nullptr));
+    if (present && present->format == 32) {
+        const auto *const values = static_cast<const quint32 *>(xcb_get_property_value(present.get()));
+        states.assign(values, values + present->value_len);
+    }
+    for (const std::string_view name : {"_NET_WM_STATE_ABOVE", "_NET_WM_STATE_STICKY", "_NET_WM_STATE_SKIP_TASKBAR",
+                                        "_NET_WM_STATE_SKIP_PAGER"}) {
+        if (const xcb_atom_t state = atoms.atom(name); std::ranges::find(states, state) == states.end()) {
+            states.push_back(state);
+        }
+    }
+    return states;
+}
+
+void writeProperties(X11Connection &atoms, QWindow &window)
+{
+    xcb_connection_t *const connection = qtConnection();
+    if (connection == nullptr || !atoms.isValid()) {
+        return;
+    }
+    const auto id = static_cast<xcb_window_t>(window.winId());
+    setProperty(connection, id, atoms.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM,
+                {atoms.atom("_NET_WM_WINDOW_TYPE_UTILITY")});
+    setProperty(connection, id, atoms.atom("_NET_WM_STATE"), XCB_ATOM_ATOM, withPanelStates(atoms, connection, id));
+    // Both this and the sticky state: one window manager follows the one, another the other.
+    setProperty(connection, id, atoms.atom("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, {everyDesktop});
+    // Time 0 asks the window manager not to give the window the focus when it appears.
+    setProperty(connection, id, atoms.atom("_NET_WM_USER_TIME"), XCB_ATOM_CARDINAL, {0});
+    xcb_flush(connection);
+}
+
+} // namespace
+
+X11PanelWindow::X11PanelWindow(X11Connection &connection) : m_connection(connection) {}
+
+void X11PanelWindow::makePanel(QWindow &window)
+{
+    // Qt's X11 plugin writes a user time of its own at every showing unless the window says that it comes without focus.
+    window.setProperty("_q_showWithoutActivating", true);
+    window.removeEventFilter(this);
+    window.installEventFilter(this);
+    writeProperties(m_connection, window);
+}
+
+bool X11PanelWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    // Sent before the native window is mapped.
+    if (event->type() == QEvent::Show) {
+        if (auto *const window = qobject_cast<QWindow *>(watched)) {
+            writeProperties(m_connection, *window);
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+bool X11PanelWindow::isCompositing() const
+{
+    if (!m_connection.isValid()) {
+        return false;
+    }
+    const std::string selection = "_NET_WM_CM_S" + std::to_string(m_connection.screenNumber());
+    const xcb_atom_t manager = m_connection.atom(selection);
+    const auto owner = m_connection.reply(xcb_get_selection_owner_reply,
+                                          xcb_get_selection_owner(m_connection.connection(), manager));
+    return owner && owner->owner != XCB_WINDOW_NONE;
+}
+
+} // namespace orvesa

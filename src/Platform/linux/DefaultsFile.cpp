@@ -1,0 +1,230 @@
+#include "Platform/linux/DefaultsFile.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orvesa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint64 maximumSize = 16 << 20;
+constexpr mode_t privateFile = S_IRUSR | S_IWUSR;
+constexpr mode_t privateFolder = S_IRWXU;
+
+class Descriptor final {
+public:
+    explicit Descriptor(int descriptor) : m_descriptor(descriptor) {}
+    ~Descriptor() { close(); }
+    Q_DISABLE_COPY_MOVE(Descriptor)
+
+    [[nodiscard]] int get() const { return m_descriptor; }
+    [[nodiscard]] bool isValid() const { return m_descriptor >= 0; }
+    bool close()
+    {
+        const int descriptor = std::exchange(m_descriptor, -1);
+        return descriptor < 0 || ::close(descriptor) == 0;
+    }
+
+private:
+    int m_descriptor;
+};
+
+QString errorText(int error)
+{
+    return QString::fromStdString(std::system_category().message(error));
+}
+
+DefaultsFile::Stamp stampOf(const struct stat &status)
+{
+    constexpr qint64 nanoseconds = 1'000'000'000;
+    return {.device = status.st_dev,
+            .inode = status.st_ino,
+            .modified = status.st_mtim.tv_sec * nanoseconds + status.st_mtim.tv_nsec,
+            .size = status.st_size};
+}
+
+bool writeAll(int descriptor, const QByteArray &bytes)
+{
+    qsizetype written = 0;
+    while (written < bytes.size()) {
+        const ssize_t count =
+            ::write(descriptor, bytes.constData() + written, static_cast<std::size_t>(bytes.size() - written));
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count <= 0) {
+            return false;
+        }
+        written += count;
+    }
+    return true;
+}
+
+/// Writes the bytes, waits until they are on disk and closes; whether all went well (errno says what did not).
+bool writeToDisk(Descriptor &file, const QByteArray &bytes)
+{
+    if (!writeAll(file.get(), bytes) || ::fsync(file.get()) != 0) {
+        return false;
+    }
+    return file.close();
+}
+
+} // namespace
+
+DefaultsFile::DefaultsFile(QString path) : m_path(std::move(path)) {}
+
+QString DefaultsFile::target() const
+{
+    if (!QFileInfo(m_path).isSymLink()) {
+        return m_path;
+    }
+    std::error_code error;
+    const auto resolved = std::filesystem::weakly_canonical(
+        std::filesystem::path(QFile::encodeName(m_path).toStdString()), error);
+    return error ? m_path : QFile::decodeName(QByteArray::fromStdString(resolved.native()));
+}
+
+QString DefaultsFile::folder() const
+{
+    return QFileInfo(target()).path();
+}
+
+DefaultsFile::Content DefaultsFile::read() const
+{
+    // Not blocking, in case somebody put a pipe there.
+    const Descriptor file(::open(QFile::encodeName(m_path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file.isValid()) {
+        if (errno == ENOENT) {
+            return {};
+        }
+        return {.reading = Reading::refused, .bytes = {}, .stamp = {}, .trouble = errorText(errno)};
+    }
+    struct stat status{};
+    if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > maximumSize) {
+        return {.reading = Reading::refused, .bytes = {}, .stamp = {}, .trouble = u"not a small regular file"_s};
+    }
+    Content content{.reading = Reading::whole, .bytes = {}, .stamp = stampOf(status), .trouble = {}};
+    constexpr std::size_t blockSize = 16384;
+    char block[blockSize];
+    while (content.bytes.size() <= maximumSize) {
+        const ssize_t count = ::read(file.get(), block, sizeof block);
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0) {
+            return {.reading = Reading::refused, .bytes = {}, .stamp = {}, .trouble = errorText(errno)};
+        }
+        if (count == 0) {
+            return content;
+        }
+        content.bytes.append(block, count);
+    }
+    return {.reading = Reading::refused, .bytes = {}, .stamp = {}, .trouble = u"not a small regular file"_s};
+}
+
+DefaultsFile::Stamp DefaultsFile::stamp() const
+{
+    struct stat status{};
+    return ::stat(QFile::encodeName(m_path).constData(), &status) == 0 ? stampOf(status) : Stamp{};
+}
+
+std::optional<DefaultsFile::Stamp> DefaultsFile::replace(const QByteArray &bytes, QString &trouble) const
+{
+    const QByteArray path = QFile::encodeName(target());
+    QByteArray temporary = path + ".XXXXXX";
+    Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC)); // mode 0600
+    if (!file.isValid()) {
+        trouble = errorText(errno);
+        return std::nullopt;
+    }
+    struct stat status{};
+    if (!writeAll(file.get(), bytes) || ::fsync(file.get()) != 0 || ::fstat(file.get(), &status) != 0 ||
+        !file.close() || ::rename(temporary.constData(), path.constData()) != 0) {
+        trouble = errorText(errno);
+        ::unlink(temporary.constData());
+        return std::nullopt;
+    }
+    // The name is on disk once the folder is. A file system that cannot sync folders has done what it can.
+    const Descriptor folderDescriptor(
+        ::open(QFile::encodeName(folder()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folderDescriptor.isValid()) {
+        (void)::fsync(folderDescriptor.get());
+    }
+    return stampOf(status);
+}
+
+bool DefaultsFile::keepCopy(const QByteArray &bytes, QString &copyPath) const
+{
+    constexpr int mostCopies = 99;
+    for (int number = 1; number <= mostCopies; ++number) {
+        copyPath = target() + (number == 1 ? u".damaged"_s : u".damaged.%1"_s.arg(number));
+        const QByteArray path = QFile::encodeName(copyPath);
+        Descriptor file(::open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, privateFile));
+        if (file.isValid()) {
+            if (writeToDisk(file, bytes)) {
+                return true;
+            }
+            ::unlink(path.constData());
+            return false;
+        }
+        if (errno != EEXIST) {
+            return false;
+        }
+    }
+    return false;
+}
+
+bool DefaultsFile::makeFolder() const
+{
+    const QByteArray path = QFile::encodeName(folder());
+    for (qsizetype end = path.indexOf('/', 1);; end = path.indexOf('/', end + 1)) {
+        const QByteArray part = end < 0 ? path : path.first(end);
+        if (::mkdir(part.constData(), privateFolder) != 0 && errno != EEXIST && end < 0) {
+            return false;
+        }
+        if (end < 0) {
+            return true;
+        }
+    }
+}
+
+DefaultsFile::Lock::Lock(const DefaultsFile &file)
+{
+    using namespace std::chrono_literals;
+    const QFileInfo info(file.target());
+    const QString path = info.path() + "/."_L1 + info.fileName() + ".lock"_L1;
+    m_descriptor = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, privateFile);
+    if (m_descriptor < 0) {
+        return;
+    }
+    // There is no waiting for a file lock with a bound, except in small steps.
+    const auto deadline = std::chrono::steady_clock::now() + 500ms;
+    while (::flock(m_descriptor, LOCK_EX | LOCK_NB) != 0 && std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(1ms);
+    }
+}
+
+DefaultsFile::Lock::~Lock()
+{
+    if (m_descriptor >= 0) {
+        ::close(m_descriptor);
+    }
+}
+
+} // namespace orvesa

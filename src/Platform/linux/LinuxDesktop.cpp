@@ -1,0 +1,124 @@
+#include "Platform/linux/LinuxDesktop.h"
+
+#include "Platform/linux/ATSPIBus.h"
+#include "Platform/linux/ATSPIElements.h"
+#include "Platform/linux/DBusSingleInstance.h"
+#include "Platform/linux/FileUserDefaults.h"
+#include "Platform/linux/LocalePreferredLanguages.h"
+#include "Platform/linux/QtClock.h"
+#include "Platform/linux/QtPasteboard.h"
+#include "Platform/linux/SecretServiceKeyStore.h"
+#include "Platform/linux/X11Connection.h"
+#include "Platform/linux/X11HotKeys.h"
+#include "Platform/linux/X11MouseMonitor.h"
+#include "Platform/linux/X11PanelWindow.h"
+#include "Platform/linux/X11Workspace.h"
+
+#include <optional>
+#include <utility>
+
+namespace orvesa {
+
+// Later members refer to earlier ones and are destroyed before them.
+struct LinuxDesktop::Adapters {
+    Adapters(QString identifier, QString productName)
+        : userDefaults(std::move(identifier)), keyStore(std::move(productName)), workspace(x11), bus(x11),
+          hotKeys(x11), mouseMonitor(x11), panelWindow(x11), elements(bus, workspace)
+    {
+    }
+
+    // None of these does anything before it is used.
+    FileUserDefaults userDefaults;
+    SecretServiceKeyStore keyStore;
+    LocalePreferredLanguages languages;
+    QtClock clock;
+    QtPasteboard pasteboard;
+    DBusSingleInstance singleInstance;
+    X11Connection x11;
+    X11Workspace workspace;
+    ATSPIBus bus;
+    X11HotKeys hotKeys;
+    X11MouseMonitor mouseMonitor;
+    X11PanelWindow panelWindow;
+    ATSPIElements elements;
+    // This one asks the session bus when it is made.
+    std::optional<ATSPITrust> trust;
+};
+
+LinuxDesktop::LinuxDesktop(QString identifier, QString productName)
+    : m_adapters(std::make_unique<Adapters>(std::move(identifier), std::move(productName)))
+{
+}
+
+LinuxDesktop::~LinuxDesktop() = default;
+
+UserDefaultsPort &LinuxDesktop::userDefaults()
+{
+    return m_adapters->userDefaults;
+}
+
+KeyStorePort &LinuxDesktop::keyStore()
+{
+    return m_adapters->keyStore;
+}
+
+PreferredLanguagesPort &LinuxDesktop::preferredLanguages()
+{
+    return m_adapters->languages;
+}
+
+ClockPort &LinuxDesktop::clock()
+{
+    return m_adapters->clock;
+}
+
+SingleInstancePort &LinuxDesktop::singleInstance()
+{
+    return m_adapters->singleInstance;
+}
+
+HotKeyPort &LinuxDesktop::hotKeys()
+{
+    return m_adapters->hotKeys;
+}
+
+WorkspacePort &LinuxDesktop::workspace()
+{
+    return m_adapters->workspace;
+}
+
+AccessibilityElementsPort &LinuxDesktop::accessibilityElements()
+{
+    return m_adapters->elements;
+}
+
+ATSPITrust &LinuxDesktop::accessibilityTrust()
+{
+    if (!m_adapters->trust) {
+        m_adapters->trust.emplace();
+    }
+    return *m_adapters->trust;
+}
+
+PasteboardPort &LinuxDesktop::pasteboard()
+{
+    return m_adapters->pasteboard;
+}
+
+MouseMonitorPort &LinuxDesktop::mouseMonitor()
+{
+    return m_adapters->mouseMonitor;
+}
+
+PanelWindowPort &LinuxDesktop::panelWindow()
+{
+    return m_adapters->panelWindow;
+}
+
+void LinuxDesktop::warmUp()
+{
+    m_adapters->keyStore.warmUp();
+    m_adapters->elements.warmUp();
+}
+
+} // namespace orvesa
