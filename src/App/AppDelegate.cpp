@@ -1,0 +1,124 @@
+#include "App/AppDelegate.h"
+
+#include "App/Settings/SettingsWindowController.h"
+#include "App/TranslationCoordinator.h"
+#include "Core/HotKeyError.h"
+#include "Core/Localization.h"
+#include "Platform/AccessibilityTrustPort.h"
+
+#include <QCoreApplication>
+
+using namespace Qt::StringLiterals;
+
+namespace orvesa {
+
+namespace {
+
+/// Prompts have the identifiers from here on, by their place in the list.
+constexpr quint32 firstPromptIdentifier = 1000;
+
+} // namespace
+
+AppDelegate::AppDelegate(const Collaborators &collaborators)
+    : m_with(collaborators), m_hotKeyService(collaborators.hotKeys)
+{
+}
+
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    m_menuBarController = std::make_unique<MenuBarController>(
+        m_with.coordinator, m_with.settings,
+        MenuBarController::Actions{[this] { openSettings(); }, [] { QCoreApplication::quit(); }});
+    applyHotKeys();
+    connect(&m_with.settings, &SettingsStore::hotKeyOverridesChanged, this, &AppDelegate::scheduleApplyHotKeys);
+    connect(&m_with.settings, &SettingsStore::customPromptsChanged, this, &AppDelegate::scheduleApplyHotKeys);
+    if (!m_with.trust.isTrusted()) {
+        m_with.trust.requestTrust();
+    }
+}
+
+void AppDelegate::openSettings()
+{
+    if (!m_settingsWindowController) {
+        m_settingsWindowController = std::make_unique<SettingsWindowController>(m_with.settings, m_with.keychain);
+    }
+    m_settingsWindowController->showWindow();
+}
+
+void AppDelegate::perform(HotKeyAction action)
+{
+    switch (action) {
+    case HotKeyAction::translateSelection:
+        m_with.coordinator.run(m_with.coordinator.translateTask(), std::chrono::milliseconds::zero());
+        break;
+    case HotKeyAction::polishSelection:
+        m_with.coordinator.run(m_with.coordinator.polishTask(), std::chrono::milliseconds::zero());
+        break;
+    case HotKeyAction::ocrTranslate:
+        m_with.coordinator.ocrTranslate();
+        break;
+    }
+}
+
+void AppDelegate::performNamed(const QString &name)
+{
+    if (const auto action = fromRawValue<HotKeyAction>(name)) {
+        perform(*action);
+    } else {
+        qWarning("OrvesaTranslate: unknown action %s", qUtf8Printable(name.left(100)));
+    }
+}
+
+void AppDelegate::scheduleApplyHotKeys()
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (m_with.settings.hotKeyOverrides() != m_appliedOverrides ||
+                m_with.settings.customPrompts() != m_appliedPrompts) {
+                applyHotKeys();
+            }
+        },
+        Qt::QueuedConnection);
+}
+
+void AppDelegate::applyHotKeys()
+{
+    m_hotKeyService.unregisterAll();
+    m_appliedOverrides = m_with.settings.hotKeyOverrides();
+    m_appliedPrompts = m_with.settings.customPrompts();
+    for (const HotKeyAction action : allCases<HotKeyAction>()) {
+        registerHotKey(
+            hotKeyIdentifier(action), m_with.settings.combo(action), [this, action] { perform(action); },
+            Localization::string(menuTitleKey(action)));
+    }
+    for (std::size_t index = 0; index < m_appliedPrompts.size(); ++index) {
+        const CustomPrompt &prompt = m_appliedPrompts[index];
+        if (!prompt.hotKey) {
+            continue;
+        }
+        registerHotKey(
+            firstPromptIdentifier + static_cast<quint32>(index), *prompt.hotKey,
+            [this, prompt] { m_with.coordinator.run(prompt.task(), std::chrono::milliseconds::zero()); },
+            u"prompt "_s + prompt.shownName());
+    }
+}
+
+void AppDelegate::registerHotKey(quint32 id, const KeyCombo &combo, std::function<void()> handler,
+                                 const QString &failurePrefix)
+{
+    // The handler runs inside the desktop's event dispatch: it only schedules.
+    auto scheduled = [this, handler = std::move(handler)] {
+        QMetaObject::invokeMethod(this, handler, Qt::QueuedConnection);
+    };
+    try {
+        m_hotKeyService.registerHotKey(id, combo, std::move(scheduled));
+    } catch (const HotKeyError &error) {
+        qWarning("OrvesaTranslate: failed to register hotkey %s for %s: %s", qUtf8Printable(combo.displayText()),
+                 qUtf8Printable(failurePrefix), qUtf8Printable(error.errorDescription()));
+    }
+}
+
+} // namespace orvesa

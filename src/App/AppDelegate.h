@@ -1,0 +1,56 @@
+#pragma once
+
+// Wires the utility once it is launched: menu, global shortcuts, settings window, permission.
+//
+// Created once at process start, lives until the process ends. Shortcuts are registered from scratch on every change of
+// the overrides or prompts. Main thread only; collaborators must outlive it.
+
+#include "App/MenuBarController.h"
+#include "Core/HotKeyService.h"
+#include "Core/SettingsStore.h"
+
+#include <QObject>
+
+#include <memory>
+
+namespace orvesa {
+
+class AccessibilityTrustPort;
+class KeychainService;
+class SettingsWindowController;
+
+class AppDelegate final : public QObject {
+    Q_OBJECT
+
+public:
+    struct Collaborators {
+        TranslationCoordinator &coordinator;
+        SettingsStore &settings;
+        KeychainService &keychain;
+        HotKeyPort &hotKeys;
+        AccessibilityTrustPort &trust;
+    };
+
+    explicit AppDelegate(const Collaborators &collaborators);
+    ~AppDelegate() override;
+
+    void applicationDidFinishLaunching();
+    void openSettings();
+    void perform(HotKeyAction action);
+    /// An action by its outside name (an action's raw value). Unknown names are ignored with a log line.
+    void performNamed(const QString &name);
+
+private:
+    void applyHotKeys();
+    void scheduleApplyHotKeys();
+    void registerHotKey(quint32 id, const KeyCombo &combo, std::function<void()> handler, const QString &failurePrefix);
+
+    Collaborators m_with;
+    HotKeyService m_hotKeyService;
+    HotKeyOverrides m_appliedOverrides;
+    std::vector<CustomPrompt> m_appliedPrompts;
+    std::unique_ptr<MenuBarController> m_menuBarController;
+    std::unique_ptr<SettingsWindowController> m_settingsWindowController;
+};
+
+} // namespace orvesa

@@ -1,0 +1,74 @@
+#pragma once
+
+// What the program was asked to do on its command line. A pure function of the arguments.
+
+#include "AI/AIProviderType.h"
+#include "Models/PolishMode.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+#include <variant>
+
+namespace orvesa {
+
+namespace CommandLine {
+
+/// Exit codes of the program.
+enum class ExitCode : int { success = 0, failure = 1, usage = 2 };
+
+/// What replaces the saved settings for one run.
+struct Overrides {
+    std::optional<AIProviderType> provider;
+    std::optional<QString> model;
+    std::optional<bool> thinking;
+    bool operator==(const Overrides &) const = default;
+};
+
+struct StartUtility {
+    bool operator==(const StartUtility &) const = default;
+};
+struct ShowVersion {
+    bool operator==(const ShowVersion &) const = default;
+};
+struct ShowHelp {
+    bool operator==(const ShowHelp &) const = default;
+};
+struct Perform {
+    QString action;
+    bool operator==(const Perform &) const = default;
+};
+struct Translate {
+    std::optional<QString> language; ///< the saved one when absent
+    Overrides overrides;
+    QStringList text; ///< empty: standard input
+    bool operator==(const Translate &) const = default;
+};
+struct Polish {
+    std::optional<PolishMode> mode; ///< the saved one when absent
+    Overrides overrides;
+    QStringList text;
+    bool operator==(const Polish &) const = default;
+};
+struct Prompt {
+    QString name;
+    Overrides overrides;
+    QStringList text;
+    bool operator==(const Prompt &) const = default;
+};
+struct UsageError {
+    QString message; ///< one English line
+    bool operator==(const UsageError &) const = default;
+};
+
+using Request = std::variant<StartUtility, ShowVersion, ShowHelp, Perform, Translate, Polish, Prompt, UsageError>;
+
+/// `arguments` without the program's name.
+[[nodiscard]] Request parse(const QStringList &arguments);
+
+[[nodiscard]] QString helpText();
+
+} // namespace CommandLine
+
+} // namespace orvesa

@@ -1,0 +1,99 @@
+#include "App/CommandRunner.h"
+
+#include "AI/AIProviderFactory.h"
+#include "App/StandardStreams.h"
+#include "Core/SettingsStore.h"
+#include "Models/AppError.h"
+#include "Models/Text.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace orvesa {
+
+using CommandLine::ExitCode;
+
+namespace {
+
+const QString standardInputMarker = u"-"_s;
+
+/// The text to work on, exactly as given; nothing when standard input cannot be read as UTF-8.
+std::optional<QString> sourceText(QStringList arguments)
+{
+    if (arguments.isEmpty()) {
+        return StandardStreams::readAll();
+    }
+    if (arguments.contains(standardInputMarker)) {
+        const auto input = StandardStreams::readAll();
+        if (!input) {
+            return std::nullopt;
+        }
+        std::replace(arguments.begin(), arguments.end(), standardInputMarker, *input);
+    }
+    return arguments.join(u' ');
+}
+
+} // namespace
+
+CommandRunner::CommandRunner(const SettingsStore &settings, const AIProviderFactory &providers)
+    : m_settings(settings), m_providers(providers)
+{
+}
+
+QCoro::Task<ExitCode> CommandRunner::run(CommandLine::Request request) const
+{
+    if (const auto *translate = std::get_if<CommandLine::Translate>(&request)) {
+        const QString language = translate->language.value_or(rawValue(m_settings.targetLanguage()));
+        co_return co_await generate(translate->text, TranslateTask{language}, translate->overrides);
+    }
+    if (const auto *polish = std::get_if<CommandLine::Polish>(&request)) {
+        const PolishMode mode = polish->mode.value_or(m_settings.polishMode());
+        co_return co_await generate(polish->text, PolishTask{mode}, polish->overrides);
+    }
+    if (const auto *prompt = std::get_if<CommandLine::Prompt>(&request)) {
+        const std::vector<CustomPrompt> &prompts = m_settings.customPrompts();
+        const auto found = std::find_if(prompts.begin(), prompts.end(), [&](const CustomPrompt &candidate) {
+            return candidate.shownName() == prompt->name;
+        });
+        if (found == prompts.end()) {
+            StandardStreams::writeError(u"No saved prompt has the name “%1”."_s.arg(prompt->name));
+            co_return ExitCode::failure;
+        }
+        co_return co_await generate(prompt->text, found->task(), prompt->overrides);
+    }
+    co_return ExitCode::usage;
+}
+
+QCoro::Task<ExitCode> CommandRunner::generate(QStringList arguments, AITask task,
+                                              CommandLine::Overrides overrides) const
+{
+    const std::optional<QString> text = sourceText(std::move(arguments));
+    if (!text) {
+        StandardStreams::writeError(u"Standard input could not be read as UTF-8 text."_s);
+        co_return ExitCode::failure;
+    }
+    if (isBlank(*text)) {
+        StandardStreams::writeError(AppError(AppError::Kind::noSelectedText).errorDescription());
+        co_return ExitCode::failure;
+    }
+    AIProviderConfig config = m_settings.activeConfig();
+    if (overrides.provider) {
+        config.providerType = *overrides.provider;
+        config.model = m_settings.model(config.providerType);
+    }
+    config.model = overrides.model.value_or(config.model);
+    config.thinkingEnabled = overrides.thinking.value_or(config.thinkingEnabled);
+    const std::unique_ptr<AIProvider> provider = m_providers.provider(config.providerType);
+    QString failure;
+    try {
+        const QString answer = co_await provider->generate(*text, task, config);
+        co_return StandardStreams::writeOutput(answer) ? ExitCode::success : ExitCode::failure;
+    } catch (const std::exception &error) {
+        failure = localizedDescription(error);
+    }
+    StandardStreams::writeError(failure);
+    co_return ExitCode::failure;
+}
+
+} // namespace orvesa

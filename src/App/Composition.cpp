@@ -1,0 +1,187 @@
+#include "App/Composition.h"
+
+#include "App/AppDelegate.h"
+#include "App/BuildIdentity.h"
+#include "App/CommandRunner.h"
+#include "App/Services.h"
+#include "App/StandardStreams.h"
+#include "App/TranslationCoordinator.h"
+#include "Core/ClipboardService.h"
+#include "Core/OCRService.h"
+#include "Core/TextSelectionService.h"
+#include "Platform/linux/DisplayProbe.h"
+#include "Platform/linux/LinuxDesktop.h"
+#include "Platform/linux/ToolScreenCapture.h"
+#include "Platform/linux/ToolTextRecognition.h"
+#include "UI/AccessibilityTrustDialog.h"
+#include "UI/FloatingResultPanelController.h"
+#include "UI/Style.h"
+#include "UI/Symbols.h"
+
+#include <QApplication>
+#include <QSslConfiguration>
+#include <QSslSocket>
+#include <QTimer>
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+
+namespace orvesa::Composition {
+
+using CommandLine::ExitCode;
+
+namespace {
+
+QString text(std::u16string_view view)
+{
+    return QStringView(view).toString();
+}
+
+void nameApplication()
+{
+    QCoreApplication::setApplicationName(text(BuildIdentity::name));
+    QCoreApplication::setApplicationVersion(text(BuildIdentity::version));
+}
+
+/// Authorities of a company's own, in the variable that other programs read them from. They come on top of the
+/// system's.
+void addCertificateAuthorities()
+{
+    const QString file = qEnvironmentVariable("SSL_CERT_FILE");
+    if (file.isEmpty()) {
+        return;
+    }
+    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+    if (configuration.addCaCertificates(file)) {
+        QSslConfiguration::setDefaultConfiguration(configuration);
+    } else {
+        qWarning("OrvesaTranslate: no certificates in the file that SSL_CERT_FILE names");
+    }
+}
+
+QString toolBesideProgram(const QString &name)
+{
+    return QCoreApplication::applicationDirPath() + u'/' + name;
+}
+
+/// Everything that the running utility consists of, in the order in which it is built.
+struct Utility {
+    explicit Utility(LinuxDesktop &platform)
+        : desktop(platform), services(platform.userDefaults(), platform.preferredLanguages(), platform.keyStore()),
+          clipboard(platform.pasteboard()), selection(platform.accessibilityElements(), platform.accessibilityTrust()),
+          capture(toolBesideProgram(u"orvesa-screencapture"_s)), recognition(toolBesideProgram(u"orvesa-recognize"_s)),
+          ocr(capture, recognition), panel(services.settings, platform.panelWindow(), platform.mouseMonitor()),
+          coordinator({platform.accessibilityTrust(), selection, clipboard, ocr, services.settings, services.providers,
+                       panel, platform.clock()}),
+          delegate(
+              {coordinator, services.settings, services.keychain, platform.hotKeys(), platform.accessibilityTrust()})
+    {
+        platform.accessibilityTrust().setRequestPresenter([this] { requestTrust(); });
+    }
+
+    void requestTrust()
+    {
+        if (!trustDialog) {
+            trustDialog = std::make_unique<AccessibilityTrustDialog>([this] { desktop.accessibilityTrust().enable(); });
+        }
+        trustDialog->present();
+    }
+
+    /// What the first shortcut would otherwise have to wait for.
+    void warmUp()
+    {
+        addCertificateAuthorities();
+        QSslSocket::supportsSsl();
+        desktop.warmUp();
+        panel.prepare();
+    }
+
+    LinuxDesktop &desktop;
+    Services services;
+    ClipboardService clipboard;
+    TextSelectionService selection;
+    ToolScreenCapture capture;
+    ToolTextRecognition recognition;
+    OCRService ocr;
+    FloatingResultPanelController panel;
+    TranslationCoordinator coordinator;
+    AppDelegate delegate;
+    std::unique_ptr<AccessibilityTrustDialog> trustDialog;
+};
+
+} // namespace
+
+ExitCode runUtility(int &argc, char **argv)
+{
+    if (!hasDisplay()) {
+        StandardStreams::writeError(
+            u"There is no display to show the utility on. Start it in a graphical session, or use "
+            u"the commands that --help lists."_s);
+        return ExitCode::failure;
+    }
+    QApplication application(argc, argv);
+    nameApplication();
+    QGuiApplication::setDesktopFileName(text(BuildIdentity::bundleIdentifier));
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+
+    const QString identifier = text(BuildIdentity::bundleIdentifier);
+    LinuxDesktop desktop(identifier, text(BuildIdentity::name));
+    std::unique_ptr<Utility> utility;
+    const SingleInstancePort::Handlers handlers{
+        .activate =
+            [&utility] {
+                if (utility) {
+                    utility->delegate.openSettings();
+                }
+            },
+        .perform =
+            [&utility](const QString &action) {
+                if (utility) {
+                    utility->delegate.performNamed(action);
+                }
+            },
+    };
+    if (desktop.singleInstance().claim(identifier, handlers) == SingleInstancePort::Claim::runsAlready) {
+        return desktop.singleInstance().ask(identifier, QString()) ? ExitCode::success : ExitCode::failure;
+    }
+    utility = std::make_unique<Utility>(desktop);
+    QGuiApplication::setWindowIcon(Symbols::icon(u"character.bubble"_s, Style::color(accent(AppTheme::violet))));
+    utility->delegate.applicationDidFinishLaunching();
+    QTimer::singleShot(std::chrono::milliseconds::zero(), &application, [&utility] { utility->warmUp(); });
+    return QApplication::exec() == 0 ? ExitCode::success : ExitCode::failure;
+}
+
+ExitCode perform(int &argc, char **argv, const QString &action)
+{
+    QCoreApplication application(argc, argv);
+    nameApplication();
+    const QString identifier = text(BuildIdentity::bundleIdentifier);
+    LinuxDesktop desktop(identifier, text(BuildIdentity::name));
+    if (desktop.singleInstance().ask(identifier, action)) {
+        return ExitCode::success;
+    }
+    StandardStreams::writeError(u"The utility does not run in this session."_s);
+    return ExitCode::failure;
+}
+
+ExitCode runCommand(int &argc, char **argv, const CommandLine::Request &request)
+{
+    QCoreApplication application(argc, argv);
+    nameApplication();
+    addCertificateAuthorities();
+    LinuxDesktop desktop(text(BuildIdentity::bundleIdentifier), text(BuildIdentity::name));
+    Services services(desktop.userDefaults(), desktop.preferredLanguages(), desktop.keyStore());
+    const CommandRunner runner(services.settings, services.providers);
+    ExitCode result = ExitCode::failure;
+    QTimer::singleShot(std::chrono::milliseconds::zero(), &application, [&] {
+        (void)Job::start([&](std::stop_token) -> QCoro::Task<void> {
+            result = co_await runner.run(request);
+            QCoreApplication::quit();
+        });
+    });
+    QCoreApplication::exec();
+    return result;
+}
+
+} // namespace orvesa::Composition

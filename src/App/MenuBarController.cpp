@@ -1,0 +1,107 @@
+#include "App/MenuBarController.h"
+
+#include "App/TranslationCoordinator.h"
+#include "Core/Localization.h"
+#include "Core/SettingsStore.h"
+#include "UI/Style.h"
+#include "UI/Symbols.h"
+
+#include <QCoreApplication>
+#include <QCursor>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace orvesa {
+
+MenuBarController::MenuBarController(TranslationCoordinator &coordinator, const SettingsStore &settings,
+                                     Actions actions)
+    : m_coordinator(coordinator), m_settings(settings), m_actions(std::move(actions)),
+      m_shownLanguage(settings.appLanguage()), m_shownPrompts(settings.customPrompts())
+{
+    // Trays are light or dark whatever the windows are: one colour that shows on both.
+    QIcon icon = Symbols::icon(u"character.bubble"_s, Style::color(accent(AppTheme::violet)));
+    icon.setIsMask(true);
+    m_statusItem.setIcon(icon);
+    m_statusItem.setToolTip(QCoreApplication::applicationName());
+    rebuild();
+    m_statusItem.show();
+
+    connect(&m_statusItem, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+        if (reason == QSystemTrayIcon::Trigger) {
+            m_menu->popup(QCursor::pos());
+        }
+    });
+    connect(&settings, &SettingsStore::appLanguageChanged, this, [this] {
+        if (m_settings.appLanguage() != m_shownLanguage) {
+            rebuild();
+        }
+    });
+    connect(&settings, &SettingsStore::customPromptsChanged, this, [this] {
+        if (m_settings.customPrompts() != m_shownPrompts) {
+            rebuild();
+        }
+    });
+}
+
+MenuBarController::~MenuBarController() = default;
+
+void MenuBarController::rebuild()
+{
+    m_shownLanguage = m_settings.appLanguage();
+    m_shownPrompts = m_settings.customPrompts();
+    std::unique_ptr<QMenu> old = std::exchange(m_menu, build());
+    m_statusItem.setContextMenu(m_menu.get());
+    if (old) {
+        // It may be open at this moment, with one of its actions on the call stack.
+        old.release()->deleteLater();
+    }
+}
+
+std::unique_ptr<QMenu> MenuBarController::build()
+{
+    auto menu = std::make_unique<QMenu>();
+    const auto add = [&](L10nKey key, auto &&action) {
+        connect(menu->addAction(Localization::string(key)), &QAction::triggered, this,
+                std::forward<decltype(action)>(action));
+    };
+    add(L10nKey::menuTranslateSelection,
+        [this] { m_coordinator.run(m_coordinator.translateTask(), TranslationCoordinator::menuDelay); });
+    add(L10nKey::menuPolishSelection,
+        [this] { m_coordinator.run(m_coordinator.polishTask(), TranslationCoordinator::menuDelay); });
+    add(L10nKey::menuOCRTranslate, [this] { m_coordinator.ocrTranslate(); });
+    addPrompts(*menu);
+    menu->addSeparator();
+    add(L10nKey::menuSettings, [this] { m_actions.openSettings(); });
+    menu->addSeparator();
+    add(L10nKey::menuQuit, [this] { m_actions.quit(); });
+    return menu;
+}
+
+void MenuBarController::addPrompts(QMenu &menu)
+{
+    if (m_settings.customPrompts().empty()) {
+        return;
+    }
+    menu.addSeparator();
+    QMenu *submenu = menu.addMenu(Localization::string(L10nKey::menuPrompts));
+    for (const CustomPrompt &prompt : m_settings.customPrompts()) {
+        const QString title = prompt.name.isEmpty() ? Localization::string(L10nKey::promptUntitled) : prompt.name;
+        // A name is data: an ampersand in it is no mnemonic.
+        QAction *action = submenu->addAction(QString(title).replace(u'&', u"&&"_s));
+        connect(action, &QAction::triggered, this, [this, id = prompt.id] { runCustomPrompt(id); });
+    }
+}
+
+void MenuBarController::runCustomPrompt(const QUuid &id)
+{
+    const std::vector<CustomPrompt> &prompts = m_settings.customPrompts();
+    const auto found =
+        std::find_if(prompts.begin(), prompts.end(), [&](const CustomPrompt &prompt) { return prompt.id == id; });
+    if (found != prompts.end()) {
+        m_coordinator.run(found->task(), TranslationCoordinator::menuDelay);
+    }
+}
+
+} // namespace orvesa

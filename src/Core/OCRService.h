@@ -1,0 +1,30 @@
+#pragma once
+
+// Lets the user drag out a rectangle of the screen and recognises the text in it. Stateless. Main thread; the ports
+// must outlive the service.
+
+#include "Platform/ScreenCapturePort.h"
+#include "Platform/TextRecognitionPort.h"
+
+#include <QCoroTask>
+
+#include <QString>
+
+#include <optional>
+
+namespace orvesa {
+
+class OCRService final {
+public:
+    OCRService(ScreenCapturePort &capture, TextRecognitionPort &recognition);
+
+    /// The recognised text, never blank; nothing when the user cancelled. Throws AppError: ocrCaptureFailed or
+    /// ocrNoTextFound. The screenshot's file is gone when the operation ends, however it ends.
+    [[nodiscard]] QCoro::Task<std::optional<QString>> captureAndRecognizeText();
+
+private:
+    ScreenCapturePort &m_capture;
+    TextRecognitionPort &m_recognition;
+};
+
+} // namespace orvesa
