@@ -1,6 +1,6 @@
 #include "Models/Text.h"
 
-#include <QTextBoundaryFinder>
+#include "Models/GraphemeClusters.h"
 
 namespace orvesa {
 
@@ -39,12 +39,7 @@ bool isBlank(QStringView text)
 
 qsizetype characterCount(QStringView text)
 {
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-    qsizetype count = 0;
-    while (finder.toNextBoundary() >= 0) {
-        ++count;
-    }
-    return count;
+    return graphemeClusterCount(text);
 }
 
 } // namespace orvesa
