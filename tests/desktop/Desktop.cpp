@@ -369,6 +369,11 @@ TrayItems &Desktop::tray()
     return partOf(m_tray, u"StatusNotifierItem tray"_s);
 }
 
+qint64 Desktop::guardProcess() const
+{
+    return m_guard->pid();
+}
+
 std::vector<qint64> Desktop::runningProcesses() const
 {
     std::vector<qint64> found;

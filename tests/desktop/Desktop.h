@@ -90,6 +90,7 @@ public:
     /// Process ids of everything that carries this desktop's mark, other than the guard: started here or by something
     /// started here.
     [[nodiscard]] std::vector<qint64> runningProcesses() const;
+    [[nodiscard]] qint64 guardProcess() const;
 
 private:
     void startServer();

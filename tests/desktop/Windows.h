@@ -24,9 +24,9 @@ class XSession;
 
 /// What a window must be; fields left empty match everything.
 struct WindowMatch {
-    std::optional<qint64> pid;        ///< _NET_WM_PID, or the process of the owning X client where that is absent
-    std::optional<QString> title;     ///< part of _NET_WM_NAME or WM_NAME
-    std::optional<QString> className; ///< instance or class of WM_CLASS
+    std::optional<qint64> pid = {};        ///< _NET_WM_PID, or the process of the owning X client where that is absent
+    std::optional<QString> title = {};     ///< part of _NET_WM_NAME or WM_NAME
+    std::optional<QString> className = {}; ///< instance or class of WM_CLASS
 };
 
 class Windows final {
