@@ -57,13 +57,19 @@ function(orvesa_library name)
     endif()
 endfunction()
 
-# orvesa_test(NAME source... LINK library... [LABELS label...]): a GoogleTest program, each of its cases a test of ctest.
+# orvesa_test(NAME source... LINK library... [LABELS label...] [GUI]): a GoogleTest program, each of its cases a test of
+# ctest. GUI ones run inside an application with widgets.
 function(orvesa_test name)
-    cmake_parse_arguments(ARG "" "" "LINK;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "GUI" "" "LINK;LABELS" ${ARGN})
     add_executable(${name} ${ARG_UNPARSED_ARGUMENTS})
     orvesa_target(${name})
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
-    target_link_libraries(${name} PRIVATE ${ARG_LINK} orvesa_test_main)
+    if(ARG_GUI)
+        set(main orvesa_gui_test_main)
+    else()
+        set(main orvesa_test_main)
+    endif()
+    target_link_libraries(${name} PRIVATE ${ARG_LINK} ${main})
     if(ORVESA_PRECOMPILED_HEADERS)
         target_precompile_headers(${name} REUSE_FROM orvesa_precompiled_test)
     endif()

@@ -2,7 +2,7 @@
 
 // Makes the provider of a service, with its collaborators. Main thread; cheap, called once per request.
 
-#include "AI/AIProvider.h"
+#include "AI/AIProviderSource.h"
 #include "AI/ServiceAddresses.h"
 
 #include <memory>
@@ -12,17 +12,13 @@ namespace orvesa {
 class APIHTTPClient;
 class KeychainService;
 
-class AIProviderFactory final {
+class AIProviderFactory final : public AIProviderSource {
 public:
     /// Both must outlive the factory and every provider it made.
     AIProviderFactory(KeychainService &keychain, APIHTTPClient &client, ServiceAddresses addresses);
 
-    /// Never fails; a fresh provider on every call.
-    [[nodiscard]] std::unique_ptr<AIProvider> provider(AIProviderType type) const;
-
-    /// Opens the connection to the service ahead of a request, so that the request need not wait for it. Sends nothing
-    /// but the connection's own handshake.
-    void preconnect(AIProviderType type) const;
+    [[nodiscard]] std::unique_ptr<AIProvider> provider(AIProviderType type) const override;
+    void preconnect(AIProviderType type) const override;
 
 private:
     KeychainService &m_keychain;

@@ -1,6 +1,6 @@
 #include "App/CommandRunner.h"
 
-#include "AI/AIProviderFactory.h"
+#include "AI/AIProviderSource.h"
 #include "App/StandardStreams.h"
 #include "Core/SettingsStore.h"
 #include "Models/AppError.h"
@@ -36,7 +36,7 @@ std::optional<QString> sourceText(QStringList arguments)
 
 } // namespace
 
-CommandRunner::CommandRunner(const SettingsStore &settings, const AIProviderFactory &providers)
+CommandRunner::CommandRunner(const SettingsStore &settings, const AIProviderSource &providers)
     : m_settings(settings), m_providers(providers)
 {
 }

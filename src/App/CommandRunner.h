@@ -13,12 +13,12 @@
 
 namespace orvesa {
 
-class AIProviderFactory;
+class AIProviderSource;
 class SettingsStore;
 
 class CommandRunner final {
 public:
-    CommandRunner(const SettingsStore &settings, const AIProviderFactory &providers);
+    CommandRunner(const SettingsStore &settings, const AIProviderSource &providers);
 
     /// Prints the answer to standard output, or the failure to standard error.
     [[nodiscard]] QCoro::Task<CommandLine::ExitCode> run(CommandLine::Request request) const;
@@ -28,7 +28,7 @@ private:
                                                               CommandLine::Overrides overrides) const;
 
     const SettingsStore &m_settings;
-    const AIProviderFactory &m_providers;
+    const AIProviderSource &m_providers;
 };
 
 } // namespace orvesa

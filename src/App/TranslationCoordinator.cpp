@@ -1,6 +1,6 @@
 #include "App/TranslationCoordinator.h"
 
-#include "AI/AIProviderFactory.h"
+#include "AI/AIProviderSource.h"
 #include "Core/ClipboardService.h"
 #include "Core/Localization.h"
 #include "Core/OCRService.h"

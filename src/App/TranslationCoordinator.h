@@ -23,7 +23,7 @@
 namespace orvesa {
 
 class AccessibilityTrustPort;
-class AIProviderFactory;
+class AIProviderSource;
 class ClipboardService;
 class ClockPort;
 class OCRService;
@@ -40,7 +40,7 @@ public:
         ClipboardService &clipboardService; ///< only copies results
         OCRService &ocrService;
         const SettingsStore &settings;
-        const AIProviderFactory &providers;
+        const AIProviderSource &providers;
         FloatingResultPanelController &panelController;
         ClockPort &clock;
     };
