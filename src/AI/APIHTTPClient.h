@@ -36,7 +36,8 @@ public:
     explicit APIHTTPClient(QNetworkAccessManager &manager, std::chrono::milliseconds timeout = defaultTimeout);
 
     /// POSTs a JSON body; gives the answer's bytes.
-    [[nodiscard]] QCoro::Task<QByteArray> postJSON(QUrl url, Headers headers, QByteArray body, std::stop_token stop = {});
+    [[nodiscard]] QCoro::Task<QByteArray> postJSON(QUrl url, Headers headers, QByteArray body,
+                                                   std::stop_token stop = {});
     [[nodiscard]] QCoro::Task<QByteArray> get(QUrl url, Headers headers, std::stop_token stop = {});
     /// Opens the connection to the address ahead of a request.
     void preconnect(const QUrl &url);

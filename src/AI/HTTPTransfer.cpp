@@ -1,0 +1,206 @@
+#include "AI/HTTPTransfer.h"
+
+#include "AI/APIHTTPClient.h"
+#include "AI/NetworkRequest.h"
+#include "AI/RequestBody.h"
+#include "Models/AppError.h"
+
+#include <QCoreApplication>
+#include <QNetworkAccessManager>
+
+#include <algorithm>
+#include <utility>
+
+namespace orvesa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint64 readBytes = 64 * 1024;
+constexpr qint64 networkBufferBytes = 256 * 1024;
+
+[[nodiscard]] bool isSuccess(int status)
+{
+    return status >= 200 && status <= 299;
+}
+
+/// Whether Qt's error says something about the connection rather than about the status that was received.
+[[nodiscard]] bool isConnectionError(QNetworkReply::NetworkError error)
+{
+    return (error > QNetworkReply::NoError && error <= QNetworkReply::UnknownNetworkError) ||
+           (error >= QNetworkReply::ProtocolUnknownError && error <= QNetworkReply::ProtocolFailure);
+}
+
+} // namespace
+
+HTTPTransfer::HTTPTransfer(QNetworkAccessManager &manager, const HTTPRequest &request,
+                           std::chrono::milliseconds idleTimeout, std::stop_token stop)
+    : m_request(request)
+{
+    const auto cancel = [this] { fail(QCoreApplication::translate("QNetworkReplyHttpImpl", "Operation canceled")); };
+    if (stop.stop_requested()) {
+        cancel();
+        return;
+    }
+    m_idleTimer.setSingleShot(true);
+    m_idleTimer.setInterval(idleTimeout);
+    m_idleTimer.callOnTimeout(
+        this, [this] { fail(QCoreApplication::translate("QAbstractSocket", "Socket operation timed out")); });
+    send(manager);
+    watch();
+    m_stopCallback.emplace(std::move(stop), cancel);
+}
+
+HTTPTransfer::~HTTPTransfer()
+{
+    m_stopCallback.reset();
+    if (m_reply != nullptr) {
+        m_reply->disconnect(this);
+        m_reply->abort();
+        m_reply->deleteLater();
+    }
+}
+
+void HTTPTransfer::send(QNetworkAccessManager &manager)
+{
+    QNetworkRequest request = networkRequest(m_request);
+    if (m_request.body) {
+        auto *body = new RequestBody(*m_request.body, nullptr);
+        m_reply = manager.post(request, body);
+        body->setParent(m_reply);
+    } else {
+        m_reply = manager.get(request);
+    }
+    m_reply->setReadBufferSize(networkBufferBytes);
+}
+
+void HTTPTransfer::watch()
+{
+    const auto restart = [this] {
+        if (!m_isDone) {
+            m_idleTimer.start();
+        }
+    };
+    QNetworkReply *reply = m_reply;
+    connect(reply, &QNetworkReply::encrypted, this, restart);
+    connect(reply, &QNetworkReply::uploadProgress, this, restart);
+    connect(reply, &QNetworkReply::metaDataChanged, this, restart);
+    connect(reply, &QNetworkReply::readyRead, this, restart);
+    connect(reply, &QNetworkReply::downloadProgress, this, restart);
+    connect(reply, &QNetworkReply::metaDataChanged, this, &HTTPTransfer::readBody);
+    connect(reply, &QNetworkReply::readyRead, this, &HTTPTransfer::readBody);
+    connect(reply, &QNetworkReply::finished, this, &HTTPTransfer::judge);
+    m_idleTimer.start();
+    if (reply->isFinished()) {
+        judge();
+    }
+}
+
+bool HTTPTransfer::readStatus()
+{
+    const QVariant status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
+    if (!status.isValid()) {
+        return false;
+    }
+    m_response.status = status.toInt();
+    m_response.location = m_reply->rawHeader("Location");
+    return true;
+}
+
+void HTTPTransfer::readBody()
+{
+    if (m_isDone || !readStatus()) {
+        return;
+    }
+    const bool isWanted = isSuccess(m_response.status);
+    const qint64 bound = isWanted ? APIHTTPClient::maximumBodyBytes : APIHTTPClient::maximumErrorBytes;
+    const qint64 announced = m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
+    bool isTooLarge = isWanted && announced > bound;
+    while (!isTooLarge) {
+        const QByteArray bytes = m_reply->read(readBytes);
+        if (bytes.isEmpty()) {
+            return;
+        }
+        m_response.body += bytes;
+        isTooLarge = m_response.body.size() > bound;
+    }
+    if (isWanted) {
+        m_response.body.clear();
+        fail(u"The answer is larger than %1 MB and was refused."_s.arg(bound / 1024 / 1024));
+    } else {
+        succeed();
+    }
+}
+
+void HTTPTransfer::judge()
+{
+    readBody();
+    if (m_isDone) {
+        return;
+    }
+    const QNetworkReply::NetworkError error = m_reply->error();
+    // A status outside the successes is an error to Qt as well; that one is the caller's business, with its body.
+    const bool isStatusError = m_response.status != 0 && !isSuccess(m_response.status) && !isConnectionError(error);
+    if (error != QNetworkReply::NoError && !isStatusError) {
+        fail(transportFailure());
+    } else {
+        succeed();
+    }
+}
+
+QString HTTPTransfer::transportFailure() const
+{
+    if (m_reply->error() == QNetworkReply::ContentReSendError) {
+        // The connection broke before the answer and the body was not sent again: say the first of the two.
+        return QCoreApplication::translate("QHttp", "Connection closed");
+    }
+    QString message = m_reply->errorString().simplified();
+    if (m_request.url.hasQuery()) {
+        message.remove(u'?' + m_request.url.query(QUrl::FullyEncoded));
+        message.remove(u'?' + m_request.url.query(QUrl::PrettyDecoded));
+    }
+    return message;
+}
+
+void HTTPTransfer::succeed()
+{
+    m_response.body.truncate(isSuccess(m_response.status) ? m_response.body.size() : APIHTTPClient::maximumErrorBytes);
+    finish();
+}
+
+void HTTPTransfer::fail(const QString &message)
+{
+    if (!m_isDone) {
+        m_failure = message;
+        finish();
+    }
+}
+
+void HTTPTransfer::finish()
+{
+    m_isDone = true;
+    m_idleTimer.stop();
+    if (m_reply != nullptr && !m_reply->isFinished()) {
+        m_reply->abort();
+    }
+    // From a fresh call of the event loop: this may be running inside the reply, or inside whoever requested the stop.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (auto awaiting = std::exchange(m_awaiting, nullptr)) {
+                awaiting.resume();
+            }
+        },
+        Qt::QueuedConnection);
+}
+
+HTTPResponse HTTPTransfer::takeResponse()
+{
+    if (m_failure) {
+        throw AppError::apiRequestFailed(*m_failure);
+    }
+    return std::move(m_response);
+}
+
+} // namespace orvesa

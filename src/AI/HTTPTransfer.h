@@ -1,0 +1,82 @@
+#pragma once
+
+// One request on its way and its answer, until the answer is complete, refused, too slow, broken or no longer wanted.
+//
+// Made, awaited once and destroyed inside one coroutine, on the main thread. Follows no redirect. Destroying it ends
+// the transfer. Memory is bounded: an answer that grows beyond the bound is dropped, and of an answer that is no
+// success only the part that a message can show is read.
+
+#include "AI/HTTPRequest.h"
+
+#include <QByteArray>
+#include <QNetworkReply>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QTimer>
+
+#include <chrono>
+#include <coroutine>
+#include <functional>
+#include <optional>
+#include <stop_token>
+
+QT_BEGIN_NAMESPACE
+class QNetworkAccessManager;
+QT_END_NAMESPACE
+
+namespace orvesa {
+
+struct HTTPResponse {
+    int status = 0;      ///< 0: what answered does not speak HTTP
+    QByteArray body;     ///< whole for a success, its beginning otherwise
+    QByteArray location; ///< the Location header, empty without one
+};
+
+class HTTPTransfer final : public QObject {
+    Q_OBJECT
+
+public:
+    /// Sends the request, unless a stop was requested already.
+    HTTPTransfer(QNetworkAccessManager &manager, const HTTPRequest &request, std::chrono::milliseconds idleTimeout,
+                 std::stop_token stop);
+    ~HTTPTransfer() override;
+
+    class Completion final {
+    public:
+        explicit Completion(HTTPTransfer &transfer) : m_transfer(transfer) {}
+        [[nodiscard]] bool await_ready() const noexcept { return m_transfer.m_isDone; }
+        void await_suspend(std::coroutine_handle<> awaiting) noexcept { m_transfer.m_awaiting = awaiting; }
+        [[nodiscard]] HTTPResponse await_resume() { return m_transfer.takeResponse(); }
+
+    private:
+        HTTPTransfer &m_transfer;
+    };
+
+    /// To be awaited: gives the response or throws AppError::apiRequestFailed.
+    [[nodiscard]] Completion completion() { return Completion(*this); }
+
+private:
+    void send(QNetworkAccessManager &manager);
+    void watch();
+    void readBody();
+    void judge();
+    void succeed();
+    void fail(const QString &message);
+    void finish();
+    [[nodiscard]] bool readStatus();
+    [[nodiscard]] QString transportFailure() const;
+    [[nodiscard]] HTTPResponse takeResponse();
+
+    HTTPRequest m_request;
+    QTimer m_idleTimer;
+    QPointer<QNetworkReply> m_reply;
+    HTTPResponse m_response;
+    std::optional<QString> m_failure;
+    bool m_isDone = false;
+    std::coroutine_handle<> m_awaiting;
+    // Last, so that it is gone before anything that it touches.
+    std::optional<std::stop_callback<std::function<void()>>> m_stopCallback;
+};
+
+} // namespace orvesa
