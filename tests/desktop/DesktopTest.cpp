@@ -2,6 +2,7 @@
 
 #include "desktop/BusClient.h"
 #include "desktop/MarkedProcesses.h"
+#include "desktop/TextEditor.h"
 
 #include <gtest/gtest.h>
 
@@ -56,22 +57,6 @@ private:
     bool m_hasCome = false;
 };
 
-/// Mousepad with a focused, empty document.
-struct Editor {
-    explicit Editor(Desktop &desktop)
-        : process(desktop.launch(u"mousepad"_s, {u"--disable-server"_s})),
-          window(desktop.windows().awaitWindow({.pid = process.pid(), .title = u"Mousepad"_s}))
-    {
-        desktop.windows().awaitActive(window);
-        content = desktop.accessibles().await(process.pid(), u"text"_s);
-        waitUntil([this] { return content.has(AccessibleState::focused); }, u"the editor's text to have the focus"_s);
-    }
-
-    Process &process;
-    xcb_window_t window;
-    Accessible content;
-};
-
 } // namespace
 
 class DesktopUnder : public ::testing::TestWithParam<WindowManager> {};
@@ -98,16 +83,16 @@ TEST_P(DesktopUnder, TypesIntoAnEditorAndReadsItBack)
     DesktopOptions options;
     options.windowManager = GetParam();
     Desktop desktop(options);
-    const Editor editor(desktop);
+    const TextEditor editor(desktop);
     const QString text = u"¿Dónde está la Biblioteca? #42 — 日本"_s;
     desktop.keyboard().type(text);
     EXPECT_EQ(desktop.accessibles().awaitReadable(
-                  editor.content, [&](const QString &now) { return now == text; }, u"the typed text"_s),
+                  editor.content(), [&](const QString &now) { return now == text; }, u"the typed text"_s),
               text);
     desktop.keyboard().press(u"Ctrl+a"_s);
     desktop.selections().awaitText(Selection::primary, text);
-    EXPECT_EQ(editor.content.selectedText(), text);
-    EXPECT_EQ(desktop.windows().inputFocus(), editor.window);
+    EXPECT_EQ(editor.content().selectedText(), text);
+    EXPECT_EQ(desktop.windows().inputFocus(), editor.window());
     EXPECT_TRUE(desktop.keyboard().keysDown().empty());
 }
 
@@ -116,16 +101,16 @@ TEST_P(DesktopUnder, GivesTheFocusToTheWindowAskedFor)
     DesktopOptions options;
     options.windowManager = GetParam();
     Desktop desktop(options);
-    const Editor first(desktop);
-    const Editor second(desktop);
-    EXPECT_EQ(desktop.windows().active(), second.window);
-    EXPECT_TRUE(desktop.windows().isAbove(second.window, first.window));
-    desktop.windows().focus(first.window);
-    EXPECT_EQ(desktop.windows().active(), first.window);
-    EXPECT_EQ(desktop.windows().inputFocus(), first.window);
-    waitUntil([&] { return desktop.windows().isAbove(first.window, second.window); }, u"the window to be raised"_s);
-    const QRect inner = desktop.windows().geometry(first.window);
-    const QRect outer = desktop.windows().frameGeometry(first.window);
+    const TextEditor first(desktop);
+    const TextEditor second(desktop);
+    EXPECT_EQ(desktop.windows().active(), second.window());
+    EXPECT_TRUE(desktop.windows().isAbove(second.window(), first.window()));
+    desktop.windows().focus(first.window());
+    EXPECT_EQ(desktop.windows().active(), first.window());
+    EXPECT_EQ(desktop.windows().inputFocus(), first.window());
+    waitUntil([&] { return desktop.windows().isAbove(first.window(), second.window()); }, u"the window to be raised"_s);
+    const QRect inner = desktop.windows().geometry(first.window());
+    const QRect outer = desktop.windows().frameGeometry(first.window());
     EXPECT_TRUE(outer.contains(inner));
     EXPECT_GT(inner.top(), outer.top()) << "a title bar";
 }
@@ -133,7 +118,7 @@ TEST_P(DesktopUnder, GivesTheFocusToTheWindowAskedFor)
 TEST(Desktop, ObservesSelectionsWithoutTouchingThem)
 {
     Desktop desktop;
-    const Editor editor(desktop);
+    const TextEditor editor(desktop);
     EXPECT_EQ(desktop.selections().text(Selection::clipboard), std::nullopt);
     desktop.keyboard().type(u"copied"_s);
     desktop.keyboard().press(u"Ctrl+a"_s);
@@ -152,7 +137,7 @@ TEST(Desktop, ObservesSelectionsWithoutTouchingThem)
 TEST(Desktop, ReadsASelectionThatComesInPieces)
 {
     Desktop desktop;
-    const Editor editor(desktop);
+    const TextEditor editor(desktop);
     const QString paragraph = u"0123456789abcdef"_s.repeated(64 * 1024); // 1 MB: more than one X request holds
     const QString path = desktop.folders().write(u"home/large.txt"_s, paragraph.toUtf8());
     Process &large = desktop.launch(u"mousepad"_s, {u"--disable-server"_s, path});
@@ -168,27 +153,27 @@ TEST(Desktop, ReadsASelectionThatComesInPieces)
 TEST(Desktop, MovesAndClicksThePointer)
 {
     Desktop desktop;
-    const Editor first(desktop);
-    const Editor second(desktop);
-    desktop.windows().moveResize(first.window, QRect(20, 40, 400, 300));
-    desktop.windows().moveResize(second.window, QRect(600, 400, 400, 300));
+    const TextEditor first(desktop);
+    const TextEditor second(desktop);
+    desktop.windows().moveResize(first.window(), QRect(20, 40, 400, 300));
+    desktop.windows().moveResize(second.window(), QRect(600, 400, 400, 300));
     const auto isPlaced = [&] {
-        return desktop.windows().geometry(first.window).right() < 600 &&
-               desktop.windows().geometry(second.window).left() >= 590;
+        return desktop.windows().geometry(first.window()).right() < 600 &&
+               desktop.windows().geometry(second.window()).left() >= 590;
     };
     waitUntil(isPlaced, u"the windows to be moved"_s);
-    desktop.pointer().clickAt(desktop.windows().geometry(first.window).center());
-    desktop.windows().awaitActive(first.window);
-    EXPECT_EQ(desktop.pointer().position(), desktop.windows().geometry(first.window).center());
+    desktop.pointer().clickAt(desktop.windows().geometry(first.window()).center());
+    desktop.windows().awaitActive(first.window());
+    EXPECT_EQ(desktop.pointer().position(), desktop.windows().geometry(first.window()).center());
 }
 
 TEST(Desktop, PerformsAccessibleActions)
 {
     Desktop desktop;
-    const Editor editor(desktop);
+    const TextEditor editor(desktop);
     desktop.keyboard().type(u"by the menu"_s);
     const auto entry = [&](const QString &label) {
-        return desktop.accessibles().application(editor.process.pid()).find([&](const Accessible &accessible) {
+        return desktop.accessibles().application(editor.process().pid()).find([&](const Accessible &accessible) {
             return accessible.role() == u"menu item"_s && accessible.name().trimmed() == label;
         });
     };
@@ -205,13 +190,13 @@ TEST(Desktop, RunsSeveralSideBySide)
     EXPECT_NE(one.display(), other.display());
     EXPECT_NE(one.sessionBusAddress(), other.sessionBusAddress());
     EXPECT_NE(one.folders().top(), other.folders().top());
-    const Editor editor(one);
-    const Editor otherEditor(other);
+    const TextEditor editor(one);
+    const TextEditor otherEditor(other);
     one.keyboard().type(u"one"_s);
     other.keyboard().type(u"other"_s);
     const auto reads = [](const QString &text) { return [text](const QString &now) { return now == text; }; };
-    (void)one.accessibles().awaitReadable(editor.content, reads(u"one"_s), u"the one's text"_s);
-    (void)other.accessibles().awaitReadable(otherEditor.content, reads(u"other"_s), u"the other's text"_s);
+    (void)one.accessibles().awaitReadable(editor.content(), reads(u"one"_s), u"the one's text"_s);
+    (void)other.accessibles().awaitReadable(otherEditor.content(), reads(u"other"_s), u"the other's text"_s);
     one.keyStore().store(u"s"_s, u"a"_s, "only here");
     EXPECT_EQ(other.keyStore().count(u"s"_s), 0);
 }
@@ -321,10 +306,10 @@ TEST(Desktop, TellsApplicationsItsScale)
 TEST(Desktop, TakesScreenshots)
 {
     Desktop desktop;
-    const Editor editor(desktop);
+    const TextEditor editor(desktop);
     const QString path = desktop.folders().top() + u"/shots/editor.png"_s;
-    desktop.windows().screenshot(path, editor.window);
-    EXPECT_EQ(QImage(path).size(), desktop.windows().frameGeometry(editor.window).size());
+    desktop.windows().screenshot(path, editor.window());
+    EXPECT_EQ(QImage(path).size(), desktop.windows().frameGeometry(editor.window()).size());
     EXPECT_THROW(desktop.windows().screenshot(u"/proc/none/picture.png"_s), DesktopError);
 }
 
