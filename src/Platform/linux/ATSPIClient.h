@@ -2,15 +2,16 @@
 
 // Calls on the accessibility bus within one budget of waiting time.
 //
-// Main thread. An application that let a call time out is not asked again by the same client; when the budget is used up,
-// nothing is asked any more. A failed call gives nothing.
+// Main thread. A call waits 250 ms at most and all calls of one client together 500 ms. An application that let a call time
+// out is not asked again by the same client. A failed call gives nothing.
 
+#include <QDBusArgument>
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QString>
 #include <QVariant>
 
 #include <chrono>
+#include <compare>
 #include <optional>
 #include <set>
 #include <vector>
@@ -22,22 +23,39 @@ struct ATSPIReference {
     QString busName;
     QString path;
 
-    [[nodiscard]] bool isNull() const;
-    auto operator<=>(const ATSPIReference &) const = default;
+    bool operator==(const ATSPIReference &) const = default;
 };
 
-/// Numbers of the AT-SPI protocol.
-namespace ATSPIState {
-inline constexpr int active = 1;
-inline constexpr int focused = 12;
-} // namespace ATSPIState
+/// Takes one reference off the front of what is being read.
+const QDBusArgument &operator>>(const QDBusArgument &argument, ATSPIReference &reference);
 
+/// Bits of a state set.
+enum class ATSPIState { active = 1, focused = 12, showing = 25, managesDescendants = 31 };
+
+/// Roles by their numbers in the protocol.
 namespace ATSPIRole {
+inline constexpr quint32 menu = 33;
+inline constexpr quint32 menuBar = 34;
 inline constexpr quint32 passwordText = 40;
+inline constexpr quint32 spinButton = 52;
 inline constexpr quint32 terminal = 60;
 inline constexpr quint32 text = 61;
+inline constexpr quint32 toolBar = 63;
 inline constexpr quint32 entry = 79;
 } // namespace ATSPIRole
+
+/// The states of an object.
+class ATSPIStateSet final {
+public:
+    ATSPIStateSet() = default;
+    /// From the protocol's list of 32-bit words, lowest first.
+    explicit ATSPIStateSet(const QList<quint32> &words);
+
+    [[nodiscard]] bool has(ATSPIState state) const;
+
+private:
+    quint64 m_bits = 0;
+};
 
 class ATSPIClient final {
 public:
@@ -45,25 +63,30 @@ public:
 
     explicit ATSPIClient(QDBusConnection bus);
 
-    /// The arguments of the answer; nothing on an error, a time-out or a used-up budget.
+    /// The arguments of the answer; nothing on an error, a time-out or a used-up budget. `interface` is the part after
+    /// "org.a11y.atspi.".
     [[nodiscard]] std::optional<QVariantList> call(const ATSPIReference &object, const QString &interface,
                                                    const QString &method, const QVariantList &arguments = {});
+    /// A property's value.
+    [[nodiscard]] std::optional<QVariant> property(const ATSPIReference &object, const QString &interface,
+                                                   const QString &name);
+    /// Whether calls to this application still make sense: false once it let one time out or the budget is used up.
+    [[nodiscard]] bool mayAsk(const QString &busName) const;
 
     [[nodiscard]] std::vector<ATSPIReference> children(const ATSPIReference &object);
-    [[nodiscard]] quint64 states(const ATSPIReference &object);
-    [[nodiscard]] quint32 role(const ATSPIReference &object);
-    [[nodiscard]] bool hasInterface(const ATSPIReference &object, const QString &interface);
-    [[nodiscard]] std::optional<ATSPIReference> parent(const ATSPIReference &object);
-    [[nodiscard]] std::optional<int> indexInParent(const ATSPIReference &object);
+    [[nodiscard]] ATSPIStateSet states(const ATSPIReference &object);
+    [[nodiscard]] std::optional<quint32> role(const ATSPIReference &object);
+    [[nodiscard]] bool hasText(const ATSPIReference &object);
     /// The process behind a bus name, asked of the bus itself.
     [[nodiscard]] std::optional<qint64> processIdentifier(const QString &busName);
 
 private:
+    [[nodiscard]] std::optional<QVariantList> send(const ATSPIReference &object, const QString &interface,
+                                                   const QString &method, const QVariantList &arguments);
+
     QDBusConnection m_bus;
     std::chrono::nanoseconds m_left = totalBound;
     std::set<QString> m_silent;
 };
-
-[[nodiscard]] bool hasState(quint64 states, int state);
 
 } // namespace orvesa

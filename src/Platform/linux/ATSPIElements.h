@@ -4,7 +4,7 @@
 //
 // Main thread. A call to another application waits at most 250 ms, and everything reached from one systemWide() or
 // application() element waits at most 500 ms in all; an application that let a call time out is not asked again from there.
-// This process is never asked, since it could not answer itself.
+// This process is never asked, since it could not answer itself. Reading changes nothing on the desktop.
 
 #include "Platform/AccessibilityElementsPort.h"
 #include "Platform/WorkspacePort.h"
@@ -12,8 +12,11 @@
 #include "Platform/linux/ATSPIClient.h"
 
 #include <map>
+#include <memory>
 
 namespace orvesa {
+
+class ATSPIElementHandle;
 
 class ATSPIElements final : public AccessibilityElementsPort {
 public:
@@ -31,6 +34,11 @@ public:
     void warmUp();
 
 private:
+    using Reader = AccessibilityValue (ATSPIElements::*)(const ATSPIElementHandle &element);
+
+    [[nodiscard]] static const std::map<QString, Reader> &readers();
+    [[nodiscard]] AccessibilityValue focusedElement(const ATSPIElementHandle &element);
+    [[nodiscard]] AccessibilityValue selectedText(const ATSPIElementHandle &element);
     /// The bus name of a process's application; empty when it is not on the accessibility bus.
     [[nodiscard]] QString busName(qint64 processIdentifier, ATSPIClient &client);
 

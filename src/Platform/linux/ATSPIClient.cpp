@@ -1,0 +1,145 @@
+#include "Platform/linux/ATSPIClient.h"
+
+#include "Platform/linux/ATSPIBus.h"
+
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusVariant>
+
+#include <algorithm>
+#include <utility>
+
+namespace orvesa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString accessible()
+{
+    return u"Accessible"_s;
+}
+
+/// The list inside an answer's one argument; empty when it is of another shape.
+template <typename Item>
+QList<Item> listIn(const std::optional<QVariantList> &answer, const QString &signature)
+{
+    QList<Item> items;
+    if (!answer || answer->isEmpty() || !answer->constFirst().canConvert<QDBusArgument>()) {
+        return items;
+    }
+    const auto argument = answer->constFirst().value<QDBusArgument>();
+    if (argument.currentSignature() == signature) {
+        argument >> items;
+    }
+    return items;
+}
+
+} // namespace
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, ATSPIReference &reference)
+{
+    QDBusObjectPath path;
+    argument.beginStructure();
+    argument >> reference.busName >> path;
+    argument.endStructure();
+    reference.path = path.path();
+    return argument;
+}
+
+ATSPIStateSet::ATSPIStateSet(const QList<quint32> &words)
+{
+    constexpr int wordBits = 32;
+    if (!words.isEmpty()) {
+        m_bits = words.at(0);
+    }
+    if (words.size() > 1) {
+        m_bits |= quint64{words.at(1)} << wordBits;
+    }
+}
+
+bool ATSPIStateSet::has(ATSPIState state) const
+{
+    return ((m_bits >> static_cast<int>(state)) & 1U) != 0;
+}
+
+ATSPIClient::ATSPIClient(QDBusConnection bus) : m_bus(std::move(bus)) {}
+
+bool ATSPIClient::mayAsk(const QString &busName) const
+{
+    return m_left > std::chrono::milliseconds(1) && !m_silent.contains(busName);
+}
+
+std::optional<QVariantList> ATSPIClient::call(const ATSPIReference &object, const QString &interface,
+                                              const QString &method, const QVariantList &arguments)
+{
+    return send(object, "org.a11y.atspi."_L1 + interface, method, arguments);
+}
+
+std::optional<QVariantList> ATSPIClient::send(const ATSPIReference &object, const QString &interface,
+                                              const QString &method, const QVariantList &arguments)
+{
+    using namespace std::chrono;
+    if (!mayAsk(object.busName)) {
+        return std::nullopt;
+    }
+    QDBusMessage message = QDBusMessage::createMethodCall(object.busName, object.path, interface, method);
+    message.setArguments(arguments);
+    message.setAutoStartService(false);
+    const auto bound = std::min(ATSPIBus::callBound, duration_cast<milliseconds>(m_left));
+    const auto start = steady_clock::now();
+    const QDBusMessage answer = m_bus.call(message, QDBus::Block, static_cast<int>(bound.count()));
+    m_left -= steady_clock::now() - start;
+    if (answer.type() == QDBusMessage::ReplyMessage) {
+        return answer.arguments();
+    }
+    const QString error = answer.errorName();
+    if (error == "org.freedesktop.DBus.Error.NoReply"_L1 || error == "org.freedesktop.DBus.Error.Timeout"_L1 ||
+        error == "org.freedesktop.DBus.Error.TimedOut"_L1) {
+        m_silent.insert(object.busName);
+    }
+    return std::nullopt;
+}
+
+std::optional<QVariant> ATSPIClient::property(const ATSPIReference &object, const QString &interface,
+                                              const QString &name)
+{
+    const auto answer = send(object, u"org.freedesktop.DBus.Properties"_s, u"Get"_s,
+                             {"org.a11y.atspi."_L1 + interface, name});
+    if (!answer || answer->isEmpty()) {
+        return std::nullopt;
+    }
+    return answer->constFirst().value<QDBusVariant>().variant();
+}
+
+std::vector<ATSPIReference> ATSPIClient::children(const ATSPIReference &object)
+{
+    const auto list = listIn<ATSPIReference>(call(object, accessible(), u"GetChildren"_s), u"a(so)"_s);
+    return {list.begin(), list.end()};
+}
+
+ATSPIStateSet ATSPIClient::states(const ATSPIReference &object)
+{
+    return ATSPIStateSet(listIn<quint32>(call(object, accessible(), u"GetState"_s), u"au"_s));
+}
+
+std::optional<quint32> ATSPIClient::role(const ATSPIReference &object)
+{
+    const auto answer = call(object, accessible(), u"GetRole"_s);
+    return answer && !answer->isEmpty() ? std::optional(answer->constFirst().toUInt()) : std::nullopt;
+}
+
+bool ATSPIClient::hasText(const ATSPIReference &object)
+{
+    const auto answer = call(object, accessible(), u"GetInterfaces"_s);
+    return answer && answer->value(0).toStringList().contains("org.a11y.atspi.Text"_L1);
+}
+
+std::optional<qint64> ATSPIClient::processIdentifier(const QString &busName)
+{
+    const auto answer = send({u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s}, u"org.freedesktop.DBus"_s,
+                             u"GetConnectionUnixProcessID"_s, {busName});
+    return answer && !answer->isEmpty() ? std::optional<qint64>(answer->constFirst().toUInt()) : std::nullopt;
+}
+
+} // namespace orvesa

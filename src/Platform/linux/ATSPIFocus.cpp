@@ -1,0 +1,164 @@
+#include "Platform/linux/ATSPIFocus.h"
+
+#include "Platform/linux/ATSPICacheItem.h"
+#include "Platform/linux/ATSPIMatchRule.h"
+
+#include <QDBusMetaType>
+
+#include <algorithm>
+#include <map>
+
+namespace orvesa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr quint32 canonicalOrder = 1;
+constexpr int mostMatches = 32;
+constexpr std::size_t mostSteps = 2000;
+
+QString rootPath()
+{
+    return u"/org/a11y/atspi/accessible/root"_s;
+}
+
+bool isPassedOver(std::optional<quint32> role)
+{
+    return role == ATSPIRole::menuBar || role == ATSPIRole::menu || role == ATSPIRole::toolBar;
+}
+
+} // namespace
+
+ATSPIFocus::ATSPIFocus(ATSPIClient &client) : m_client(client) {}
+
+std::optional<ATSPIReference> ATSPIFocus::find(const QString &busName)
+{
+    const auto window = activeWindow(busName);
+    if (!window) {
+        return std::nullopt;
+    }
+    if (const Result found = search(*window); found.way == Way::exhausted) {
+        return found.element;
+    }
+    if (const Result found = lookThroughCache(*window); found.way == Way::exhausted) {
+        return found.element;
+    }
+    return walk(*window);
+}
+
+std::optional<ATSPIReference> ATSPIFocus::activeWindow(const QString &busName)
+{
+    const auto windows = m_client.children({busName, rootPath()});
+    const auto active = std::ranges::find_if(windows, [this](const ATSPIReference &window) {
+        return m_client.states(window).has(ATSPIState::active);
+    });
+    return active == windows.end() ? std::nullopt : std::optional(*active);
+}
+
+ATSPIFocus::Result ATSPIFocus::search(const ATSPIReference &window)
+{
+    static const QMetaType ruleType = qDBusRegisterMetaType<ATSPIMatchRule>();
+    Q_UNUSED(ruleType)
+    const auto answer = m_client.call(window, u"Collection"_s, u"GetMatches"_s,
+                                      {QVariant::fromValue(ATSPIMatchRule{ATSPIState::focused}), canonicalOrder,
+                                       mostMatches, true});
+    if (!answer || answer->isEmpty()) {
+        return {};
+    }
+    const auto argument = answer->constFirst().value<QDBusArgument>();
+    if (argument.currentSignature() != "a(so)"_L1) {
+        return {};
+    }
+    QList<ATSPIReference> matches;
+    argument >> matches;
+    return {Way::exhausted, preferText({matches.begin(), matches.end()})};
+}
+
+std::optional<ATSPIReference> ATSPIFocus::preferText(const std::vector<ATSPIReference> &candidates)
+{
+    if (candidates.size() < 2) {
+        return candidates.empty() ? std::nullopt : std::optional(candidates.front());
+    }
+    const auto withText = std::ranges::find_if(
+        candidates, [this](const ATSPIReference &candidate) { return m_client.hasText(candidate); });
+    return withText == candidates.end() ? candidates.front() : *withText;
+}
+
+ATSPIFocus::Result ATSPIFocus::lookThroughCache(const ATSPIReference &window)
+{
+    const auto answer =
+        m_client.call({window.busName, u"/org/a11y/atspi/cache"_s}, u"Cache"_s, u"GetItems"_s);
+    if (!answer || answer->isEmpty()) {
+        return {};
+    }
+    const auto argument = answer->constFirst().value<QDBusArgument>();
+    if (argument.currentSignature() != QLatin1StringView(ATSPICacheItem::listSignature)) {
+        return {};
+    }
+    QList<ATSPICacheItem> items;
+    argument >> items;
+    if (items.isEmpty()) {
+        return {};
+    }
+    std::map<QString, const ATSPICacheItem *> byPath;
+    for (const ATSPICacheItem &item : items) {
+        byPath.emplace(item.element.path, &item);
+    }
+    const auto isInWindow = [&](const ATSPICacheItem &item) {
+        const ATSPICacheItem *step = &item;
+        for (std::size_t steps = 0; steps < byPath.size(); ++steps) {
+            if (step->element.path == window.path) {
+                return true;
+            }
+            const auto above = byPath.find(step->parent.path);
+            if (above == byPath.end()) {
+                return false;
+            }
+            step = above->second;
+        }
+        return false;
+    };
+    Result result{Way::exhausted, std::nullopt};
+    for (const ATSPICacheItem &item : items) {
+        if (!item.states.has(ATSPIState::focused) || !isInWindow(item)) {
+            continue;
+        }
+        if (item.hasText) {
+            return {Way::exhausted, item.element};
+        }
+        result.element = item.element;
+    }
+    return result;
+}
+
+std::optional<ATSPIReference> ATSPIFocus::walk(const ATSPIReference &window)
+{
+    // Toolkits that never say "showing" would be pruned to nothing; the window itself tells.
+    const bool saysShowing = m_client.states(window).has(ATSPIState::showing);
+    std::vector<ATSPIReference> pending{window};
+    std::optional<ATSPIReference> focused;
+    for (std::size_t step = 0; step < mostSteps && !pending.empty(); ++step) {
+        if (!m_client.mayAsk(window.busName)) {
+            return std::nullopt; // half a search is no answer
+        }
+        const ATSPIReference element = pending.back();
+        pending.pop_back();
+        const ATSPIStateSet states = m_client.states(element);
+        if (states.has(ATSPIState::focused)) {
+            if (m_client.hasText(element)) {
+                return element;
+            }
+            focused = focused ? focused : std::optional(element);
+        }
+        if ((saysShowing && !states.has(ATSPIState::showing)) || states.has(ATSPIState::managesDescendants) ||
+            isPassedOver(m_client.role(element))) {
+            continue;
+        }
+        const auto children = m_client.children(element);
+        pending.insert(pending.end(), children.rbegin(), children.rend());
+    }
+    return focused;
+}
+
+} // namespace orvesa

@@ -1,0 +1,93 @@
+#include "Platform/linux/ATSPISelection.h"
+
+#include <QDBusVariant>
+
+#include <algorithm>
+#include <array>
+
+namespace orvesa {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Elements that hold their whole text themselves; others may be paragraphs of something larger.
+constexpr std::array wholeTextRoles{ATSPIRole::text, ATSPIRole::entry, ATSPIRole::terminal, ATSPIRole::spinButton};
+
+QString text()
+{
+    return u"Text"_s;
+}
+
+} // namespace
+
+ATSPISelection::ATSPISelection(ATSPIClient &client) : m_client(client) {}
+
+int ATSPISelection::selectionCount(const ATSPIReference &element)
+{
+    const auto answer = m_client.call(element, text(), u"GetNSelections"_s);
+    return answer && !answer->isEmpty() ? answer->constFirst().toInt() : 0;
+}
+
+std::optional<QString> ATSPISelection::read(const ATSPIReference &element)
+{
+    if (selectionCount(element) != 1) {
+        return std::nullopt;
+    }
+    const auto role = m_client.role(element);
+    if (!role || *role == ATSPIRole::passwordText) {
+        return std::nullopt;
+    }
+    const auto range = m_client.call(element, text(), u"GetSelection"_s, {0});
+    if (!range || range->size() != 2) {
+        return std::nullopt;
+    }
+    // The offsets are of the application's own making and go back to it as they came.
+    const int start = std::min(range->at(0).toInt(), range->at(1).toInt());
+    const int end = std::max(range->at(0).toInt(), range->at(1).toInt());
+    if (start < 0 || start == end) {
+        return std::nullopt;
+    }
+    const auto answer = m_client.call(element, text(), u"GetText"_s, {start, end});
+    if (!answer || answer->isEmpty()) {
+        return std::nullopt;
+    }
+    const QString selected = answer->constFirst().toString();
+    if (selected.contains(QChar::ObjectReplacementCharacter)) {
+        return std::nullopt;
+    }
+    const bool isWhole = std::ranges::find(wholeTextRoles, *role) != wholeTextRoles.end();
+    if (!isWhole && goesOn(element, start, end)) {
+        return std::nullopt;
+    }
+    return selected;
+}
+
+bool ATSPISelection::goesOn(const ATSPIReference &element, int start, int end)
+{
+    const auto count = m_client.property(element, text(), u"CharacterCount"_s);
+    const bool reachesEnd = !count || end >= count->toInt();
+    if (start > 0 && !reachesEnd) {
+        return false;
+    }
+    const auto parentValue = m_client.property(element, u"Accessible"_s, u"Parent"_s);
+    const auto indexAnswer = m_client.call(element, u"Accessible"_s, u"GetIndexInParent"_s);
+    if (!parentValue || !parentValue->canConvert<QDBusArgument>() || !indexAnswer || indexAnswer->isEmpty()) {
+        return !m_client.mayAsk(element.busName);
+    }
+    ATSPIReference parent;
+    parentValue->value<QDBusArgument>() >> parent;
+    const int index = indexAnswer->constFirst().toInt();
+    const auto isSelected = [&](int position) {
+        const auto sibling = m_client.call(parent, u"Accessible"_s, u"GetChildAtIndex"_s, {position});
+        if (!sibling || sibling->isEmpty() || !sibling->constFirst().canConvert<QDBusArgument>()) {
+            return false;
+        }
+        ATSPIReference reference;
+        sibling->constFirst().value<QDBusArgument>() >> reference;
+        return selectionCount(reference) > 0;
+    };
+    return (start == 0 && index > 0 && isSelected(index - 1)) || (reachesEnd && isSelected(index + 1));
+}
+
+} // namespace orvesa
