@@ -71,6 +71,8 @@ TEST(RoomOrder, passesATreeInOrder)
         {"Models/Text.h", "#include \"Core/RawValue.h\"\n"},
         {"Core/SettingsStore.h", "#include \"Models/Text.h\"\n#include \"Platform/ClockPort.h\"\n"},
         {"Core/SettingsStore.cpp", "#include \"Core/SettingsStore.h\"\n#include \"Core/SettingsStore.moc\"\n"},
+        {"App/Identity.h.in", "#pragma once\n"},
+        {"App/main.cpp", "#include \"App/Identity.h\"\n"},
         {"Platform/linux/QtClock.h", "#include \"Platform/ClockPort.h\"\n"},
         {"App/CompositionLinux.cpp", "#include \"Platform/linux/QtClock.h\"\n#include \"Core/SettingsStore.h\"\n"},
     });

@@ -39,7 +39,7 @@ Scan enter(QChar current, QChar next, QChar previous)
 SourceTree::SourceTree(const QString &folder)
 {
     const QDir root(folder);
-    QDirIterator files(folder, {u"*.cpp"_s, u"*.mm"_s, u"*.h"_s, u"CMakeLists.txt"_s}, QDir::Files,
+    QDirIterator files(folder, {u"*.cpp"_s, u"*.mm"_s, u"*.h"_s, u"*.h.in"_s, u"CMakeLists.txt"_s}, QDir::Files,
                        QDirIterator::Subdirectories);
     while (files.hasNext()) {
         QFile file(files.next());

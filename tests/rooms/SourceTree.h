@@ -13,7 +13,7 @@ namespace orvesa {
 
 class SourceTree final {
 public:
-    /// Reads every C++ source and header and every CMakeLists.txt under the folder. Other files are left out.
+    /// Reads every C++ source and header, templates of headers (.h.in) too, and every CMakeLists.txt under the folder. Other files are left out.
     explicit SourceTree(const QString &folder);
 
     /// Paths relative to the folder, with forward slashes, sorted.
