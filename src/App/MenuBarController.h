@@ -35,6 +35,8 @@ public:
 
     /// A new menu for the settings of this moment.
     [[nodiscard]] std::unique_ptr<QMenu> build();
+    /// The menu that the status item shows now.
+    [[nodiscard]] const QMenu &menu() const { return *m_menu; }
 
 private:
     void rebuild();

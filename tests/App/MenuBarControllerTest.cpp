@@ -1,0 +1,100 @@
+#include "App/MenuBarController.h"
+
+#include "App/ApplicationOnFakes.h"
+
+#include <gtest/gtest.h>
+
+using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
+
+namespace orvesa {
+namespace {
+
+class MenuBarControllerTest : public testing::Test, protected ApplicationOnFakes {
+protected:
+    static QStringList titles(const QMenu &menu)
+    {
+        QStringList result;
+        const auto actions = menu.actions();
+        for (const QAction *action : actions) {
+            result.append(action->isSeparator() ? u"-"_s : action->text());
+        }
+        return result;
+    }
+
+    static CustomPrompt prompt(const QString &name)
+    {
+        CustomPrompt result;
+        result.name = name;
+        result.promptTemplate = u"Do: "_s + name;
+        return result;
+    }
+
+    int opened = 0;
+    int quits = 0;
+    MenuBarController controller{*coordinator, settings, {[this] { ++opened; }, [this] { ++quits; }}};
+};
+
+TEST_F(MenuBarControllerTest, HasSevenRowsWithoutPrompts)
+{
+    EXPECT_EQ(titles(*controller.build()),
+              QStringList({u"Translate Selection"_s, u"Polish Selection"_s, u"OCR Translate"_s, u"-"_s, u"Settings…"_s,
+                           u"-"_s, u"Quit Orvesa Translate"_s}));
+}
+
+TEST_F(MenuBarControllerTest, ListsThePromptsInTheirOrder)
+{
+    settings.setCustomPrompts({prompt(u"R&D"_s), prompt(QString())});
+    const auto menu = controller.build();
+    EXPECT_EQ(titles(*menu).mid(3, 4), QStringList({u"-"_s, u"Prompts"_s, u"-"_s, u"Settings…"_s}));
+    EXPECT_EQ(titles(*menu->actions().at(4)->menu()), QStringList({u"R&&D"_s, u"Untitled Prompt"_s}));
+}
+
+TEST_F(MenuBarControllerTest, RunsItsActionsAfterTheDelay)
+{
+    elements.focusSelectedText(u"Hola"_s);
+    const auto menu = controller.build();
+    menu->actions().at(0)->trigger();
+    EXPECT_TRUE(calls().empty());
+    clock.advance(200ms);
+    ASSERT_EQ(calls().size(), 1U);
+    EXPECT_EQ(calls()[0]->task, coordinator->translateTask());
+    menu->actions().at(1)->trigger();
+    clock.advance(200ms);
+    ASSERT_EQ(calls().size(), 2U);
+    EXPECT_EQ(calls()[1]->task, coordinator->polishTask());
+    menu->actions().at(4)->trigger();
+    menu->actions().at(6)->trigger();
+    EXPECT_EQ(opened, 1);
+    EXPECT_EQ(quits, 1);
+}
+
+TEST_F(MenuBarControllerTest, RunsAPromptThatIsStillThere)
+{
+    elements.focusSelectedText(u"Hola"_s);
+    settings.setCustomPrompts({prompt(u"One"_s), prompt(u"Two"_s)});
+    const auto menu = controller.build();
+    const auto prompts = menu->actions().at(4)->menu()->actions();
+    prompts.at(1)->trigger();
+    clock.advance(200ms);
+    ASSERT_EQ(calls().size(), 1U);
+    EXPECT_EQ(calls()[0]->task, AITask(CustomTask{u"Two"_s, u"Do: Two"_s}));
+    settings.setCustomPrompts({});
+    prompts.at(0)->trigger();
+    clock.advance(200ms);
+    EXPECT_EQ(calls().size(), 1U);
+}
+
+TEST_F(MenuBarControllerTest, IsBuiltAfreshForAnotherLanguageOnly)
+{
+    const QMenu *before = &controller.menu();
+    settings.setAppLanguage(settings.appLanguage());
+    EXPECT_EQ(&controller.menu(), before);
+    settings.setAppLanguage(AppLanguage::japanese);
+    EXPECT_NE(&controller.menu(), before);
+    EXPECT_EQ(controller.menu().actions().at(6)->text(), u"Orvesa Translate を終了"_s);
+    settings.setAppLanguage(AppLanguage::english);
+}
+
+} // namespace
+} // namespace orvesa

@@ -1,0 +1,207 @@
+#include "UI/FloatingResultView.h"
+
+#include "Core/SettingsStore.h"
+#include "UI/AdaptiveTextScrollView.h"
+#include "UI/HeaderPicker.h"
+#include "UI/SymbolButton.h"
+#include "fakes/FakePreferredLanguages.h"
+#include "fakes/FakeUserDefaults.h"
+
+#include <gtest/gtest.h>
+
+#include <QLabel>
+
+using namespace Qt::StringLiterals;
+
+namespace orvesa {
+namespace {
+
+class FloatingResultViewTest : public testing::Test {
+protected:
+    void render()
+    {
+        view.refresh(836);
+        view.show();
+        view.resize(view.idealSize());
+    }
+
+    AdaptiveTextScrollView *text(const QString &name)
+    {
+        const auto all = view.findChildren<AdaptiveTextScrollView *>();
+        for (AdaptiveTextScrollView *candidate : all) {
+            if (candidate->accessibleName() == name && candidate->isVisible()) {
+                return candidate;
+            }
+        }
+        return nullptr;
+    }
+
+    SymbolButton *button(const QString &name)
+    {
+        const auto all = view.findChildren<SymbolButton *>();
+        for (SymbolButton *candidate : all) {
+            if (candidate->accessibleName() == name) {
+                return candidate;
+            }
+        }
+        return nullptr;
+    }
+
+    bool showsLabel(const QString &shown)
+    {
+        const auto all = view.findChildren<QLabel *>();
+        return std::any_of(all.begin(), all.end(),
+                           [&](const QLabel *label) { return label->isVisible() && label->text() == shown; });
+    }
+
+    FakeUserDefaults defaults;
+    FakePreferredLanguages languages;
+    SettingsStore settings{defaults, languages};
+    FloatingResultViewModel model;
+    FloatingResultView view{model, settings};
+};
+
+TEST_F(FloatingResultViewTest, ShowsProgressAndNoWayToCopyOrRetryWhileLoading)
+{
+    model.setSourceText(u"Hola"_s);
+    render();
+    EXPECT_TRUE(showsLabel(u"Thinking…"_s));
+    EXPECT_EQ(text(u"Result"_s), nullptr);
+    EXPECT_FALSE(button(u"Copy Result"_s)->isEnabled());
+    EXPECT_FALSE(button(u"Retry"_s)->isEnabled());
+}
+
+TEST_F(FloatingResultViewTest, OffersBothAfterASuccess)
+{
+    model.setSourceText(u"Hola"_s);
+    model.setPhase(FloatingResultViewModel::Success{u"Hello"_s});
+    render();
+    EXPECT_EQ(text(u"Original"_s)->toPlainText(), u"Hola"_s);
+    EXPECT_EQ(text(u"Result"_s)->toPlainText(), u"Hello"_s);
+    EXPECT_TRUE(button(u"Copy Result"_s)->isEnabled());
+    EXPECT_TRUE(button(u"Retry"_s)->isEnabled());
+}
+
+TEST_F(FloatingResultViewTest, OffersRetryAloneAfterAFailure)
+{
+    model.setPhase(FloatingResultViewModel::Failure{u"No text is selected."_s});
+    render();
+    EXPECT_EQ(text(u"Result"_s)->toPlainText(), u"No text is selected."_s);
+    EXPECT_FALSE(button(u"Copy Result"_s)->isEnabled());
+    EXPECT_TRUE(button(u"Retry"_s)->isEnabled());
+}
+
+TEST_F(FloatingResultViewTest, HidesTheSourceSectionWithoutASource)
+{
+    model.setSourceText(u"Hola"_s);
+    render();
+    const int withSource = view.idealSize().height();
+    EXPECT_TRUE(showsLabel(u"Original"_s));
+    model.setSourceText({});
+    render();
+    EXPECT_FALSE(showsLabel(u"Original"_s));
+    EXPECT_LT(view.idealSize().height(), withSource);
+}
+
+TEST_F(FloatingResultViewTest, ShowsMarkupAsText)
+{
+    const QString markup = u"<b>bold</b> <img src=x> &amp;"_s;
+    model.setSourceText(markup);
+    model.setPhase(FloatingResultViewModel::Success{markup});
+    model.setStatusMessage(markup);
+    render();
+    EXPECT_EQ(text(u"Original"_s)->toPlainText(), markup);
+    EXPECT_EQ(text(u"Result"_s)->toPlainText(), markup);
+    const auto labels = view.findChildren<QLabel *>();
+    for (const QLabel *label : labels) {
+        EXPECT_EQ(label->textFormat(), Qt::PlainText);
+    }
+    model.setPhase(FloatingResultViewModel::Failure{markup});
+    render();
+    EXPECT_EQ(text(u"Result"_s)->toPlainText(), markup);
+}
+
+TEST_F(FloatingResultViewTest, ShowsThePickerOfTheTask)
+{
+    model.setTranslationLanguage(TargetLanguage::japanese);
+    render();
+    const auto pickers = view.findChildren<HeaderPicker *>();
+    ASSERT_EQ(pickers.size(), 2);
+    EXPECT_TRUE(pickers[0]->isVisible());
+    EXPECT_EQ(pickers[0]->currentText(), u"Japanese"_s);
+    EXPECT_FALSE(pickers[1]->isVisible());
+
+    std::optional<TargetLanguage> picked;
+    model.onLanguageChange = [&](TargetLanguage language) { picked = language; };
+    Q_EMIT pickers[0]->activated(2);
+    EXPECT_EQ(picked, TargetLanguage::english);
+}
+
+TEST_F(FloatingResultViewTest, ForwardsTheButtons)
+{
+    int copies = 0;
+    int retries = 0;
+    int closes = 0;
+    model.onCopy = [&] { ++copies; };
+    model.onRetry = [&] { ++retries; };
+    model.onClose = [&] { ++closes; };
+    model.setPhase(FloatingResultViewModel::Success{u"Hello"_s});
+    render();
+    button(u"Copy Result"_s)->click();
+    button(u"Retry"_s)->click();
+    button(u"Close"_s)->click();
+    EXPECT_EQ(copies, 1);
+    EXPECT_EQ(retries, 1);
+    EXPECT_EQ(closes, 1);
+}
+
+TEST_F(FloatingResultViewTest, FollowsTheInterfaceLanguage)
+{
+    settings.setAppLanguage(AppLanguage::japanese);
+    model.setSourceText(u"Hola"_s);
+    render();
+    EXPECT_TRUE(showsLabel(u"原文"_s));
+    EXPECT_TRUE(showsLabel(u"考え中…"_s));
+    EXPECT_NE(button(u"閉じる"_s), nullptr);
+    settings.setAppLanguage(AppLanguage::english);
+}
+
+TEST_F(FloatingResultViewTest, IsAsWideAsItsTextsWantIt)
+{
+    model.setSourceText(QString(301, u'x'));
+    render();
+    EXPECT_EQ(view.idealSize().width(), 520);
+    model.setSourceText(u"short"_s);
+    render();
+    EXPECT_EQ(view.idealSize().width(), 420);
+}
+
+TEST_F(FloatingResultViewTest, KeepsLongTextsWithinTheScreen)
+{
+    const QString words = u"word "_s.repeated(4000);
+    model.setSourceText(words);
+    model.setPhase(FloatingResultViewModel::Success{words.repeated(10)});
+    render();
+    EXPECT_EQ(text(u"Original"_s)->height(), 150);
+    EXPECT_EQ(text(u"Result"_s)->height(), 376);
+}
+
+TEST(AdaptiveTextScrollView, IsTwentyHighWhenEmpty)
+{
+    AdaptiveTextScrollView view;
+    view.setContent(QString(), 392, 200);
+    EXPECT_EQ(view.height(), 20);
+}
+
+TEST(AdaptiveTextScrollView, BreaksATextWithoutBlanks)
+{
+    AdaptiveTextScrollView view;
+    view.setContent(QString(400, u'w'), 392, 480);
+    view.resize(392, view.height());
+    view.show();
+    EXPECT_GT(view.height(), 100);
+    EXPECT_LE(view.document()->idealWidth(), 392);
+}
+
+} // namespace
+} // namespace orvesa
