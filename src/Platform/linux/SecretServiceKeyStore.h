@@ -36,7 +36,6 @@ public:
     void warmUp() override;
 
 private:
-    QString m_productName;
     std::shared_ptr<SecretServiceSession> m_session;
 };
 
