@@ -176,6 +176,7 @@ void Desktop::startServer()
     m_pointer = std::make_unique<Pointer>(*m_session);
     m_windows = std::make_unique<Windows>(*m_session);
     m_selections = std::make_unique<Selections>(*m_session);
+    paintBackground();
     if (m_options.scale != 1.0) {
         const QByteArray resources = "Xft.dpi:\t" + QByteArray::number(dotsPerInch) + '\n';
         xcb_change_property(m_session->connection(), XCB_PROP_MODE_REPLACE, m_session->root(),
@@ -183,6 +184,15 @@ void Desktop::startServer()
                             resources.constData());
         m_session->synchronize();
     }
+}
+
+void Desktop::paintBackground()
+{
+    // A plain tone in which the edges and shadows of dark and of light windows can be seen.
+    constexpr quint32 tone = 0x5b6b7a;
+    xcb_change_window_attributes(m_session->connection(), m_session->root(), XCB_CW_BACK_PIXEL, &tone);
+    xcb_clear_area(m_session->connection(), 0, m_session->root(), 0, 0, 0, 0);
+    m_session->synchronize();
 }
 
 void Desktop::startSessionBus()

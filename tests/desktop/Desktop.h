@@ -94,6 +94,7 @@ public:
 
 private:
     void startServer();
+    void paintBackground();
     void startSessionBus();
     void startWindowManager();
     void startAccessibility();

@@ -1,6 +1,6 @@
 #include "desktop/TextEditor.h"
 
-#include <QUuid>
+#include <QFileInfo>
 
 namespace orvesa::desktop {
 
@@ -12,8 +12,10 @@ QStringList arguments(const Desktop &desktop, const QString &text)
 {
     if (text.isEmpty())
         return {u"--disable-server"_s};
-    const QString name = QUuid::createUuid().toString(QUuid::WithoutBraces);
-    return {u"--disable-server"_s, desktop.folders().write(u"home/%1.txt"_s.arg(name), text.toUtf8())};
+    QString name = u"home/document.txt"_s;
+    for (int number = 2; QFileInfo::exists(desktop.folders().top() + u'/' + name); ++number)
+        name = u"home/document-%1.txt"_s.arg(number);
+    return {u"--disable-server"_s, desktop.folders().write(name, text.toUtf8())};
 }
 
 } // namespace
@@ -26,6 +28,24 @@ TextEditor::TextEditor(Desktop &desktop, const QString &text)
     m_content = desktop.accessibles().await(m_process.pid(), u"text"_s);
     waitUntil([this] { return m_content.has(AccessibleState::focused); }, u"the editor's text to have the focus"_s);
     waitUntil([&] { return m_content.text() == text; }, u"the editor to show its document"_s);
+}
+
+void TextEditor::replaceText(const QString &text)
+{
+    if (!m_content.text().isEmpty())
+        selectAll();
+    m_desktop.keyboard().type(text);
+    waitUntil([&] { return m_content.text() == text; }, u"the editor to hold what was typed"_s);
+    selectAll();
+}
+
+bool TextEditor::choose(const QString &menuEntry)
+{
+    const Accessible entry =
+        m_desktop.accessibles().application(m_process.pid()).find([&](const Accessible &accessible) {
+            return accessible.role().endsWith(u"menu item"_s) && accessible.name().trimmed() == menuEntry;
+        });
+    return entry.doAction(u"click"_s);
 }
 
 void TextEditor::selectAll()

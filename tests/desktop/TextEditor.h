@@ -21,6 +21,10 @@ public:
 
     /// Selects everything with the keyboard, and waits until the selection is PRIMARY.
     void selectAll();
+    /// Types the text in place of the whole document, and selects it.
+    void replaceText(const QString &text);
+    /// Clicks an entry of its menus; false when there is none.
+    bool choose(const QString &menuEntry);
     /// The middle of its window's client area.
     [[nodiscard]] QPoint middle() const;
     /// Whether it is the active window, has the keyboard, and knows so.
