@@ -1,0 +1,257 @@
+#include "Platform/linux/X11HotKeys.h"
+
+#include "Platform/AdoptedDesktop.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include <xcb/xtest.h>
+
+namespace orvesa {
+
+using namespace Qt::StringLiterals;
+using desktop::happensWithin;
+using desktop::processEventsFor;
+using desktop::waitUntil;
+using tests::AdoptedDesktop;
+
+namespace {
+
+constexpr quint32 keyD = 2;
+constexpr quint32 keyS = 1;
+constexpr quint32 option = 0x800;
+constexpr quint32 command = 0x100;
+constexpr quint32 shift = 0x200;
+constexpr quint32 control = 0x1000;
+constexpr quint32 signature = 0x4B56484B;
+
+desktop::DesktopOptions screenOnly()
+{
+    desktop::DesktopOptions options;
+    options.windowManager = desktop::WindowManager::none;
+    options.sessionBus = desktop::SessionBus::none;
+    options.accessibility = desktop::Accessibility::none;
+    options.keyStore = desktop::KeyStore::absent;
+    return options;
+}
+
+class X11HotKeysTest : public ::testing::Test {
+protected:
+    X11HotKeysTest()
+    {
+        EXPECT_EQ(m_hotKeys.installHandler([this](HotKeyID id) {
+            m_pressed.push_back(id.id);
+            return HotKeyStatus::noErr;
+        }),
+                  HotKeyStatus::noErr);
+    }
+
+    [[nodiscard]] HotKeyRegistration add(quint32 key, quint32 modifiers, quint32 id)
+    {
+        return m_hotKeys.registerHotKey(key, modifiers, {signature, id});
+    }
+    void awaitPresses(std::size_t count)
+    {
+        waitUntil([this, count] { return m_pressed.size() >= count; }, u"the shortcut's press"_s);
+        EXPECT_EQ(m_pressed.size(), count);
+    }
+    void expectNoPress()
+    {
+        processEventsFor(std::chrono::milliseconds(150));
+        EXPECT_TRUE(m_pressed.empty());
+    }
+
+    AdoptedDesktop m_desktop{screenOnly()};
+    X11Connection m_connection;
+    X11HotKeys m_hotKeys{m_connection};
+    std::vector<quint32> m_pressed;
+};
+
+} // namespace
+
+TEST_F(X11HotKeysTest, ReportsAPressWithItsIdentifier)
+{
+    ASSERT_EQ(add(keyD, option, 7).status, HotKeyStatus::noErr);
+    ASSERT_EQ(add(keyS, option, 8).status, HotKeyStatus::noErr);
+    m_desktop->keyboard().press(u"Alt+s"_s);
+    awaitPresses(1);
+    m_desktop->keyboard().press(u"Alt+d"_s);
+    awaitPresses(2);
+    EXPECT_EQ(m_pressed, (std::vector<quint32>{8, 7}));
+}
+
+TEST_F(X11HotKeysTest, MapsEveryModifier)
+{
+    ASSERT_EQ(add(keyD, option | command | shift | control, 1).status, HotKeyStatus::noErr);
+    ASSERT_EQ(add(keyD, command, 2).status, HotKeyStatus::noErr);
+    m_desktop->keyboard().press(u"Super+d"_s);
+    awaitPresses(1);
+    m_desktop->keyboard().press(u"Ctrl+Alt+Shift+Super+d"_s);
+    awaitPresses(2);
+    EXPECT_EQ(m_pressed, (std::vector<quint32>{2, 1}));
+}
+
+TEST_F(X11HotKeysTest, WorksInEveryLockState)
+{
+    ASSERT_EQ(add(keyD, option, 1).status, HotKeyStatus::noErr);
+    std::size_t presses = 0;
+    for (const auto &toggle : {u"Caps_Lock"_s, u"Num_Lock"_s, u"Caps_Lock"_s, u"Num_Lock"_s}) {
+        m_desktop->keyboard().press(toggle);
+        m_desktop->keyboard().press(u"Alt+d"_s);
+        awaitPresses(++presses);
+    }
+}
+
+TEST_F(X11HotKeysTest, IgnoresOtherModifiersAndKeys)
+{
+    ASSERT_EQ(add(keyD, option, 1).status, HotKeyStatus::noErr);
+    for (const auto &other : {u"d"_s, u"Alt+Shift+d"_s, u"Ctrl+Alt+d"_s, u"Super+d"_s, u"Alt+s"_s}) {
+        m_desktop->keyboard().press(other);
+    }
+    expectNoPress();
+}
+
+TEST_F(X11HotKeysTest, ActsOnceWhileTheKeyIsHeld)
+{
+    ASSERT_EQ(add(keyD, option, 1).status, HotKeyStatus::noErr);
+    int repeats = 0;
+    const auto token = m_connection.addEventHandler([&repeats](const xcb_generic_event_t &event) {
+        repeats += (event.response_type & 0x7f) == XCB_KEY_PRESS ? 1 : 0;
+    });
+    m_desktop->keyboard().keyDown(u"Alt"_s);
+    m_desktop->keyboard().keyDown(u"d"_s);
+    waitUntil([&repeats] { return repeats > 5; }, u"the held key's repeats"_s);
+    EXPECT_EQ(m_pressed.size(), 1U);
+    m_desktop->keyboard().keyUp(u"d"_s);
+    m_desktop->keyboard().keyDown(u"d"_s);
+    awaitPresses(2);
+    m_desktop->keyboard().keyUp(u"d"_s);
+    m_desktop->keyboard().keyUp(u"Alt"_s);
+    m_connection.removeEventHandler(token);
+}
+
+TEST_F(X11HotKeysTest, RefusesADuplicateOfOurOwn)
+{
+    ASSERT_EQ(add(keyD, option, 1).status, HotKeyStatus::noErr);
+    const HotKeyRegistration second = add(keyD, option, 2);
+    EXPECT_EQ(second.status, HotKeyStatus::hotKeyExists);
+    EXPECT_EQ(second.reference, 0U);
+    m_desktop->keyboard().press(u"Alt+d"_s);
+    awaitPresses(1);
+    EXPECT_EQ(m_pressed, std::vector<quint32>{1});
+}
+
+TEST_F(X11HotKeysTest, SaysWhenAnotherProgramHasTheKey)
+{
+    X11Connection otherConnection;
+    X11HotKeys other(otherConnection);
+    const HotKeyRegistration taken = other.registerHotKey(keyD, option, {signature, 1});
+    ASSERT_EQ(taken.status, HotKeyStatus::noErr);
+    EXPECT_EQ(add(keyD, option, 2).status, HotKeyStatus::hotKeyExists);
+    EXPECT_EQ(add(keyS, option, 3).status, HotKeyStatus::noErr) << "one conflict does not stop the others";
+    ASSERT_EQ(other.unregisterHotKey(taken.reference), HotKeyStatus::noErr);
+    waitUntil([&] { return add(keyD, option, 4).status == HotKeyStatus::noErr; }, u"the key to be free"_s);
+    m_desktop->keyboard().press(u"Alt+d"_s);
+    awaitPresses(1);
+    EXPECT_EQ(m_pressed, std::vector<quint32>{4});
+}
+
+TEST_F(X11HotKeysTest, LeavesNoHalfOfARefusedGrabBehind)
+{
+    // Another program holds the combination in one lock state only.
+    X11Connection otherConnection;
+    ASSERT_TRUE(otherConnection.isValid());
+    xcb_grab_key(otherConnection.connection(), 0, otherConnection.root(), XCB_MOD_MASK_1 | XCB_MOD_MASK_LOCK, 40,
+                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    (void)otherConnection.property(otherConnection.root(), "_NET_SUPPORTED"); // the server has seen the grab
+    EXPECT_EQ(add(keyD, option, 1).status, HotKeyStatus::hotKeyExists);
+    X11Connection thirdConnection;
+    xcb_connection_t *const third = thirdConnection.connection();
+    const auto request = xcb_grab_key_checked(third, 0, thirdConnection.root(), XCB_MOD_MASK_1, 40,
+                                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    const X11Reply<xcb_generic_error_t> error(xcb_request_check(third, request));
+    EXPECT_EQ(error, nullptr) << "the plain combination is free for others";
+}
+
+TEST_F(X11HotKeysTest, StopsAfterUnregistering)
+{
+    const HotKeyRegistration registration = add(keyD, option, 1);
+    ASSERT_EQ(registration.status, HotKeyStatus::noErr);
+    EXPECT_EQ(m_hotKeys.unregisterHotKey(registration.reference), HotKeyStatus::noErr);
+    EXPECT_EQ(m_hotKeys.unregisterHotKey(registration.reference), HotKeyStatus::hotKeyInvalid);
+    m_desktop->keyboard().press(u"Alt+d"_s);
+    expectNoPress();
+}
+
+TEST_F(X11HotKeysTest, FollowsAModifierThatMoves)
+{
+    ASSERT_EQ(add(keyD, option, 1).status, HotKeyStatus::noErr);
+    // Alt becomes the modifier that Super was, and the other way round.
+    xcb_connection_t *const raw = m_connection.connection();
+    const auto map = m_connection.reply(xcb_get_modifier_mapping_reply, xcb_get_modifier_mapping(raw));
+    ASSERT_TRUE(map);
+    const auto width = map->keycodes_per_modifier;
+    const auto *const keys = xcb_get_modifier_mapping_keycodes(map.get());
+    std::vector<xcb_keycode_t> changed(keys, keys + 8 * std::ptrdiff_t{width});
+    constexpr std::ptrdiff_t mod1 = 3;
+    constexpr std::ptrdiff_t mod4 = 6;
+    std::swap_ranges(changed.begin() + mod1 * width, changed.begin() + (mod1 + 1) * width,
+                     changed.begin() + mod4 * width);
+    ASSERT_TRUE(m_connection.reply(xcb_set_modifier_mapping_reply,
+                                   xcb_set_modifier_mapping(raw, width, changed.data())));
+    ASSERT_NE(X11Modifiers::read(m_connection).alt, XCB_MOD_MASK_1);
+    waitUntil(
+        [this] {
+            m_desktop->keyboard().press(u"Alt+d"_s);
+            return !m_pressed.empty();
+        },
+        u"the shortcut under the new modifiers"_s);
+    EXPECT_EQ(m_pressed.front(), 1U);
+}
+
+TEST_F(X11HotKeysTest, KeepsThePlaceOfTheKeyUnderAnotherLayout)
+{
+    ASSERT_EQ(add(keyD, option, 1).status, HotKeyStatus::noErr);
+    ASSERT_EQ(m_desktop->runToEnd(u"setxkbmap"_s, {u"ru"_s}).exitCode, 0);
+    xcb_connection_t *const raw = m_connection.connection();
+    for (const auto &[type, key] : {std::pair{XCB_KEY_PRESS, 64}, std::pair{XCB_KEY_PRESS, 40},
+                                    std::pair{XCB_KEY_RELEASE, 40}, std::pair{XCB_KEY_RELEASE, 64}}) {
+        xcb_test_fake_input(raw, static_cast<quint8>(type), static_cast<quint8>(key), XCB_CURRENT_TIME, 0, 0, 0, 0);
+    }
+    m_connection.settle();
+    awaitPresses(1);
+}
+
+TEST_F(X11HotKeysTest, RefusesAKeyThatNoKeyboardHas)
+{
+    EXPECT_EQ(add(0x34, option, 1).status, HotKeyStatus::hotKeyInvalid);
+    EXPECT_EQ(add(1000, option, 1).status, HotKeyStatus::hotKeyInvalid);
+}
+
+TEST(X11HotKeysWithoutDisplay, AreNotAvailable)
+{
+    qunsetenv("DISPLAY");
+    X11Connection connection;
+    X11HotKeys hotKeys(connection);
+    EXPECT_FALSE(connection.isValid());
+    EXPECT_EQ(hotKeys.installHandler([](HotKeyID) { return HotKeyStatus::noErr; }), HotKeyStatus::notAvailable);
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {}).status, HotKeyStatus::notAvailable);
+}
+
+TEST(X11ConnectionTest, OutlivesTheServer)
+{
+    auto desktop = std::make_unique<AdoptedDesktop>(screenOnly());
+    X11Connection connection;
+    X11HotKeys hotKeys(connection);
+    const HotKeyRegistration registration = hotKeys.registerHotKey(keyD, option, {signature, 1});
+    ASSERT_EQ(registration.status, HotKeyStatus::noErr);
+    desktop.reset();
+    waitUntil([&connection] { return !connection.isValid(); }, u"the connection to notice"_s);
+    EXPECT_EQ(hotKeys.registerHotKey(keyS, option, {signature, 2}).status, HotKeyStatus::notAvailable);
+    EXPECT_EQ(hotKeys.unregisterHotKey(registration.reference), HotKeyStatus::noErr);
+    EXPECT_TRUE(connection.property(connection.root(), "_NET_ACTIVE_WINDOW").empty());
+    processEventsFor(std::chrono::milliseconds(50));
+}
+
+} // namespace orvesa
