@@ -1,0 +1,63 @@
+// Measures the product against the floor program, in turns, on a private desktop, and prints a table.
+
+#include "Benchmark.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QTextStream>
+
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+
+using namespace Qt::StringLiterals;
+using namespace orvesa::benchmark;
+
+namespace {
+
+QCommandLineOption countOption(const QString &name, const QString &description, int usual)
+{
+    return {name, description, u"COUNT"_s, QString::number(usual)};
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    const BenchOptions usual;
+    const auto rounds = countOption(u"rounds"_s, u"Starts of each program."_s, usual.rounds);
+    const auto presses = countOption(u"presses"_s, u"Later presses of the shortcut, over all rounds."_s, usual.presses);
+    const auto idle =
+        countOption(u"idle"_s, u"Seconds in which wake-ups are counted."_s, static_cast<int>(usual.idle.count()));
+    const auto instructions =
+        countOption(u"instruction-rounds"_s, u"Starts of each program under callgrind."_s, usual.instructionRounds);
+    QCommandLineParser parser;
+    parser.setApplicationDescription(u"Measures Orvesa Translate against a floor program on a private desktop."_s);
+    parser.addHelpOption();
+    parser.addOptions({rounds, presses, idle, instructions});
+    parser.process(application);
+
+    QTextStream output(stdout);
+    try {
+        QElapsedTimer timer;
+        timer.start();
+        const BenchOptions options{.rounds = std::max(1, parser.value(rounds).toInt()),
+                                   .presses = std::max(1, parser.value(presses).toInt()),
+                                   .idle = std::chrono::seconds(std::max(1, parser.value(idle).toInt())),
+                                   .instructionRounds = std::max(0, parser.value(instructions).toInt())};
+        output << "Floor: application, tray icon, menu. Both start in turns, " << options.rounds
+               << " times each. Median (range).\n"
+               << "Start: until the event loop answers the tray. Request bytes: at a TLS service on this machine.\n\n"
+               << Qt::flush;
+        const ReportTable table = Benchmark(QCoreApplication::applicationDirPath(), options).run();
+        output << table.text() << '\n'
+               << (table.missedGoals() == 0 ? u"All goals met"_s : u"%1 goals missed"_s.arg(table.missedGoals()))
+               << ", " << timer.elapsed() / 1000 << " s\n";
+    } catch (const std::exception &error) {
+        QTextStream(stderr) << "orvesa-bench: " << error.what() << '\n';
+        return 1;
+    }
+    return 0;
+}

@@ -1,0 +1,189 @@
+#include "Benchmark.h"
+
+#include "ProcessFigures.h"
+#include "ShortcutMeasurement.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace orvesa::benchmark {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr double nanosecondsPerMillisecond = 1e6;
+constexpr double instructionsPerMillion = 1e6;
+
+/// Goals are about the ratio to the floor, the distance from it, or the value itself.
+ReportRow withGoal(ReportRow row, const QString &goal, bool met)
+{
+    row.goal = goal;
+    row.met = met;
+    return row;
+}
+
+ReportRow withMedianGoal(ReportRow row, double most)
+{
+    const bool met = row.product.median() <= most;
+    return withGoal(std::move(row), u"<= %1"_s.arg(most), met);
+}
+
+int recognitionLibraries(const QStringList &libraries)
+{
+    return static_cast<int>(std::ranges::count_if(libraries, [](const QString &library) {
+        return library.contains("tesseract"_L1) || library.contains("lept"_L1);
+    }));
+}
+
+/// The number after "totals:" in what callgrind wrote.
+double totalInstructions(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        throw std::runtime_error("callgrind left no result");
+    }
+    for (const QByteArray &line : file.readAll().split('\n')) {
+        if (line.startsWith("totals:")) {
+            return line.mid(qstrlen("totals:")).trimmed().toDouble();
+        }
+    }
+    throw std::runtime_error("callgrind's result has no total");
+}
+
+} // namespace
+
+Benchmark::Benchmark(const QString &programFolder, BenchOptions options) : m_options(options), m_stage(programFolder) {}
+
+ReportTable Benchmark::run()
+{
+    for (int round = 0; round < m_options.rounds; ++round) {
+        measureStart(m_stage.floorProgram(), m_floor).terminate();
+        desktop::Process &product = measureStart(m_stage.productProgram(), m_product);
+        measureShortcut(product);
+        product.terminate();
+    }
+    measureIdle();
+    for (int round = 0; round < m_options.instructionRounds; ++round) {
+        measureInstructions(m_stage.floorProgram(), m_floor);
+        measureInstructions(m_stage.productProgram(), m_product);
+    }
+    ReportTable table;
+    fillStartRows(table);
+    fillShortcutRows(table);
+    return table;
+}
+
+desktop::Process &Benchmark::measureStart(const QString &program, ProgramSamples &samples)
+{
+    const qint64 begun = service::monotonicNanoseconds();
+    desktop::Process &process = m_stage.launch(program);
+    samples.start.add(static_cast<double>(m_stage.awaitLoop(process) - begun) / nanosecondsPerMillisecond);
+    BenchStage::awaitRest(process);
+    const MemoryFigures memory = memoryOf(process.pid());
+    samples.proportional.add(memory.proportionalMegabytes);
+    samples.anonymous.add(memory.anonymousMegabytes);
+    return process;
+}
+
+void Benchmark::measureShortcut(const desktop::Process &product)
+{
+    ShortcutMeasurement shortcut(m_stage, product);
+    const PressTimes first = shortcut.press();
+    m_firstMapped.add(first.mapped);
+    m_firstPainted.add(first.painted);
+    m_firstRequest.add(first.request);
+    const int presses = (m_options.presses + m_options.rounds - 1) / m_options.rounds;
+    for (int press = 0; press < presses; ++press) {
+        const PressTimes later = shortcut.press();
+        m_laterMapped.add(later.mapped);
+        m_laterPainted.add(later.painted);
+        m_laterRequest.add(later.request);
+    }
+}
+
+void Benchmark::measureIdle()
+{
+    desktop::Process &floor = m_stage.launch(m_stage.floorProgram());
+    desktop::Process &product = m_stage.launch(m_stage.productProgram());
+    for (desktop::Process *process : {&floor, &product}) {
+        static_cast<void>(m_stage.awaitLoop(*process));
+        BenchStage::awaitRest(*process);
+    }
+    const qint64 floorBefore = contextSwitchesOf(floor.pid());
+    const qint64 productBefore = contextSwitchesOf(product.pid());
+    desktop::processEventsFor(m_options.idle);
+    m_floor.switches.add(static_cast<double>(contextSwitchesOf(floor.pid()) - floorBefore));
+    m_product.switches.add(static_cast<double>(contextSwitchesOf(product.pid()) - productBefore));
+
+    const QStringList libraries = mappedLibrariesOf(product.pid());
+    m_floor.libraries.add(static_cast<double>(mappedLibrariesOf(floor.pid()).size()));
+    m_product.libraries.add(static_cast<double>(libraries.size()));
+    m_recognitionLibraries = recognitionLibraries(libraries);
+    product.terminate();
+    floor.terminate();
+}
+
+void Benchmark::measureInstructions(const QString &program, ProgramSamples &samples)
+{
+    const QString result = m_stage.desktop().folders().temporary() + u"/callgrind.out"_s;
+    desktop::Process &process = m_stage.launch(
+        u"valgrind"_s, {u"--quiet"_s, u"--tool=callgrind"_s, u"--callgrind-out-file="_s + result, program});
+    static_cast<void>(m_stage.awaitLoop(process, std::chrono::seconds(120)));
+    process.terminate(std::chrono::seconds(30));
+    samples.instructions.add(totalInstructions(result) / instructionsPerMillion);
+    QFile::remove(result);
+}
+
+void Benchmark::fillStartRows(ReportTable &table) const
+{
+    const auto row = [this](const QString &title, const QString &unit, int decimals, Samples ProgramSamples::*samples) {
+        return ReportRow{.title = title,
+                         .unit = unit,
+                         .decimals = decimals,
+                         .floor = m_floor.*samples,
+                         .product = m_product.*samples,
+                         .goal = {},
+                         .met = {}};
+    };
+    const double start = m_product.start.median() / m_floor.start.median();
+    const double anonymous = m_product.anonymous.median() - m_floor.anonymous.median();
+    table.add(
+        withGoal(row(u"start to event loop"_s, u"ms"_s, 1, &ProgramSamples::start), u"<= 1.3 x floor"_s, start <= 1.3));
+    if (m_options.instructionRounds > 0) {
+        table.add(row(u"instructions to event loop"_s, u"million"_s, 1, &ProgramSamples::instructions));
+    }
+    table.add(row(u"idle memory, proportional"_s, u"MB"_s, 1, &ProgramSamples::proportional));
+    table.add(withGoal(row(u"idle memory, anonymous"_s, u"MB"_s, 1, &ProgramSamples::anonymous), u"<= floor + 4 MB"_s,
+                       anonymous <= 4));
+    table.add(withGoal(row(u"idle wake-ups in %1 s"_s.arg(m_options.idle.count()), u""_s, 0, &ProgramSamples::switches),
+                       u"0"_s, m_product.switches.greatest() == 0));
+    table.add(row(u"mapped libraries"_s, u""_s, 0, &ProgramSamples::libraries));
+    ReportRow recognition{.title = u"text recognition libraries mapped"_s,
+                          .unit = {},
+                          .decimals = 0,
+                          .floor = {},
+                          .product = {},
+                          .goal = {},
+                          .met = {}};
+    recognition.product.add(m_recognitionLibraries);
+    table.add(withGoal(recognition, u"0"_s, m_recognitionLibraries == 0));
+}
+
+void Benchmark::fillShortcutRows(ReportTable &table) const
+{
+    const auto row = [](const QString &title, const Samples &samples) {
+        return ReportRow{
+            .title = title, .unit = u"ms"_s, .decimals = 1, .floor = {}, .product = samples, .goal = {}, .met = {}};
+    };
+    table.add(withMedianGoal(row(u"first shortcut to panel mapped"_s, m_firstMapped), 8));
+    table.add(row(u"first shortcut to panel painted"_s, m_firstPainted));
+    table.add(withMedianGoal(row(u"first shortcut to request bytes"_s, m_firstRequest), 12));
+    table.add(withMedianGoal(row(u"later shortcuts to panel mapped"_s, m_laterMapped), 5));
+    table.add(row(u"later shortcuts to panel painted"_s, m_laterPainted));
+    table.add(withMedianGoal(row(u"later shortcuts to request bytes"_s, m_laterRequest), 5));
+}
+
+} // namespace orvesa::benchmark

@@ -1,0 +1,54 @@
+#pragma once
+
+// One interleaved run: the floor and the product in turns, on one private desktop, until the table is full.
+//
+// Main thread. A measurement that cannot be made throws; nothing is left out in silence.
+
+#include "BenchStage.h"
+#include "ReportTable.h"
+
+#include <chrono>
+
+namespace orvesa::benchmark {
+
+struct BenchOptions {
+    int rounds = 5;                ///< starts of each program
+    int presses = 20;              ///< of the shortcut after the first of each start, over all rounds
+    std::chrono::seconds idle{20}; ///< how long wake-ups are counted
+    int instructionRounds = 1;     ///< starts of each program under callgrind; 0 leaves instructions out
+};
+
+class Benchmark final {
+public:
+    Benchmark(const QString &programFolder, BenchOptions options);
+
+    [[nodiscard]] ReportTable run();
+
+private:
+    struct ProgramSamples {
+        Samples start;
+        Samples proportional;
+        Samples anonymous;
+        Samples switches;
+        Samples instructions;
+        Samples libraries;
+    };
+
+    /// Starts the program and measures start and memory. It runs on.
+    desktop::Process &measureStart(const QString &program, ProgramSamples &samples);
+    void measureShortcut(const desktop::Process &product);
+    void measureIdle();
+    void measureInstructions(const QString &program, ProgramSamples &samples);
+    void fillStartRows(ReportTable &table) const;
+    void fillShortcutRows(ReportTable &table) const;
+
+    BenchOptions m_options;
+    BenchStage m_stage;
+    ProgramSamples m_floor;
+    ProgramSamples m_product;
+    Samples m_firstMapped, m_firstPainted, m_firstRequest;
+    Samples m_laterMapped, m_laterPainted, m_laterRequest;
+    int m_recognitionLibraries = 0;
+};
+
+} // namespace orvesa::benchmark

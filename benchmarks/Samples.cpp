@@ -1,0 +1,33 @@
+#include "Samples.h"
+
+#include <algorithm>
+
+namespace orvesa::benchmark {
+
+void Samples::add(const Samples &other)
+{
+    m_values.insert(m_values.end(), other.m_values.begin(), other.m_values.end());
+}
+
+double Samples::median() const
+{
+    if (m_values.empty()) {
+        return 0;
+    }
+    std::vector<double> sorted = m_values;
+    std::ranges::sort(sorted);
+    const std::size_t middle = sorted.size() / 2;
+    return sorted.size() % 2 == 1 ? sorted[middle] : (sorted[middle - 1] + sorted[middle]) / 2;
+}
+
+double Samples::least() const
+{
+    return m_values.empty() ? 0 : *std::ranges::min_element(m_values);
+}
+
+double Samples::greatest() const
+{
+    return m_values.empty() ? 0 : *std::ranges::max_element(m_values);
+}
+
+} // namespace orvesa::benchmark
