@@ -4,7 +4,6 @@
 #include "Models/AppError.h"
 
 #include <QNetworkReply>
-#include <QSslConfiguration>
 #include <QStringDecoder>
 
 namespace orvesa {
@@ -32,6 +31,10 @@ namespace {
 [[nodiscard]] QCoro::Task<QByteArray> send(QNetworkAccessManager &manager, std::chrono::milliseconds timeout,
                                            HTTPRequest request, std::stop_token stop)
 {
+    if (request.url.scheme() != "https"_L1 && request.url.scheme() != "http"_L1) {
+        // Qt would read files and data addresses as well.
+        throw AppError(AppError::Kind::invalidAPIResponse);
+    }
     for (int redirects = 0; redirects <= greatestRedirectCount; ++redirects) {
         HTTPTransfer transfer(manager, request, timeout, stop);
         const HTTPResponse response = co_await transfer.completion();
@@ -73,11 +76,7 @@ void APIHTTPClient::preconnect(const QUrl &url)
     // Nobody else would ever delete the reply objects behind these calls.
     m_manager.setAutoDeleteReplies(true);
     if (url.scheme() == "https"_L1) {
-        // The same offer as a request makes; otherwise the request would open a connection of its own kind.
-        QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-        configuration.setAllowedNextProtocols(
-            {QSslConfiguration::ALPNProtocolHTTP2, QSslConfiguration::NextProtocolHttp1_1});
-        m_manager.connectToHostEncrypted(url.host(), static_cast<quint16>(url.port(443)), configuration);
+        m_manager.connectToHostEncrypted(url.host(), static_cast<quint16>(url.port(443)));
     } else {
         m_manager.connectToHost(url.host(), static_cast<quint16>(url.port(80)));
     }

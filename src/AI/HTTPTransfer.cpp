@@ -29,7 +29,12 @@ constexpr qint64 networkBufferBytes = 256 * 1024;
 [[nodiscard]] bool isConnectionError(QNetworkReply::NetworkError error)
 {
     return (error > QNetworkReply::NoError && error <= QNetworkReply::UnknownNetworkError) ||
-           (error >= QNetworkReply::ProtocolUnknownError && error <= QNetworkReply::ProtocolFailure);
+           error == QNetworkReply::ProtocolUnknownError || error == QNetworkReply::ProtocolFailure;
+}
+
+[[nodiscard]] QString connectionClosed()
+{
+    return QCoreApplication::translate("QHttp", "Connection closed");
 }
 
 } // namespace
@@ -57,8 +62,16 @@ HTTPTransfer::~HTTPTransfer()
     m_stopCallback.reset();
     if (m_reply != nullptr) {
         m_reply->disconnect(this);
-        m_reply->abort();
+        abort();
         m_reply->deleteLater();
+    }
+}
+
+void HTTPTransfer::abort()
+{
+    // A reply that has an error already, such as a status of 500, takes no second one; its deletion ends the transfer.
+    if (m_reply != nullptr && m_reply->isRunning() && m_reply->error() == QNetworkReply::NoError) {
+        m_reply->abort();
     }
 }
 
@@ -144,16 +157,31 @@ void HTTPTransfer::judge()
     const bool isStatusError = m_response.status != 0 && !isSuccess(m_response.status) && !isConnectionError(error);
     if (error != QNetworkReply::NoError && !isStatusError) {
         fail(transportFailure());
+    } else if (isCutShort()) {
+        fail(connectionClosed());
     } else {
         succeed();
     }
+}
+
+bool HTTPTransfer::isCutShort() const
+{
+    const QByteArray body = m_response.body.trimmed();
+    const bool isCompressed = m_reply->hasRawHeader("Content-Encoding");
+    const QVariant announced = m_reply->header(QNetworkRequest::ContentLengthHeader);
+    if (announced.isValid() && !isCompressed) {
+        return m_response.body.size() < announced.toLongLong();
+    }
+    // Qt takes the end of the connection for the end of the body where it cannot compare lengths, even between two
+    // chunks. JSON shows its own end.
+    return (body.startsWith('{') && !body.endsWith('}')) || (body.startsWith('[') && !body.endsWith(']'));
 }
 
 QString HTTPTransfer::transportFailure() const
 {
     if (m_reply->error() == QNetworkReply::ContentReSendError) {
         // The connection broke before the answer and the body was not sent again: say the first of the two.
-        return QCoreApplication::translate("QHttp", "Connection closed");
+        return connectionClosed();
     }
     QString message = m_reply->errorString().simplified();
     if (m_request.url.hasQuery()) {
@@ -181,9 +209,7 @@ void HTTPTransfer::finish()
 {
     m_isDone = true;
     m_idleTimer.stop();
-    if (m_reply != nullptr && !m_reply->isFinished()) {
-        m_reply->abort();
-    }
+    abort();
     // From a fresh call of the event loop: this may be running inside the reply, or inside whoever requested the stop.
     QMetaObject::invokeMethod(
         this,

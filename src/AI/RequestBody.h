@@ -4,6 +4,7 @@
 //
 // Qt repeats a request by itself when its connection breaks before the answer. A request that costs money and may have
 // been carried out must not be repeated; a body that cannot be rewound makes Qt report the broken connection instead.
+// (Reading a list of models again, which Qt may do, does no harm.)
 // Main thread; owned by the reply that sends it.
 
 #include <QByteArray>

@@ -1,6 +1,6 @@
 #include "service/ServiceConnection.h"
 
-#include <QTcpSocket>
+#include <QSslSocket>
 
 #include <sys/socket.h>
 
@@ -185,18 +185,27 @@ void ServiceConnection::end(ServiceResponse::Ending ending)
         m_socket->disconnectFromHost(); // after everything written is out
         return;
     }
-    if (m_socket->bytesToWrite() == 0) {
-        return reset();
+    connect(m_socket, &QTcpSocket::bytesWritten, this, &ServiceConnection::resetWhenFlushed);
+    if (auto *encrypted = qobject_cast<QSslSocket *>(m_socket)) {
+        connect(encrypted, &QSslSocket::encryptedBytesWritten, this, &ServiceConnection::resetWhenFlushed);
     }
-    connect(m_socket, &QTcpSocket::bytesWritten, this, [this] {
-        if (m_socket->bytesToWrite() == 0) {
-            reset();
-        }
-    });
+    resetWhenFlushed();
+}
+
+void ServiceConnection::resetWhenFlushed()
+{
+    const auto *encrypted = qobject_cast<QSslSocket *>(m_socket);
+    if (m_socket->bytesToWrite() == 0 && (encrypted == nullptr || encrypted->encryptedBytesToWrite() == 0)) {
+        // From the event loop: this may be running inside the socket's own writing.
+        QMetaObject::invokeMethod(this, &ServiceConnection::reset, Qt::QueuedConnection);
+    }
 }
 
 void ServiceConnection::reset()
 {
+    if (m_socket->state() == QAbstractSocket::UnconnectedState) {
+        return;
+    }
     // A linger time of zero makes the kernel send a reset instead of an orderly end.
     const linger none{.l_onoff = 1, .l_linger = 0};
     setsockopt(static_cast<int>(m_socket->socketDescriptor()), SOL_SOCKET, SO_LINGER, &none, sizeof none);

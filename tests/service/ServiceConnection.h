@@ -43,6 +43,7 @@ private:
     /// Sends the bytes, or the part of them that fits before the cut; false when the cut was reached.
     [[nodiscard]] bool send(const QByteArray &bytes);
     void end(ServiceResponse::Ending ending);
+    void resetWhenFlushed();
     void reset();
     [[nodiscard]] QByteArray nextPiece();
 
