@@ -1,6 +1,7 @@
 #include "UI/AdaptiveTextScrollView.h"
 
 #include "UI/ResultMetrics.h"
+#include "UI/SlimScrollBar.h"
 #include "UI/Style.h"
 
 #include <QScrollBar>
@@ -44,6 +45,7 @@ AdaptiveTextScrollView::AdaptiveTextScrollView(QWidget *parent) : QTextEdit(pare
     setUndoRedoEnabled(false);
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setFrameShape(QFrame::NoFrame);
+    setVerticalScrollBar(new SlimScrollBar(this));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFont(Style::bodyFont());
     document()->setDocumentMargin(0);

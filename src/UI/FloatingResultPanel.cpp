@@ -1,6 +1,7 @@
 #include "UI/FloatingResultPanel.h"
 
 #include "Platform/PanelWindowPort.h"
+#include "UI/FloatingResultView.h"
 #include "UI/Style.h"
 
 #include <QKeyEvent>
@@ -11,8 +12,9 @@
 
 namespace orvesa {
 
-FloatingResultPanel::FloatingResultPanel(QWidget *content, PanelWindowPort &port, std::function<void()> onEscape)
-    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint), m_port(port),
+FloatingResultPanel::FloatingResultPanel(FloatingResultView *content, PanelWindowPort &port,
+                                         std::function<void()> onEscape)
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint), m_content(content), m_port(port),
       m_onEscape(std::move(onEscape))
 {
     setAttribute(Qt::WA_ShowWithoutActivating);
@@ -68,13 +70,18 @@ void FloatingResultPanel::resizeEvent(QResizeEvent *event)
 void FloatingResultPanel::updateShape()
 {
     if (m_port.isCompositing()) {
+        m_content->setCorners(FloatingResultView::Corners::blended);
         clearMask();
         return;
     }
     // Without blending the corners would be black; a shape cuts them off.
+    m_content->setCorners(FloatingResultView::Corners::cut);
     QPainterPath outline;
     outline.addRoundedRect(QRectF(rect()), Style::panelRadius, Style::panelRadius);
-    setMask(QRegion(outline.toFillPolygon().toPolygon()));
+    // Curves become polygons at the size that they are asked for: a larger one gives smoother corners.
+    constexpr qreal detail = 16;
+    const QPolygonF polygon = outline.toFillPolygon(QTransform::fromScale(detail, detail));
+    setMask(QRegion(QTransform::fromScale(1 / detail, 1 / detail).map(polygon).toPolygon()));
 }
 
 } // namespace orvesa

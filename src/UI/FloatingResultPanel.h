@@ -9,6 +9,7 @@
 
 namespace orvesa {
 
+class FloatingResultView;
 class PanelWindowPort;
 
 class FloatingResultPanel final : public QWidget {
@@ -16,7 +17,7 @@ class FloatingResultPanel final : public QWidget {
 
 public:
     /// `content` becomes a child. The port must outlive the panel.
-    FloatingResultPanel(QWidget *content, PanelWindowPort &port, std::function<void()> onEscape);
+    FloatingResultPanel(FloatingResultView *content, PanelWindowPort &port, std::function<void()> onEscape);
 
     /// Creates the native window ahead of the first showing.
     void prepare();
@@ -33,6 +34,7 @@ protected:
 private:
     void updateShape();
 
+    FloatingResultView *m_content;
     PanelWindowPort &m_port;
     std::function<void()> m_onEscape;
 };

@@ -29,9 +29,10 @@ FloatingResultView::FloatingResultView(FloatingResultViewModel &model, const Set
     column->setSpacing(0);
     column->addWidget(m_header);
 
+    // The focus rings of the buttons reach into the margins, the buttons themselves stand on the content's edges.
+    constexpr int outset = SymbolButton::outset();
     auto *body = new QVBoxLayout;
-    body->setContentsMargins(Style::contentMargin, Style::contentMargin - 2, Style::contentMargin,
-                             Style::contentMargin);
+    body->setContentsMargins(Style::contentMargin, Style::contentMargin - 2, Style::contentMargin, 0);
     body->setSpacing(Style::sectionSpacing);
     column->addLayout(body);
     buildSourceSection(*body);
@@ -39,7 +40,11 @@ FloatingResultView::FloatingResultView(FloatingResultViewModel &model, const Set
     m_status = makePlainLabel(Style::statusFont(), this);
     m_status->setWordWrap(true);
     body->addWidget(m_status);
-    buildButtons(*body);
+    auto *buttons = new QHBoxLayout;
+    buttons->setContentsMargins(Style::contentMargin - outset, Style::sectionSpacing - outset,
+                                Style::contentMargin - outset, Style::contentMargin - outset);
+    buildButtons(*buttons);
+    column->addLayout(buttons);
     refreshColors();
 }
 
@@ -81,18 +86,13 @@ void FloatingResultView::buildResultSection(QVBoxLayout &body)
     body.addLayout(column);
 }
 
-void FloatingResultView::buildButtons(QVBoxLayout &body)
+void FloatingResultView::buildButtons(QHBoxLayout &row)
 {
     m_copy = new SymbolButton(u"doc.on.doc"_s, SymbolButton::Look::prominent, this);
     m_retry = new SymbolButton(u"arrow.clockwise"_s, SymbolButton::Look::bordered, this);
-    auto *row = new QHBoxLayout;
-    // The buttons stand on the content's edges; only their focus rings reach into the margins.
-    const int outset = SymbolButton::outset();
-    row->setContentsMargins(-outset, -outset, -outset, -outset);
-    row->addWidget(m_copy);
-    row->addStretch();
-    row->addWidget(m_retry);
-    body.addLayout(row);
+    row.addWidget(m_copy);
+    row.addStretch();
+    row.addWidget(m_retry);
 
     connect(m_copy, &QAbstractButton::clicked, this, [this] {
         if (m_model.onCopy) {
@@ -187,7 +187,11 @@ void FloatingResultView::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     QPainterPath outline;
-    outline.addRoundedRect(QRectF(rect()), Style::panelRadius, Style::panelRadius);
+    if (m_corners == Corners::blended) {
+        outline.addRoundedRect(QRectF(rect()), Style::panelRadius, Style::panelRadius);
+    } else {
+        outline.addRect(QRectF(rect()));
+    }
     painter.fillPath(outline, colors.window);
 
     painter.save();
@@ -197,6 +201,14 @@ void FloatingResultView::paintEvent(QPaintEvent *)
 
     painter.setPen(QPen(colors.border, 1));
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Style::panelRadius, Style::panelRadius);
+}
+
+void FloatingResultView::setCorners(Corners corners)
+{
+    if (corners != m_corners) {
+        m_corners = corners;
+        update();
+    }
 }
 
 void FloatingResultView::changeEvent(QEvent *event)

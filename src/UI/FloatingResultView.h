@@ -9,6 +9,7 @@
 
 #include <QWidget>
 
+class QHBoxLayout;
 class QLabel;
 class QVBoxLayout;
 
@@ -24,11 +25,19 @@ class FloatingResultView final : public QWidget {
     Q_OBJECT
 
 public:
+    /// How the window's rounded corners come about.
+    enum class Corners {
+        blended, ///< painted: what lies below shines through beside them
+        cut      ///< the window is cut to shape: everything inside is painted
+    };
+
     /// Both must outlive the view.
     FloatingResultView(FloatingResultViewModel &model, const SettingsStore &settings, QWidget *parent = nullptr);
 
     /// Renders the model. `visibleScreenHeight` in device-independent pixels.
     void refresh(int visibleScreenHeight);
+
+    void setCorners(Corners corners);
 
     /// The size that fits the content rendered last.
     [[nodiscard]] QSize idealSize() const;
@@ -40,7 +49,7 @@ protected:
 private:
     void buildSourceSection(QVBoxLayout &body);
     void buildResultSection(QVBoxLayout &body);
-    void buildButtons(QVBoxLayout &body);
+    void buildButtons(QHBoxLayout &row);
     void refreshTexts();
     void refreshColors();
     void refreshResult(int textWidth, int maximumHeight);
@@ -60,6 +69,7 @@ private:
     QLabel *m_status = nullptr;
     SymbolButton *m_copy = nullptr;
     SymbolButton *m_retry = nullptr;
+    Corners m_corners = Corners::blended;
 };
 
 } // namespace orvesa

@@ -55,7 +55,8 @@ QFont desktopFont(int difference, int smallest)
 
 Appearance appearance(const QPalette &palette)
 {
-    const bool dark = palette.color(QPalette::WindowText).lightnessF() > palette.color(QPalette::Window).lightnessF();
+    const bool dark = palette.color(QPalette::Active, QPalette::WindowText).lightnessF() >
+                      palette.color(QPalette::Active, QPalette::Window).lightnessF();
     return dark ? Appearance::dark : Appearance::light;
 }
 

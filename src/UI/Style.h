@@ -31,6 +31,8 @@ inline constexpr int closeSymbolSize = 20;
 inline constexpr int symbolSize = 16;
 inline constexpr int statusItemSymbolSize = 18;
 inline constexpr int focusRingWidth = 3;
+inline constexpr int scrollBarWidth = 10;
+inline constexpr int scrollBarHandleWidth = 6;
 inline constexpr double disabledOpacity = 0.42;
 
 struct Colors {
