@@ -41,8 +41,8 @@ public:
     [[nodiscard]] const std::vector<QString> &reads() const { return m_reads; }
 
 private:
-    AccessibilityElement m_systemWide;
     std::map<AccessibilityElement, Attributes> m_attributes;
+    AccessibilityElement m_systemWide; ///< made in m_attributes, so it comes after it
     std::map<qint64, AccessibilityElement> m_applications;
     std::function<bool(const Action &)> m_actionHandler;
     std::vector<Action> m_actions;
