@@ -61,17 +61,10 @@ HTTPTransfer::~HTTPTransfer()
 {
     m_stopCallback.reset();
     if (m_reply != nullptr) {
+        // Deleting a reply closes its connection when it is still running. abort() would do so too, but then Qt may
+        // find a second error for the same reply and complain about it.
         m_reply->disconnect(this);
-        abort();
         m_reply->deleteLater();
-    }
-}
-
-void HTTPTransfer::abort()
-{
-    // A reply that has an error already, such as a status of 500, takes no second one; its deletion ends the transfer.
-    if (m_reply != nullptr && m_reply->isRunning() && m_reply->error() == QNetworkReply::NoError) {
-        m_reply->abort();
     }
 }
 
@@ -209,7 +202,6 @@ void HTTPTransfer::finish()
 {
     m_isDone = true;
     m_idleTimer.stop();
-    abort();
     // From a fresh call of the event loop: this may be running inside the reply, or inside whoever requested the stop.
     QMetaObject::invokeMethod(
         this,

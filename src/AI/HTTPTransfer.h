@@ -64,7 +64,6 @@ private:
     void succeed();
     void fail(const QString &message);
     void finish();
-    void abort();
     [[nodiscard]] bool readStatus();
     [[nodiscard]] bool isCutShort() const;
     [[nodiscard]] QString transportFailure() const;

@@ -94,6 +94,12 @@ int LoopbackService::connectionCount() const
     return m_record->connections;
 }
 
+int LoopbackService::handshakeCount() const
+{
+    const std::lock_guard lock(m_record->mutex);
+    return m_record->handshakes;
+}
+
 bool LoopbackService::waitUntil(const std::function<bool()> &condition, std::chrono::milliseconds timeout)
 {
     if (condition()) {

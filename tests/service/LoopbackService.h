@@ -49,6 +49,8 @@ public:
     [[nodiscard]] std::vector<ClosedConnection> closedConnections() const;
     /// Accepted so far.
     [[nodiscard]] int connectionCount() const;
+    /// TLS connections whose encryption is established.
+    [[nodiscard]] int handshakeCount() const;
 
     /// Runs the caller's event loop until the condition holds; false when the time is over.
     [[nodiscard]] bool waitUntil(const std::function<bool()> &condition,

@@ -64,6 +64,13 @@ void ServiceListener::incomingConnection(qintptr descriptor)
         configuration.setPeerVerifyMode(QSslSocket::VerifyNone);
         configuration.setAllowedNextProtocols({QSslConfiguration::NextProtocolHttp1_1});
         socket->setSslConfiguration(configuration);
+        connect(socket, &QSslSocket::encrypted, this, [this] {
+            {
+                const std::lock_guard lock(m_record->mutex);
+                ++m_record->handshakes;
+            }
+            Q_EMIT changed();
+        });
         socket->startServerEncryption();
         startConnection(number, socket);
     }

@@ -31,6 +31,7 @@ struct ServiceRecord {
     std::vector<ServiceRequest> requests;
     std::vector<ClosedConnection> closed;
     int connections = 0;
+    int handshakes = 0;
 };
 
 class ServiceListener final : public QTcpServer {
