@@ -45,11 +45,14 @@ QCoro::Task<ExitCode> CommandRunner::run(CommandLine::Request request) const
 {
     if (const auto *translate = std::get_if<CommandLine::Translate>(&request)) {
         const QString language = translate->language.value_or(rawValue(m_settings.targetLanguage()));
-        co_return co_await generate(translate->text, TranslateTask{language}, translate->overrides);
+        // Named first: GCC 12 destroys an aggregate made within a co_await expression twice.
+        const AITask task = TranslateTask{language};
+        co_return co_await generate(translate->text, task, translate->overrides);
     }
     if (const auto *polish = std::get_if<CommandLine::Polish>(&request)) {
         const PolishMode mode = polish->mode.value_or(m_settings.polishMode());
-        co_return co_await generate(polish->text, PolishTask{mode}, polish->overrides);
+        const AITask task = PolishTask{mode};
+        co_return co_await generate(polish->text, task, polish->overrides);
     }
     if (const auto *prompt = std::get_if<CommandLine::Prompt>(&request)) {
         const std::vector<CustomPrompt> &prompts = m_settings.customPrompts();

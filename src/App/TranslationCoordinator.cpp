@@ -160,7 +160,9 @@ QCoro::Task<void> TranslationCoordinator::generate(Weak self, QString text, AITa
     const std::unique_ptr<AIProvider> provider = self->m_with.providers.provider(config.providerType);
     FloatingResultViewModel::Phase phase;
     try {
-        phase = FloatingResultViewModel::Success{co_await provider->generate(text, task, config, stop)};
+        // Awaited by itself: GCC 12 destroys an aggregate made within a co_await expression twice.
+        QString answer = co_await provider->generate(text, task, config, stop);
+        phase = FloatingResultViewModel::Success{std::move(answer)};
     } catch (const std::exception &error) {
         phase = FloatingResultViewModel::Failure{localizedDescription(error)};
     }
