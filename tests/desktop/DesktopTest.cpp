@@ -2,6 +2,7 @@
 
 #include "desktop/BusClient.h"
 #include "desktop/MarkedProcesses.h"
+#include "desktop/Printing.h"
 #include "desktop/TextEditor.h"
 
 #include <gtest/gtest.h>

@@ -120,6 +120,29 @@ void Keyboard::type(const QString &text)
     }
 }
 
+bool Keyboard::isTaken(const QString &combination)
+{
+    static const QMap<QString, quint16> masks{{u"Ctrl"_s, XCB_MOD_MASK_CONTROL},
+                                              {u"Alt"_s, XCB_MOD_MASK_1},
+                                              {u"Shift"_s, XCB_MOD_MASK_SHIFT},
+                                              {u"Super"_s, XCB_MOD_MASK_4}};
+    QStringList names = combination.split(u'+', Qt::SkipEmptyParts);
+    const xcb_keycode_t code = strokeFor(keysymForName(names.takeLast())).code;
+    quint16 modifiers = 0;
+    for (const QString &name : names)
+        modifiers = static_cast<quint16>(modifiers | masks.value(name));
+    // With the server grabbed nobody else can come between, and find the combination taken by this very look.
+    xcb_connection_t *connection = m_session.connection();
+    xcb_grab_server(connection);
+    const XReply<xcb_generic_error_t> refusal(
+        xcb_request_check(connection, xcb_grab_key_checked(connection, 1, m_session.root(), modifiers, code,
+                                                           XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC)));
+    xcb_ungrab_key(connection, code, m_session.root(), modifiers);
+    xcb_ungrab_server(connection);
+    m_session.synchronize();
+    return refusal && refusal->error_code == XCB_ACCESS;
+}
+
 std::vector<xcb_keycode_t> Keyboard::keysDown() const
 {
     const XReply<xcb_query_keymap_reply_t> reply(

@@ -33,6 +33,8 @@ public:
     void keyUp(const QString &key);
     /// Types any text; characters the layout lacks are put on a spare key, and stay there. '\n' is Return.
     void type(const QString &text);
+    /// Whether another program has a grab on the combination (modifiers first, one key last). Nothing is left grabbed.
+    [[nodiscard]] bool isTaken(const QString &combination);
     /// The keys the server holds to be down now, as key codes.
     [[nodiscard]] std::vector<xcb_keycode_t> keysDown() const;
 

@@ -1,6 +1,7 @@
 #include "desktop/TranslateProgram.h"
 
 #include <QCoreApplication>
+#include <QTimer>
 
 namespace orvesa::desktop {
 
@@ -81,6 +82,18 @@ Process &TranslateProgram::start(const EnvironmentChanges &changes)
         return !m_desktop.accessibles().application(m_process->pid()).role().isEmpty() || !m_process->isRunning();
     };
     waitUntil(answers, u"the program to answer on the accessibility bus"_s);
+    if (!m_process->isRunning())
+        throw DesktopError(u"the program ended at its start: %1"_s.arg(QString::fromUtf8(m_process->standardError())));
+    return *m_process;
+}
+
+Process &TranslateProgram::startUnheard(const EnvironmentChanges &changes)
+{
+    m_process = &m_desktop.launch(m_path, {}, prepared(changes));
+    QTimer look; // the server tells nobody of a new grab
+    look.start(std::chrono::milliseconds(5));
+    waitUntil([this] { return m_desktop.keyboard().isTaken(u"Alt+d"_s) || !m_process->isRunning(); },
+              u"the program's shortcut"_s);
     if (!m_process->isRunning())
         throw DesktopError(u"the program ended at its start: %1"_s.arg(QString::fromUtf8(m_process->standardError())));
     return *m_process;

@@ -35,6 +35,8 @@ public:
 
     /// Starts the utility, and returns once its event loop runs and its shortcuts are in place.
     Process &start(const EnvironmentChanges &changes = {});
+    /// The same where its answers on the accessibility bus cannot be had: waits for its shortcut on the keyboard.
+    Process &startUnheard(const EnvironmentChanges &changes = {});
     /// Starts it with arguments and waits for its end.
     ProcessResult run(const QStringList &arguments, const EnvironmentChanges &changes = {},
                       const QByteArray &input = {}, std::chrono::milliseconds deadline = usualDeadline);

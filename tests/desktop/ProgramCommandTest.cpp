@@ -1,0 +1,106 @@
+// The product's command line, without a display, over real HTTP, with the desktop's own key store.
+
+#include "desktop/ProgramFixture.h"
+
+namespace orvesa::desktop {
+
+using namespace Qt::StringLiterals;
+using service::ServiceResponse;
+
+class ProgramCommand : public ProgramFixture {
+protected:
+    ProcessResult command(const QStringList &arguments, const QByteArray &input = {})
+    {
+        return program->run(arguments, desktop->withoutDisplay(), input);
+    }
+};
+
+TEST_F(ProgramCommand, TranslatePrintsTheTrimmedAnswerOnly)
+{
+    setUp();
+    service.setScript({answer(u"\n  こんにちは \n\n"_s)});
+    const ProcessResult result =
+        command({u"translate"_s, u"--to"_s, u"Japanese"_s, u"--provider"_s, u"openAI"_s}, "Hello\n");
+    EXPECT_EQ(result.exitCode, 0) << result.standardError.constData();
+    EXPECT_EQ(result.standardOutput, QByteArray("こんにちは\n"));
+    EXPECT_TRUE(result.standardError.isEmpty()) << result.standardError.constData();
+    ASSERT_EQ(service.requests().size(), 1U);
+    EXPECT_EQ(service.requests().front().header("authorization"), "Bearer " + key);
+    EXPECT_TRUE(service.requests().front().body.contains("Japanese"));
+}
+
+TEST_F(ProgramCommand, PolishTakesItsTextFromTheArguments)
+{
+    setUp();
+    service.setScript({answer(u"Short."_s)});
+    const ProcessResult result = command({u"polish"_s, u"--mode"_s, u"concise"_s, u"a"_s, u"long"_s, u"text"_s});
+    EXPECT_EQ(result.exitCode, 0) << result.standardError.constData();
+    EXPECT_EQ(result.standardOutput, "Short.\n");
+    ASSERT_EQ(service.requests().size(), 1U);
+    EXPECT_TRUE(service.requests().front().body.contains("a long text"));
+}
+
+TEST_F(ProgramCommand, FailuresEndWithOneAndSayWhy)
+{
+    setUp();
+    service.setScript({ServiceResponse::text(503, "busy")});
+    const ProcessResult refused = command({u"translate"_s}, "Hello");
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_TRUE(refused.standardOutput.isEmpty());
+    EXPECT_TRUE(refused.standardError.startsWith("API request failed: ")) << refused.standardError.constData();
+    EXPECT_TRUE(refused.standardError.contains("busy"));
+
+    const ProcessResult empty = command({u"translate"_s}, " \n");
+    EXPECT_EQ(empty.exitCode, 1);
+    EXPECT_EQ(empty.standardError, "No text is selected. Select some text in any app and try again.\n");
+    EXPECT_EQ(service.requests().size(), 1U);
+}
+
+TEST_F(ProgramCommand, WrongUsageEndsWithTwo)
+{
+    setUp();
+    for (const QStringList &arguments :
+         {QStringList{u"no-such-command"_s}, QStringList{u"translate"_s, u"--no-such-option"_s, u"text"_s},
+          QStringList{u"polish"_s, u"--mode"_s, u"loud"_s, u"text"_s},
+          QStringList{u"translate"_s, u"--provider"_s, u"nobody"_s, u"text"_s}}) {
+        const ProcessResult result = command(arguments);
+        EXPECT_EQ(result.exitCode, 2) << arguments.join(u' ').toStdString();
+        EXPECT_FALSE(result.standardError.isEmpty());
+        EXPECT_TRUE(result.standardOutput.isEmpty());
+    }
+    EXPECT_TRUE(service.requests().empty());
+}
+
+TEST_F(ProgramCommand, HelpAndVersionNeedNothing)
+{
+    DesktopOptions options;
+    options.windowManager = WindowManager::none;
+    options.sessionBus = SessionBus::none;
+    setUp(options);
+    EXPECT_EQ(command({u"--version"_s}).exitCode, 0);
+    const ProcessResult help = command({u"--help"_s});
+    EXPECT_EQ(help.exitCode, 0);
+    EXPECT_TRUE(help.standardOutput.contains("translate"));
+}
+
+TEST_F(ProgramCommand, WithoutAKeyStoreItSaysThatTheKeyIsMissing)
+{
+    for (const KeyStore store : {KeyStore::absent, KeyStore::locked}) {
+        DesktopOptions options;
+        options.keyStore = store;
+        options.windowManager = WindowManager::none;
+        setUp(options);
+        const ProcessResult result = command({u"translate"_s}, "Hello");
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_EQ(QString::fromUtf8(result.standardError.trimmed()), missingKeyMessage);
+    }
+    DesktopOptions options;
+    options.sessionBus = SessionBus::none;
+    options.windowManager = WindowManager::none;
+    setUp(options);
+    const ProcessResult result = command({u"translate"_s}, "Hello");
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(QString::fromUtf8(result.standardError.trimmed()), missingKeyMessage);
+}
+
+} // namespace orvesa::desktop
