@@ -26,8 +26,8 @@ TEST(JSONAnswerTest, takesObjectsOnly)
 {
     EXPECT_FALSE(isInvalid("{}"));
     EXPECT_FALSE(isInvalid(" {\"a\":[1,2,{\"b\":null}]} \n"));
-    for (const QByteArray &body : {"", " ", "[]", "null", "1", "\"text\"", "{", "{}x", "{\"a\":1", "{\"a\":1,}",
-                                   "{'a':1}", "<html></html>", "{\"a\":1e999999}"}) {
+    for (const QByteArray body : {"", " ", "[]", "null", "1", "\"text\"", "{", "{}x", "{\"a\":1", "{\"a\":1,}",
+                                  "{'a':1}", "<html></html>", "{\"a\":1e999999}"}) {
         EXPECT_TRUE(isInvalid(body)) << body.toStdString();
     }
 }

@@ -22,7 +22,7 @@ struct WireRow {
 class EveryProviderTest : public ProviderTest, public ::testing::WithParamInterface<WireRow> {
 protected:
     [[nodiscard]] AIProviderType type() const { return GetParam().type; }
-    [[nodiscard]] AIProviderConfig config() const { return {.providerType = type(), .model = u"m"_s}; }
+    [[nodiscard]] AIProviderConfig config() const { return configFor(u"m"_s); }
     [[nodiscard]] Outcome<bool> validated(const QString &key)
     {
         const auto provider = m_factory.provider(type());
@@ -62,7 +62,7 @@ TEST_P(EveryProviderTest, sendsTheKeyWithItsBlanks)
 TEST_P(EveryProviderTest, aMissingOrBlankKeySendsNothing)
 {
     EXPECT_TRUE(generate(type(), config()).hasKind(AppError::Kind::missingAPIKey));
-    for (const QByteArray &key : {"", "   ", " \n\t", "\u3000\u00a0"}) {
+    for (const QByteArray key : {"", "   ", " \n\t", "\u3000\u00a0"}) {
         storeKey(type(), key);
         EXPECT_TRUE(generate(type(), config()).hasKind(AppError::Kind::missingAPIKey));
     }
@@ -213,7 +213,7 @@ TEST_P(ChatProviderTest, blanksAreAnEmptyAnswerAndNothingIsNone)
 
 TEST_P(ChatProviderTest, everyRequiredMemberIsRequired)
 {
-    for (const QByteArray &body :
+    for (const QByteArray body :
          {"{\"choices\":null}", "{\"choices\":{}}", "{\"choices\":[1]}", "{\"choices\":[{}]}",
           "{\"choices\":[{\"message\":null}]}", "{\"choices\":[{\"message\":{\"content\":\"x\"}}]}",
           "{\"choices\":[{\"message\":{\"role\":\"assistant\"}}]}",
@@ -272,7 +272,7 @@ TEST_F(AnthropicProviderTest, aRefusalIsAFailureWhateverTheText)
 
 TEST_F(AnthropicProviderTest, everyOtherReasonToStopIsFine)
 {
-    for (const QByteArray &reason :
+    for (const QByteArray reason :
          {"", ",\"stop_reason\":null", ",\"stop_reason\":\"max_tokens\"", ",\"stop_reason\":\"Refusal\""}) {
         EXPECT_EQ(generated(type, "{\"content\":[{\"type\":\"text\",\"text\":\"cut o\"}]" + reason + '}').value,
                   u"cut o"_s);
@@ -281,7 +281,7 @@ TEST_F(AnthropicProviderTest, everyOtherReasonToStopIsFine)
 
 TEST_F(AnthropicProviderTest, withoutTextThereIsNoAnswer)
 {
-    for (const QByteArray &body :
+    for (const QByteArray body :
          {"{\"content\":[]}", "{\"content\":[{\"type\":\"tool_use\",\"id\":\"t\",\"input\":{}}]}",
           "{\"content\":[{\"type\":\"text\",\"text\":\" \\n\"}]}", "{\"content\":[{\"type\":\"Text\",\"text\":\"x\"}]}",
           "{\"stop_reason\":\"end_turn\"}", "{\"stop_reason\":\"refusal\"}", "{\"content\":null}",
@@ -318,7 +318,7 @@ TEST_F(GeminiProviderTest, aModelThatMakesNoAddressSendsNothing)
 {
     storeKey(type, "key");
     for (const QString &model : {u"two words"_s, u"日本"_s, u"a%b"_s, u"a\nb"_s, u"<m>"_s}) {
-        EXPECT_TRUE(generate(type, {.model = model}).hasKind(AppError::Kind::invalidAPIResponse))
+        EXPECT_TRUE(generate(type, configFor(model)).hasKind(AppError::Kind::invalidAPIResponse))
             << model.toStdString();
     }
     EXPECT_EQ(m_service.connectionCount(), 0);
@@ -336,14 +336,14 @@ TEST_F(GeminiProviderTest, joinsThePartsOfTheFirstCandidate)
 
 TEST_F(GeminiProviderTest, withoutTextThereIsNoAnswer)
 {
-    for (const QByteArray &body : {"{}", "{\"candidates\":null}", "{\"candidates\":[]}", "{\"candidates\":[{}]}",
-                                   "{\"candidates\":[{\"content\":{}}]}", "{\"candidates\":[{\"content\":null}]}",
-                                   "{\"candidates\":[{\"content\":{\"parts\":[]}}]}",
-                                   "{\"candidates\":[{\"content\":{\"parts\":[{\"text\":\" \"}]}}]}",
-                                   "{\"promptFeedback\":{\"blockReason\":\"SAFETY\"}}",
-                                   "{\"candidates\":[{},{\"content\":{\"parts\":[{\"text\":\"second\"}]}}]}",
-                                   "{\"candidates\":[{\"content\":{\"parts\":[{\"text\":1}]}}]}",
-                                   "{\"candidates\":[{\"content\":{\"parts\":{}}}]}", "{\"candidates\":[1]}"}) {
+    for (const QByteArray body : {"{}", "{\"candidates\":null}", "{\"candidates\":[]}", "{\"candidates\":[{}]}",
+                                  "{\"candidates\":[{\"content\":{}}]}", "{\"candidates\":[{\"content\":null}]}",
+                                  "{\"candidates\":[{\"content\":{\"parts\":[]}}]}",
+                                  "{\"candidates\":[{\"content\":{\"parts\":[{\"text\":\" \"}]}}]}",
+                                  "{\"promptFeedback\":{\"blockReason\":\"SAFETY\"}}",
+                                  "{\"candidates\":[{},{\"content\":{\"parts\":[{\"text\":\"second\"}]}}]}",
+                                  "{\"candidates\":[{\"content\":{\"parts\":[{\"text\":1}]}}]}",
+                                  "{\"candidates\":[{\"content\":{\"parts\":{}}}]}", "{\"candidates\":[1]}"}) {
         EXPECT_TRUE(isInvalid(type, body)) << body.toStdString();
     }
 }
@@ -360,7 +360,7 @@ TEST_F(ProviderTest, aModelOnlyAtTheOtherChatServiceGoesThere)
     storeKey(AIProviderType::xAI, "second");
     other.setResponder([](const Request &request) { return service::protocolResponse(request, u"x"_s); });
     ASSERT_TRUE(
-        outcome(factory.provider(AIProviderType::xAI)->generate(u"abc"_s, PolishTask{}, {.model = u"m"_s})).value);
+        outcome(factory.provider(AIProviderType::xAI)->generate(u"abc"_s, PolishTask{}, configFor(u"m"_s))).value);
     EXPECT_EQ(other.requests().at(0).header("Authorization"), "Bearer second");
     EXPECT_EQ(m_service.connectionCount(), 0);
 }

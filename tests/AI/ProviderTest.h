@@ -24,6 +24,14 @@ protected:
         return ServiceAddresses(environment);
     }
 
+    [[nodiscard]] static AIProviderConfig configFor(const QString &model, bool thinking = false)
+    {
+        AIProviderConfig config;
+        config.model = model;
+        config.thinkingEnabled = thinking;
+        return config;
+    }
+
     void storeKey(AIProviderType type, const QByteArray &key)
     {
         m_store.setItem(QStringLiteral("service"), keychainAccount(type), key);
@@ -41,7 +49,7 @@ protected:
     {
         storeKey(type, "key");
         m_service.setScript({Response::json(body)});
-        return generate(type, {.providerType = type, .model = QStringLiteral("m")});
+        return generate(type, configFor(QStringLiteral("m")));
     }
 
     [[nodiscard]] bool isInvalid(AIProviderType type, const QByteArray &body)
@@ -55,7 +63,7 @@ protected:
         storeKey(type, "key");
         m_service.setResponder(
             [](const Request &request) { return service::protocolResponse(request, QStringLiteral("fine")); });
-        const auto result = generate(type, {.providerType = type, .model = model, .thinkingEnabled = thinking});
+        const auto result = generate(type, configFor(model, thinking));
         EXPECT_EQ(result.value, QStringLiteral("fine"));
         return m_service.requests().back().body;
     }
