@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QElapsedTimer>
 
 #include <optional>
@@ -27,6 +29,16 @@ desktop::DesktopOptions withStore(KeyStore store)
     options.accessibility = desktop::Accessibility::none;
     options.keyStore = store;
     return options;
+}
+
+/// The desktop's way of showing the store's prompts.
+void startPrompter(desktop::Desktop &desktop)
+{
+    desktop.launch(u"/usr/libexec/gcr-prompter"_s);
+    QDBusConnectionInterface &bus = *QDBusConnection::sessionBus().interface();
+    QObject::connect(&bus, &QDBusConnectionInterface::serviceRegistered, &bus, [] {});
+    waitUntil([&bus] { return bus.isServiceRegistered(u"org.gnome.keyring.SystemPrompter"_s).value(); },
+              u"the prompter"_s);
 }
 
 template <typename Result>
@@ -100,11 +112,7 @@ TEST(SecretServiceKeyStoreTest, LabelsAnItemForItsReader)
 
 TEST(SecretServiceKeyStoreTest, SaysThatNobodyIsThereToUnlock)
 {
-    // The store runs, its prompter has no screen to show itself on.
-    desktop::DesktopOptions options = withStore(KeyStore::locked);
-    options.environment.insert(u"GCR_PROMPTER_UNUSED"_s, u"1"_s);
-    AdoptedDesktop desktop(options);
-    desktop->runToEnd(u"dbus-update-activation-environment"_s, {u"DISPLAY=:99999"_s});
+    AdoptedDesktop desktop(withStore(KeyStore::locked)); // and nothing that could show its prompt
     SecretServiceKeyStore store(u"Orvesa Translate"_s, {.answer = 5s, .prompt = 8s});
     EXPECT_EQ(ended(store.add(query, "sk")), KeyStoreStatus::interactionNotAllowed);
 }
@@ -112,6 +120,7 @@ TEST(SecretServiceKeyStoreTest, SaysThatNobodyIsThereToUnlock)
 TEST(SecretServiceKeyStoreTest, SaysWhenThePromptIsNotAnswered)
 {
     AdoptedDesktop desktop(withStore(KeyStore::locked));
+    startPrompter(*desktop);
     SecretServiceKeyStore store(u"Orvesa Translate"_s, {.answer = 5s, .prompt = 1500ms});
     QElapsedTimer timer;
     timer.start();
@@ -123,6 +132,7 @@ TEST(SecretServiceKeyStoreTest, SaysWhenThePromptIsNotAnswered)
 TEST(SecretServiceKeyStoreTest, SaysWhenThePromptIsDismissed)
 {
     AdoptedDesktop desktop(withStore(KeyStore::locked));
+    startPrompter(*desktop);
     SecretServiceKeyStore store(u"Orvesa Translate"_s);
     const auto result = std::make_shared<std::optional<qint32>>();
     keep(store.add(query, "sk"), result);
@@ -178,6 +188,7 @@ TEST(SecretServiceKeyStoreTest, NeedsNoLiveSessionBusToSaySo)
 TEST(SecretServiceKeyStoreTest, EndsWhatRunsWhenItGoes)
 {
     AdoptedDesktop desktop(withStore(KeyStore::locked));
+    startPrompter(*desktop);
     auto store = std::make_unique<SecretServiceKeyStore>(u"Orvesa Translate"_s);
     const auto result = std::make_shared<std::optional<qint32>>();
     keep(store->add(query, "sk"), result);

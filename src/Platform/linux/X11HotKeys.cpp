@@ -56,17 +56,33 @@ bool X11HotKeys::prepare()
     }
     m_prepared = true;
     m_token = m_connection.addEventHandler([this](const xcb_generic_event_t &event) { handle(event); });
-    // With detectable repeat a held key sends presses only, and its one release means that it was let go.
-    xcb_connection_t *const raw = m_connection.connection();
-    if (m_connection.reply(xcb_xkb_use_extension_reply,
-                           xcb_xkb_use_extension(raw, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION))) {
-        constexpr quint32 detectable = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
-        (void)m_connection.reply(
-            xcb_xkb_per_client_flags_reply,
-            xcb_xkb_per_client_flags(raw, XCB_XKB_ID_USE_CORE_KBD, detectable, detectable, 0, 0, 0));
-    }
+    useKeyboardExtension();
     m_modifiers = X11Modifiers::read(m_connection);
     return true;
+}
+
+void X11HotKeys::useKeyboardExtension()
+{
+    xcb_connection_t *const raw = m_connection.connection();
+    const xcb_query_extension_reply_t *const extension = xcb_get_extension_data(raw, &xcb_xkb_id);
+    m_connection.settle();
+    if (extension == nullptr || extension->present == 0 ||
+        !m_connection.reply(xcb_xkb_use_extension_reply,
+                            xcb_xkb_use_extension(raw, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION))) {
+        return;
+    }
+    // With detectable repeat a held key sends presses only, and its one release means that it was let go.
+    constexpr quint32 detectable = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
+    (void)m_connection.reply(
+        xcb_xkb_per_client_flags_reply,
+        xcb_xkb_per_client_flags(raw, XCB_XKB_ID_USE_CORE_KBD, detectable, detectable, 0, 0, 0));
+    // A client of this extension is told of changes through its events, and no longer by the core protocol's.
+    constexpr quint16 events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
+    constexpr quint16 symbolsAndModifiers = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
+    xcb_xkb_select_events(raw, XCB_XKB_ID_USE_CORE_KBD, events, 0, events, symbolsAndModifiers, symbolsAndModifiers,
+                          nullptr);
+    m_keyboardEvent = extension->first_event;
+    m_connection.settle();
 }
 
 qint32 X11HotKeys::installHandler(Handler handler)
@@ -182,31 +198,32 @@ void X11HotKeys::grabAllAnew()
 
 void X11HotKeys::handle(const xcb_generic_event_t &event)
 {
-    switch (event.response_type & eventTypeMask) {
-    case XCB_KEY_PRESS:
+    const auto type = static_cast<quint8>(event.response_type & eventTypeMask);
+    if (type == XCB_KEY_PRESS) {
         press(reinterpret_cast<const xcb_key_press_event_t &>(event));
-        break;
-    case XCB_KEY_RELEASE:
+    } else if (type == XCB_KEY_RELEASE) {
         release(reinterpret_cast<const xcb_key_release_event_t &>(event));
-        break;
-    case XCB_MAPPING_NOTIFY:
-        // A change of layout sends several of these; one look at the new state serves them all.
-        if (!m_regrabScheduled) {
-            m_regrabScheduled = true;
-            QMetaObject::invokeMethod(
-                &m_connection,
-                [this, alive = std::weak_ptr<bool>(m_alive)] {
-                    if (!alive.expired()) {
-                        m_regrabScheduled = false;
-                        grabAllAnew();
-                    }
-                },
-                Qt::QueuedConnection);
-        }
-        break;
-    default:
-        break;
+    } else if (type == XCB_MAPPING_NOTIFY || (m_keyboardEvent != 0 && type == m_keyboardEvent)) {
+        scheduleGrabAllAnew();
     }
+}
+
+void X11HotKeys::scheduleGrabAllAnew()
+{
+    // A change of layout sends several events; one look at the new state serves them all.
+    if (m_regrabScheduled) {
+        return;
+    }
+    m_regrabScheduled = true;
+    QMetaObject::invokeMethod(
+        &m_connection,
+        [this, alive = std::weak_ptr<bool>(m_alive)] {
+            if (!alive.expired()) {
+                m_regrabScheduled = false;
+                grabAllAnew();
+            }
+        },
+        Qt::QueuedConnection);
 }
 
 void X11HotKeys::press(const xcb_key_press_event_t &event)

@@ -38,11 +38,13 @@ private:
     };
 
     bool prepare();
+    void useKeyboardExtension();
     void handle(const xcb_generic_event_t &event);
     void press(const xcb_key_press_event_t &event);
     void release(const xcb_key_release_event_t &event);
     [[nodiscard]] qint32 grab(HotKey &hotKey);
     void ungrab(HotKey &hotKey);
+    void scheduleGrabAllAnew();
     void grabAllAnew();
     /// Keeps the application in front from taking the coming release of Alt for "open the menu bar".
     void spoilLoneAlt();
@@ -51,6 +53,7 @@ private:
     X11Connection::HandlerToken m_token = 0;
     X11Modifiers m_modifiers;
     bool m_prepared = false;
+    quint8 m_keyboardEvent = 0; ///< the number of the keyboard extension's events; 0 without it
     bool m_regrabScheduled = false;
     HotKeyRef m_lastReference = 0;
     std::map<HotKeyRef, HotKey> m_hotKeys;

@@ -1,0 +1,135 @@
+#include "Platform/linux/LocalePreferredLanguages.h"
+#include "Platform/linux/MacKeyCodes.h"
+#include "Platform/linux/QtClock.h"
+#include "Platform/linux/QtPasteboard.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QProcess>
+#include <QProcessEnvironment>
+
+#include <algorithm>
+#include <set>
+
+#include <linux/input-event-codes.h>
+
+namespace orvesa {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+TEST(MacKeyCodesTest, GoesThereAndBack)
+{
+    std::set<quint32> macCodes;
+    std::set<quint32> evdevCodes;
+    for (const MacKeyCodes::Pair &pair : MacKeyCodes::all()) {
+        EXPECT_EQ(MacKeyCodes::toEvdev(pair.macCode), pair.evdevCode);
+        EXPECT_EQ(MacKeyCodes::fromEvdev(pair.evdevCode), pair.macCode);
+        EXPECT_TRUE(macCodes.insert(pair.macCode).second) << pair.macCode;
+        EXPECT_TRUE(evdevCodes.insert(pair.evdevCode).second) << pair.evdevCode;
+        EXPECT_LT(pair.macCode, 0x80U);
+    }
+    EXPECT_TRUE(std::ranges::is_sorted(MacKeyCodes::all(), {}, &MacKeyCodes::Pair::macCode));
+}
+
+TEST(MacKeyCodesTest, KnowsEveryKeyThatShortcutsUse)
+{
+    for (quint32 code = 0; code <= 0x33; ++code) { // letters, digits, punctuation, Return, Tab, Space, Delete
+        EXPECT_TRUE(MacKeyCodes::toEvdev(code)) << code;
+    }
+    const std::vector<std::pair<quint32, quint32>> samples{
+        {0x00, KEY_A},   {0x01, KEY_S},  {0x02, KEY_D},     {0x08, KEY_C},    {0x23, KEY_P},      {0x31, KEY_SPACE},
+        {0x35, KEY_ESC}, {0x60, KEY_F5}, {0x7a, KEY_F1},    {0x6f, KEY_F12},  {0x5a, KEY_F20},    {0x52, KEY_KP0},
+        {0x5c, KEY_KP9}, {0x5d, KEY_YEN}, {0x5e, KEY_RO},   {0x0a, KEY_102ND}, {0x75, KEY_DELETE}, {0x7e, KEY_UP},
+    };
+    for (const auto &[mac, evdev] : samples) {
+        EXPECT_EQ(MacKeyCodes::toEvdev(mac), evdev) << mac;
+    }
+    EXPECT_EQ(MacKeyCodes::toEvdev(0x34), std::nullopt);
+    EXPECT_EQ(MacKeyCodes::toEvdev(0xffffffff), std::nullopt);
+    EXPECT_EQ(MacKeyCodes::fromEvdev(KEY_BRIGHTNESSUP), std::nullopt);
+}
+
+namespace {
+
+/// What a process with this environment finds.
+QByteArrayList languages(const QString &language, const QString &languageList = {})
+{
+    QProcessEnvironment environment;
+    environment.insert(u"LANG"_s, language);
+    if (!languageList.isEmpty()) {
+        environment.insert(u"LANGUAGE"_s, languageList);
+    }
+    QProcess probe;
+    probe.setProcessEnvironment(environment);
+    probe.start(QStringLiteral(ORVESA_LANGUAGES_PROBE), QStringList());
+    EXPECT_TRUE(probe.waitForFinished(10000));
+    return probe.readAllStandardOutput().trimmed().split('\n');
+}
+
+QCoro::Task<void> note(QtClock &clock, std::chrono::milliseconds duration, std::stop_token stop, bool &isOver)
+{
+    co_await clock.sleep(duration, stop);
+    isOver = true;
+}
+
+/// Milliseconds until the sleep was over.
+qint64 timeUntil(const bool &isOver)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!isOver && timer.elapsed() < 5000) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    return timer.elapsed();
+}
+
+} // namespace
+
+TEST(LocalePreferredLanguagesTest, FollowsTheEnvironment)
+{
+    EXPECT_EQ(languages(u"ja_JP.UTF-8"_s).first(), "ja-JP");
+    EXPECT_EQ(languages(u"en_US.UTF-8"_s).first(), "en-US");
+    const QByteArrayList taiwan = languages(u"zh_TW.UTF-8"_s);
+    EXPECT_TRUE(taiwan.first() == "zh-TW" || taiwan.first() == "zh-Hant-TW") << taiwan.join(' ').constData();
+    const QByteArrayList list = languages(u"en_US.UTF-8"_s, u"ja:zh_TW:en"_s);
+    EXPECT_TRUE(list.first().startsWith("ja")) << list.join(' ').constData();
+    EXPECT_TRUE(std::ranges::any_of(list, [](const QByteArray &tag) { return tag.startsWith("zh"); }))
+        << list.join(' ').constData();
+}
+
+TEST(QtClockTest, SleepsForTheDuration)
+{
+    QtClock clock;
+    bool isOver = false;
+    note(clock, 60ms, {}, isOver);
+    EXPECT_FALSE(isOver);
+    EXPECT_GE(timeUntil(isOver), 55);
+}
+
+TEST(QtClockTest, WakesWhenStopped)
+{
+    QtClock clock;
+    std::stop_source source;
+    bool isOver = false;
+    note(clock, 60s, source.get_token(), isOver);
+    source.request_stop();
+    EXPECT_FALSE(isOver) << "not inside the call that asks";
+    EXPECT_LT(timeUntil(isOver), 1000);
+    EXPECT_TRUE(isOver);
+    bool isOverAtOnce = false;
+    note(clock, 60s, source.get_token(), isOverAtOnce);
+    EXPECT_TRUE(isOverAtOnce);
+}
+
+TEST(QtPasteboardTest, RefusesWithoutADisplay)
+{
+    QtPasteboard pasteboard;
+    pasteboard.clear();
+    EXPECT_FALSE(pasteboard.write({{{QString::fromLatin1(pasteboardPlainText), "text"}}}));
+}
+
+} // namespace orvesa
