@@ -5,7 +5,8 @@ check_pie_supported()
 
 function(orvesa_target target)
     target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}/src")
-    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+    # -pthread comes with some libraries and not with others; precompiled headers want it everywhere or nowhere.
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -pthread)
     if(ORVESA_WARNINGS_AS_ERRORS)
         target_compile_options(${target} PRIVATE -Werror)
     endif()
