@@ -15,7 +15,7 @@ namespace orvesa {
 
 namespace {
 
-constexpr int dialogWidth = 440;
+constexpr int explanationWidth = 400;
 
 struct Texts {
     QString explanation;
@@ -49,14 +49,15 @@ AccessibilityTrustDialog::AccessibilityTrustDialog(std::function<void()> onEnabl
 {
     setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(QCoreApplication::applicationName());
-    setFixedWidth(dialogWidth);
     auto *column = new QVBoxLayout(this);
+    column->setSizeConstraint(QLayout::SetFixedSize);
     column->setContentsMargins(2 * Style::contentMargin, 2 * Style::contentMargin, 2 * Style::contentMargin,
                                Style::contentMargin);
     column->setSpacing(Style::contentMargin);
     QLabel *explanation = makePlainLabel(Style::controlFont(), this);
     explanation->setObjectName(u"explanation"_s);
     explanation->setWordWrap(true);
+    explanation->setFixedWidth(explanationWidth);
     column->addWidget(explanation);
     auto *buttons = new QDialogButtonBox(this);
     QPushButton *enable = buttons->addButton(QString(), QDialogButtonBox::AcceptRole);

@@ -147,11 +147,13 @@ void FloatingResultView::refreshTexts()
 {
     const QString original = Localization::string(L10nKey::panelOriginal);
     const QString result = Localization::string(L10nKey::panelResult);
-    m_sourceCaption->setText(original);
-    m_source->setAccessibleName(original);
-    m_resultCaption->setText(result);
-    m_result->setAccessibleName(result);
-    m_failureText->setAccessibleName(result);
+    if (original != m_sourceCaption->text() || result != m_resultCaption->text()) {
+        m_sourceCaption->setText(original);
+        m_source->setAccessibleName(original);
+        m_resultCaption->setText(result);
+        m_result->setAccessibleName(result);
+        m_failureText->setAccessibleName(result);
+    }
     m_copy->setDescription(Localization::string(L10nKey::panelCopyResult));
     m_retry->setDescription(Localization::string(L10nKey::panelRetry));
 }

@@ -27,8 +27,10 @@ void fill(HeaderPicker &picker, const QString &name)
             picker.setItemText(row, text);
         }
     }
-    picker.setAccessibleName(name);
-    picker.setToolTip(name);
+    if (name != picker.accessibleName()) {
+        picker.setAccessibleName(name);
+        picker.setToolTip(name);
+    }
 }
 
 template <typename Enumeration>

@@ -21,6 +21,9 @@ PanelTitle::PanelTitle(QWidget *parent) : QWidget(parent)
 
 void PanelTitle::setText(const QString &text)
 {
+    if (text == m_text) {
+        return;
+    }
     m_text = text;
     setAccessibleName(text);
     updateGeometry();

@@ -15,8 +15,11 @@ SymbolButton::SymbolButton(QString symbol, Look look, QWidget *parent)
 
 void SymbolButton::setDescription(const QString &text)
 {
-    setToolTip(text);
-    setAccessibleName(text);
+    // Screen readers hear of every assignment, also of an equal text.
+    if (text != accessibleName()) {
+        setToolTip(text);
+        setAccessibleName(text);
+    }
 }
 
 void SymbolButton::setAccent(const QColor &accent)
