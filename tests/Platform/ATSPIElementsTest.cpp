@@ -2,6 +2,7 @@
 
 #include "Platform/AdoptedDesktop.h"
 #include "Platform/linux/ATSPITrust.h"
+#include "Platform/linux/X11HotKeys.h"
 #include "Platform/linux/X11Workspace.h"
 
 #include <gtest/gtest.h>
@@ -133,6 +134,46 @@ TEST_F(ATSPIElementsTest, ReadsOtherToolkits)
             u"the selection in "_s + program.name);
         process.terminate();
     }
+}
+
+TEST_F(ATSPIElementsTest, AShortcutWithAltLeavesTheKeyboardWhereItWas)
+{
+    // Programs of this toolkit take a lone Alt, which is all that they see of the shortcut, for "go to the menu bar".
+    const QString path = m_desktop->folders().write(u"home/note.txt"_s, "El perro duerme.");
+    desktop::Process &process = m_desktop->launch(u"featherpad"_s, {u"--standalone"_s, path});
+    m_desktop->windows().awaitActive(m_desktop->windows().awaitWindow({.pid = process.pid()}));
+    waitUntil(
+        [&] {
+            m_desktop->keyboard().press(u"Ctrl+a"_s);
+            return read() == AccessibilityValue(u"El perro duerme."_s);
+        },
+        u"the editor"_s);
+    X11HotKeys hotKeys(m_connection);
+    int presses = 0;
+    ASSERT_EQ(hotKeys.installHandler([&presses](HotKeyID) {
+        ++presses;
+        return HotKeyStatus::noErr;
+    }),
+              HotKeyStatus::noErr);
+    ASSERT_EQ(hotKeys.registerHotKey(2, 0x800, {0, 1}).status, HotKeyStatus::noErr);
+    bool isReleased = false;
+    const auto token = m_connection.addEventHandler([&isReleased](const xcb_generic_event_t &event) {
+        isReleased = isReleased || (event.response_type & 0x7f) == XCB_KEY_RELEASE;
+    });
+    m_desktop->keyboard().keyDown(u"Alt"_s);
+    m_desktop->keyboard().press(u"d"_s);
+    waitUntil([&isReleased] { return isReleased; }, u"the shortcut"_s);
+    m_desktop->keyboard().keyUp(u"Alt"_s);
+    m_connection.removeEventHandler(token);
+    EXPECT_EQ(presses, 1);
+    m_desktop->keyboard().press(u"Ctrl+a"_s);
+    m_desktop->keyboard().type(u"typed"_s);
+    waitUntil(
+        [&] {
+            m_desktop->keyboard().press(u"Ctrl+a"_s);
+            return read() == AccessibilityValue(u"typed"_s);
+        },
+        u"what was typed"_s);
 }
 
 TEST_F(ATSPIElementsTest, FollowsWhetherTrustIsGiven)

@@ -8,6 +8,7 @@
 #include <optional>
 #include <utility>
 
+#include <xcb/xinput.h>
 #include <xcb/xtest.h>
 
 // The header names a member with a C++ keyword.
@@ -57,6 +58,7 @@ bool X11HotKeys::prepare()
     m_prepared = true;
     m_token = m_connection.addEventHandler([this](const xcb_generic_event_t &event) { handle(event); });
     useKeyboardExtension();
+    useInputExtension();
     m_modifiers = X11Modifiers::read(m_connection);
     return true;
 }
@@ -83,6 +85,29 @@ void X11HotKeys::useKeyboardExtension()
                           nullptr);
     m_keyboardEvent = extension->first_event;
     m_connection.settle();
+}
+
+void X11HotKeys::useInputExtension()
+{
+    xcb_connection_t *const raw = m_connection.connection();
+    const xcb_query_extension_reply_t *const extension = xcb_get_extension_data(raw, &xcb_input_id);
+    m_connection.settle();
+    // From version 2.1 on raw events come whoever holds the keyboard.
+    if (extension != nullptr && extension->present != 0 &&
+        m_connection.reply(xcb_input_xi_query_version_reply, xcb_input_xi_query_version(raw, 2, 2))) {
+        m_inputOpcode = extension->major_opcode;
+    }
+}
+
+void X11HotKeys::listenForReleases(Listening listening)
+{
+    // For all devices, not for all masters: those belong to the mouse monitor on the same connection.
+    struct {
+        xcb_input_event_mask_t head;
+        quint32 mask;
+    } selection{{XCB_INPUT_DEVICE_ALL, 1},
+                listening == Listening::on ? quint32{XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE} : 0};
+    xcb_input_xi_select_events(m_connection.connection(), m_connection.root(), 1, &selection.head);
 }
 
 qint32 X11HotKeys::installHandler(Handler handler)
@@ -202,7 +227,13 @@ void X11HotKeys::handle(const xcb_generic_event_t &event)
     if (type == XCB_KEY_PRESS) {
         press(reinterpret_cast<const xcb_key_press_event_t &>(event));
     } else if (type == XCB_KEY_RELEASE) {
-        release(reinterpret_cast<const xcb_key_release_event_t &>(event));
+        release(reinterpret_cast<const xcb_key_release_event_t &>(event).detail);
+    } else if (type == XCB_GE_GENERIC && m_inputOpcode != 0) {
+        const auto &generic = reinterpret_cast<const xcb_ge_generic_event_t &>(event);
+        if (generic.extension == m_inputOpcode && generic.event_type == XCB_INPUT_RAW_KEY_RELEASE) {
+            release(static_cast<xcb_keycode_t>(
+                reinterpret_cast<const xcb_input_raw_key_release_event_t &>(event).detail));
+        }
     } else if (type == XCB_MAPPING_NOTIFY || (m_keyboardEvent != 0 && type == m_keyboardEvent)) {
         scheduleGrabAllAnew();
     }
@@ -228,7 +259,17 @@ void X11HotKeys::scheduleGrabAllAnew()
 
 void X11HotKeys::press(const xcb_key_press_event_t &event)
 {
-    if (!m_heldKeys.insert(event.detail).second) {
+    const bool isRepeat = !m_heldKeys.insert(event.detail).second;
+    if (m_inputOpcode != 0) {
+        // While the grab is active, toolkits hold that their window has lost the keyboard, and do not tell what is selected in
+        // it. So it gets the keyboard back at once, although the key is still down; its release is heard of in another way.
+        if (!isRepeat && m_heldKeys.size() == 1) {
+            listenForReleases(Listening::on);
+        }
+        xcb_ungrab_keyboard(m_connection.connection(), event.time);
+        m_connection.settle();
+    }
+    if (isRepeat) {
         return;
     }
     const unsigned locks =
@@ -246,9 +287,16 @@ void X11HotKeys::press(const xcb_key_press_event_t &event)
     }
 }
 
-void X11HotKeys::release(const xcb_key_release_event_t &event)
+void X11HotKeys::release(xcb_keycode_t keyCode)
 {
-    if (m_heldKeys.erase(event.detail) != 0 && m_modifiers.alt != 0 && (event.state & m_modifiers.alt) != 0) {
+    if (m_heldKeys.erase(keyCode) == 0) {
+        return;
+    }
+    if (m_heldKeys.empty() && m_inputOpcode != 0) {
+        listenForReleases(Listening::off);
+        m_connection.settle();
+    }
+    if (m_modifiers.alt != 0) {
         spoilLoneAlt();
     }
 }
@@ -268,7 +316,8 @@ void X11HotKeys::spoilLoneAlt()
     xcb_connection_t *const raw = m_connection.connection();
     xcb_test_fake_input(raw, XCB_KEY_PRESS, *control, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
     xcb_test_fake_input(raw, XCB_KEY_RELEASE, *control, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
-    m_connection.settle();
+    // Returns once the server has done it: before whatever the user, or this program, types next.
+    (void)m_connection.reply(xcb_get_input_focus_reply, xcb_get_input_focus(raw));
 }
 
 } // namespace orvesa

@@ -39,9 +39,13 @@ private:
 
     bool prepare();
     void useKeyboardExtension();
+    void useInputExtension();
     void handle(const xcb_generic_event_t &event);
     void press(const xcb_key_press_event_t &event);
-    void release(const xcb_key_release_event_t &event);
+    void release(xcb_keycode_t keyCode);
+    /// Whether releases of keys are told of while no grab is active.
+    enum class Listening { off, on };
+    void listenForReleases(Listening listening);
     [[nodiscard]] qint32 grab(HotKey &hotKey);
     void ungrab(HotKey &hotKey);
     void scheduleGrabAllAnew();
@@ -53,6 +57,7 @@ private:
     X11Connection::HandlerToken m_token = 0;
     X11Modifiers m_modifiers;
     bool m_prepared = false;
+    quint8 m_inputOpcode = 0;   ///< of the input extension's events; 0 without it
     quint8 m_keyboardEvent = 0; ///< the number of the keyboard extension's events; 0 without it
     bool m_regrabScheduled = false;
     HotKeyRef m_lastReference = 0;

@@ -8,6 +8,8 @@
 #include <QtGui/qguiapplication_platform.h>
 
 #include <algorithm>
+#include <array>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -66,8 +68,43 @@ void writeProperties(X11Connection &atoms, QWindow &window)
     setProperty(connection, id, atoms.atom("_NET_WM_STATE"), XCB_ATOM_ATOM, withPanelStates(atoms, connection, id));
     // Both this and the sticky state: one window manager follows the one, another the other.
     setProperty(connection, id, atoms.atom("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, {everyDesktop});
-    // Time 0 asks the window manager not to give the window the focus when it appears.
+    // Time 0 asks the window manager not to give the window the focus when it appears. Where window managers look for it on a
+    // window of its own, Qt does the same for windows that show without activating.
     setProperty(connection, id, atoms.atom("_NET_WM_USER_TIME"), XCB_ATOM_CARDINAL, {0});
+    xcb_flush(connection);
+}
+
+void askWindowManager(xcb_connection_t *connection, xcb_window_t root, xcb_window_t window, xcb_atom_t type,
+                      const std::array<quint32, 4> &data)
+{
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = type;
+    std::ranges::copy(data, std::begin(message.data.data32));
+    xcb_send_event(connection, 0, root, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char *>(&message));
+}
+
+/// Asks for the same once the window is there: a window manager that was still busy with an earlier hiding has wiped what
+/// writeProperties() wrote for this showing.
+void repeatStates(X11Connection &atoms, QWindow &window)
+{
+    constexpr quint32 add = 1;
+    constexpr quint32 fromApplication = 1;
+    xcb_connection_t *const connection = qtConnection();
+    if (connection == nullptr || !atoms.isValid()) {
+        return;
+    }
+    const auto id = static_cast<xcb_window_t>(window.winId());
+    const xcb_atom_t state = atoms.atom("_NET_WM_STATE");
+    askWindowManager(connection, atoms.root(), id, state,
+                     {add, atoms.atom("_NET_WM_STATE_ABOVE"), atoms.atom("_NET_WM_STATE_STICKY"), fromApplication});
+    askWindowManager(
+        connection, atoms.root(), id, state,
+        {add, atoms.atom("_NET_WM_STATE_SKIP_TASKBAR"), atoms.atom("_NET_WM_STATE_SKIP_PAGER"), fromApplication});
+    askWindowManager(connection, atoms.root(), id, atoms.atom("_NET_WM_DESKTOP"), {everyDesktop, fromApplication, 0, 0});
     xcb_flush(connection);
 }
 
@@ -86,11 +123,13 @@ void X11PanelWindow::makePanel(QWindow &window)
 
 bool X11PanelWindow::eventFilter(QObject *watched, QEvent *event)
 {
-    // Sent before the native window is mapped.
-    if (event->type() == QEvent::Show) {
-        if (auto *const window = qobject_cast<QWindow *>(watched)) {
-            writeProperties(m_connection, *window);
-        }
+    auto *const window = qobject_cast<QWindow *>(watched);
+    if (window != nullptr && event->type() == QEvent::Show) { // sent before the native window is mapped
+        m_appearing = window;
+        writeProperties(m_connection, *window);
+    } else if (window != nullptr && event->type() == QEvent::Expose && m_appearing == window && window->isExposed()) {
+        m_appearing = nullptr;
+        repeatStates(m_connection, *window);
     }
     return QObject::eventFilter(watched, event);
 }

@@ -10,6 +10,8 @@
 #include "Platform/linux/X11Connection.h"
 
 #include <QObject>
+#include <QPointer>
+#include <QWindow>
 
 namespace orvesa {
 
@@ -25,6 +27,7 @@ public:
 
 private:
     X11Connection &m_connection;
+    QPointer<QWindow> m_appearing; ///< shown and not yet on the screen
 };
 
 } // namespace orvesa
