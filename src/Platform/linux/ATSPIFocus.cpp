@@ -16,6 +16,7 @@ namespace {
 
 constexpr quint32 canonicalOrder = 1;
 constexpr int mostMatches = 32;
+constexpr int mostAttempts = 24;
 constexpr std::size_t mostSteps = 2000;
 
 QString rootPath()
@@ -34,25 +35,37 @@ ATSPIFocus::ATSPIFocus(ATSPIClient &client) : m_client(client) {}
 
 std::optional<ATSPIReference> ATSPIFocus::find(const QString &busName)
 {
-    const auto window = activeWindow(busName);
-    if (!window) {
-        return std::nullopt;
+    // The application has just been given the keyboard back that the shortcut's grab had taken from it, and may not
+    // have heard of it yet. Each question lets it go on by a step, so asking again is all the waiting that is needed.
+    for (int attempt = 0; attempt < mostAttempts && m_client.mayAsk(busName); ++attempt) {
+        const auto window = activeWindow(busName);
+        if (!window) {
+            continue;
+        }
+        const Result found = search(*window);
+        if (found.way != Way::exhausted) {
+            return searchWithoutMatching(*window);
+        }
+        if (found.element) {
+            return found.element;
+        }
     }
-    if (const Result found = search(*window); found.way == Way::exhausted) {
+    return std::nullopt;
+}
+
+std::optional<ATSPIReference> ATSPIFocus::searchWithoutMatching(const ATSPIReference &window)
+{
+    if (const Result found = lookThroughCache(window); found.way == Way::exhausted) {
         return found.element;
     }
-    if (const Result found = lookThroughCache(*window); found.way == Way::exhausted) {
-        return found.element;
-    }
-    return walk(*window);
+    return walk(window);
 }
 
 std::optional<ATSPIReference> ATSPIFocus::activeWindow(const QString &busName)
 {
     const auto windows = m_client.children({busName, rootPath()});
-    const auto active = std::ranges::find_if(windows, [this](const ATSPIReference &window) {
-        return m_client.states(window).has(ATSPIState::active);
-    });
+    const auto active = std::ranges::find_if(
+        windows, [this](const ATSPIReference &window) { return m_client.states(window).has(ATSPIState::active); });
     return active == windows.end() ? std::nullopt : std::optional(*active);
 }
 
@@ -60,9 +73,9 @@ ATSPIFocus::Result ATSPIFocus::search(const ATSPIReference &window)
 {
     static const QMetaType ruleType = qDBusRegisterMetaType<ATSPIMatchRule>();
     Q_UNUSED(ruleType)
-    const auto answer = m_client.call(window, u"Collection"_s, u"GetMatches"_s,
-                                      {QVariant::fromValue(ATSPIMatchRule{ATSPIState::focused}), canonicalOrder,
-                                       mostMatches, true});
+    const auto answer =
+        m_client.call(window, u"Collection"_s, u"GetMatches"_s,
+                      {QVariant::fromValue(ATSPIMatchRule{ATSPIState::focused}), canonicalOrder, mostMatches, true});
     if (!answer || answer->isEmpty()) {
         return {};
     }
@@ -87,8 +100,7 @@ std::optional<ATSPIReference> ATSPIFocus::preferText(const std::vector<ATSPIRefe
 
 ATSPIFocus::Result ATSPIFocus::lookThroughCache(const ATSPIReference &window)
 {
-    const auto answer =
-        m_client.call({window.busName, u"/org/a11y/atspi/cache"_s}, u"Cache"_s, u"GetItems"_s);
+    const auto answer = m_client.call({window.busName, u"/org/a11y/atspi/cache"_s}, u"Cache"_s, u"GetItems"_s);
     if (!answer || answer->isEmpty()) {
         return {};
     }

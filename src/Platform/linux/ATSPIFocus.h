@@ -1,6 +1,7 @@
 #pragma once
 
-// Finding the element that has the keyboard inside an application, the cheapest way that its toolkit offers. Main thread.
+// Finding the element that has the keyboard inside an application, the cheapest way that its toolkit offers. Main
+// thread.
 
 #include "Platform/linux/ATSPIClient.h"
 
@@ -25,6 +26,7 @@ private:
     [[nodiscard]] std::optional<ATSPIReference> activeWindow(const QString &busName);
     /// By the toolkit's own search (GTK 3, LibreOffice): one call.
     [[nodiscard]] Result search(const ATSPIReference &window);
+    [[nodiscard]] std::optional<ATSPIReference> searchWithoutMatching(const ATSPIReference &window);
     /// By the list of everything that the application keeps (GTK 4): one call.
     [[nodiscard]] Result lookThroughCache(const ATSPIReference &window);
     /// By walking down the window (Qt and others): two to three calls for each element.
