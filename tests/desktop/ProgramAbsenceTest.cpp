@@ -104,20 +104,24 @@ TEST_F(ProgramAbsence, NoTrayUntilOneComes)
     startOver(u"sin bandeja"_s);
     pressTranslate();
     awaitResultWith(u"no tray needed"_s);
-    desktop->startTray(Tray::statusNotifier);
-    EXPECT_FALSE(desktop->tray().awaitItem(program->process().pid()).menuPath.isEmpty());
+    desktop->startTray(Tray::embedding);
+    const xcb_window_t icon = desktop->windows().awaitTrayIcon(program->process().pid());
+    EXPECT_FALSE(desktop->windows().geometry(icon).isEmpty());
 }
 
 TEST_F(ProgramAbsence, NoSessionBus)
 {
-    // The program sees no bus; its panel can still be read.
+    // Nothing of the program can be read then, but its windows can be seen.
     setUp();
-    program->start(desktop->withoutSessionBus());
+    program->startUnheard(desktop->withoutSessionBus());
     editor = std::make_unique<TextEditor>(*desktop, u"sin bus"_s);
     editor->selectAll();
-    EXPECT_FALSE(resultOfPress().isEmpty());
-    EXPECT_TRUE(service.requests().empty()) << "there is no key without a bus";
+    const std::vector<xcb_window_t> before = desktop->windows().mapped({.pid = program->process().pid()});
+    pressTranslate();
+    waitUntil([&] { return desktop->windows().mapped({.pid = program->process().pid()}).size() > before.size(); },
+              u"the panel"_s, messageDeadline);
     EXPECT_TRUE(program->process().isRunning());
+    EXPECT_TRUE(service.requests().empty()) << "nothing can be read and no key be had without a bus";
 }
 
 TEST_F(ProgramAbsence, NoDisplay)

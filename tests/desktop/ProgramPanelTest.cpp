@@ -58,6 +58,23 @@ TEST_P(ProgramPanel, ShowsTheAnswerAndDisturbsNothing)
     EXPECT_TRUE(desktop->keyboard().keysDown().empty());
 }
 
+TEST_P(ProgramPanel, ReadsTheSelectionWhileTheShortcutIsHeld)
+{
+    // As fingers do it: the keys are down for longer than the program needs to read the selection, and repeat.
+    service.setResponder([](const ServiceRequest &) { return answer(u"held"_s); });
+    startOver(u"pulsado"_s);
+    desktop->keyboard().keyDown(u"Alt"_s);
+    desktop->keyboard().keyDown(u"d"_s);
+    awaitResultWith(u"held"_s);
+    processEventsFor(std::chrono::milliseconds(900)); // the server repeats held keys after 660 ms
+    desktop->keyboard().keyUp(u"d"_s);
+    desktop->keyboard().keyUp(u"Alt"_s);
+    EXPECT_EQ(program->result(), u"held"_s);
+    EXPECT_EQ(service.requests().size(), 1U);
+    EXPECT_EQ(editor->content().text(), u"pulsado"_s);
+    waitUntil([&] { return editor->isInUse(); }, u"the editor to be in use again"_s);
+}
+
 TEST_P(ProgramPanel, StaysAboveTheEditorThatIsClickedAndHides)
 {
     service.setScript({answer(u"done"_s)});

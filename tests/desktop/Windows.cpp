@@ -92,6 +92,25 @@ xcb_window_t Windows::awaitWindow(const WindowMatch &match, std::chrono::millise
     return found.front();
 }
 
+xcb_window_t Windows::embeddedBelow(xcb_window_t window, qint64 processIdentifier) const
+{
+    for (const xcb_window_t child : children(window)) {
+        if (!property(child, "_XEMBED_INFO").isEmpty() && isMapped(child) && pid(child) == processIdentifier)
+            return child;
+        if (const xcb_window_t found = embeddedBelow(child, processIdentifier); found != XCB_NONE)
+            return found;
+    }
+    return XCB_NONE;
+}
+
+xcb_window_t Windows::awaitTrayIcon(qint64 processIdentifier, std::chrono::milliseconds deadline)
+{
+    xcb_window_t found = XCB_NONE;
+    waitUntil([&] { return (found = embeddedBelow(root(), processIdentifier)) != XCB_NONE; },
+              u"a tray icon of process %1"_s.arg(processIdentifier), deadline);
+    return found;
+}
+
 void Windows::awaitNoWindow(const WindowMatch &match, std::chrono::milliseconds deadline)
 {
     waitUntil([&] { return mapped(match).empty(); }, u"the window to go"_s, deadline);

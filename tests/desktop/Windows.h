@@ -37,6 +37,8 @@ public:
     [[nodiscard]] std::vector<xcb_window_t> mapped(const WindowMatch &match = {}) const;
     /// The first such window, once one is mapped. Throws DeadlineError.
     xcb_window_t awaitWindow(const WindowMatch &match, std::chrono::milliseconds deadline = usualDeadline);
+    /// The mapped icon window of that process in an embedding tray, once there is one. Throws DeadlineError.
+    xcb_window_t awaitTrayIcon(qint64 pid, std::chrono::milliseconds deadline = usualDeadline);
     /// Until no such window is mapped.
     void awaitNoWindow(const WindowMatch &match, std::chrono::milliseconds deadline = usualDeadline);
     void awaitActive(xcb_window_t window, std::chrono::milliseconds deadline = usualDeadline);
@@ -77,6 +79,7 @@ private:
     [[nodiscard]] bool matches(xcb_window_t window, const WindowMatch &match) const;
     [[nodiscard]] std::vector<xcb_window_t> children(xcb_window_t window) const;
     [[nodiscard]] xcb_window_t client(xcb_window_t topLevel) const;
+    [[nodiscard]] xcb_window_t embeddedBelow(xcb_window_t window, qint64 pid) const;
     [[nodiscard]] xcb_window_t childOfRoot(xcb_window_t window) const;
     void save(const QImage &image, const QString &path) const;
 
