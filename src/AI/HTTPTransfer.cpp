@@ -93,7 +93,6 @@ void HTTPTransfer::watch()
     connect(reply, &QNetworkReply::uploadProgress, this, restart);
     connect(reply, &QNetworkReply::metaDataChanged, this, restart);
     connect(reply, &QNetworkReply::readyRead, this, restart);
-    connect(reply, &QNetworkReply::downloadProgress, this, restart);
     connect(reply, &QNetworkReply::metaDataChanged, this, &HTTPTransfer::readBody);
     connect(reply, &QNetworkReply::readyRead, this, &HTTPTransfer::readBody);
     connect(reply, &QNetworkReply::finished, this, &HTTPTransfer::judge);
@@ -128,14 +127,14 @@ void HTTPTransfer::readBody()
         if (bytes.isEmpty()) {
             return;
         }
-        m_response.body += bytes;
-        isTooLarge = m_response.body.size() > bound;
+        isTooLarge = m_response.body.size() + bytes.size() > bound;
+        m_response.body += isTooLarge ? bytes.first(bound - m_response.body.size()) : bytes;
     }
     if (isWanted) {
         m_response.body.clear();
         fail(u"The answer is larger than %1 MB and was refused."_s.arg(bound / 1024 / 1024));
     } else {
-        succeed();
+        finish();
     }
 }
 
@@ -153,7 +152,7 @@ void HTTPTransfer::judge()
     } else if (isCutShort()) {
         fail(connectionClosed());
     } else {
-        succeed();
+        finish();
     }
 }
 
@@ -182,12 +181,6 @@ QString HTTPTransfer::transportFailure() const
         message.remove(u'?' + m_request.url.query(QUrl::PrettyDecoded));
     }
     return message;
-}
-
-void HTTPTransfer::succeed()
-{
-    m_response.body.truncate(isSuccess(m_response.status) ? m_response.body.size() : APIHTTPClient::maximumErrorBytes);
-    finish();
 }
 
 void HTTPTransfer::fail(const QString &message)

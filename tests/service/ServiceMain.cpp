@@ -7,15 +7,36 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QSocketNotifier>
 #include <QTextStream>
 
+#include <sys/signalfd.h>
+
+#include <csignal>
 #include <cstdio>
 
 using namespace Qt::StringLiterals;
 using namespace orvesa::service;
 
+namespace {
+
+/// Makes the signals that end a program readable, so that the certificate's folder is cleared away in good order.
+/// To be called before any thread starts.
+[[nodiscard]] int endSignals()
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGINT);
+    sigprocmask(SIG_BLOCK, &signals, nullptr);
+    return signalfd(-1, &signals, SFD_CLOEXEC);
+}
+
+} // namespace
+
 int main(int argc, char *argv[])
 {
+    const int signals = endSignals();
     QCoreApplication application(argc, argv);
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Answers like a language-model service, on this machine only."_s);
@@ -37,6 +58,8 @@ int main(int argc, char *argv[])
         service.setResponder(
             [text = parser.value(answer)](const ServiceRequest &request) { return protocolResponse(request, text); });
     }
+    const QSocketNotifier end(signals, QSocketNotifier::Read);
+    QObject::connect(&end, &QSocketNotifier::activated, &application, &QCoreApplication::quit);
     QTextStream output(stdout);
     output << service.port() << Qt::endl;
     if (parser.isSet(tls)) {
