@@ -136,6 +136,28 @@ TEST_F(ATSPIElementsTest, ReadsOtherToolkits)
     }
 }
 
+TEST_F(ATSPIElementsTest, ReadsTheSelectionWhileTheShortcutIsHeld)
+{
+    const Mousepad editor(*m_desktop);
+    m_desktop->keyboard().type(u"held"_s);
+    m_desktop->keyboard().press(u"Ctrl+a"_s);
+    awaitRead(u"held"_s);
+    X11HotKeys hotKeys(m_connection);
+    std::vector<AccessibilityValue> answers;
+    ASSERT_EQ(hotKeys.installHandler([&](HotKeyID) {
+        answers.push_back(read());
+        return HotKeyStatus::noErr;
+    }),
+              HotKeyStatus::noErr);
+    ASSERT_EQ(hotKeys.registerHotKey(2, 0x800, {0, 1}).status, HotKeyStatus::noErr);
+    m_desktop->keyboard().keyDown(u"Alt"_s);
+    m_desktop->keyboard().keyDown(u"d"_s);
+    waitUntil([&answers] { return !answers.empty(); }, u"the shortcut"_s);
+    EXPECT_EQ(answers, std::vector<AccessibilityValue>{u"held"_s});
+    m_desktop->keyboard().keyUp(u"d"_s);
+    m_desktop->keyboard().keyUp(u"Alt"_s);
+}
+
 TEST_F(ATSPIElementsTest, AShortcutWithAltLeavesTheKeyboardWhereItWas)
 {
     // Programs of this toolkit take a lone Alt, which is all that they see of the shortcut, for "go to the menu bar".

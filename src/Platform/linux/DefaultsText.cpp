@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace orvesa::DefaultsText {
 
@@ -127,6 +128,12 @@ std::optional<QString> takeQuoted(QStringView &text)
     return std::nullopt;
 }
 
+template <typename Value>
+std::optional<DefaultsValue> present(Value value)
+{
+    return std::optional<DefaultsValue>(std::in_place, std::in_place_type<Value>, std::move(value));
+}
+
 std::optional<DefaultsValue> parseData(QStringView text)
 {
     if (text.startsWith(u":base64")) {
@@ -135,31 +142,31 @@ std::optional<DefaultsValue> parseData(QStringView text)
         if (!decoded) {
             return std::nullopt;
         }
-        return DefaultsValue(*decoded);
+        return present(*decoded);
     }
     text = text.trimmed();
     const auto content = takeQuoted(text);
     if (!content || !text.trimmed().isEmpty()) {
         return std::nullopt;
     }
-    return DefaultsValue(content->toUtf8());
+    return present(content->toUtf8());
 }
 
 std::optional<DefaultsValue> parseNumber(QStringView text)
 {
     bool isNumber = false;
     if (const qint64 integer = text.toLongLong(&isNumber); isNumber) {
-        return DefaultsValue(integer);
+        return present(integer);
     }
     if (const double real = text.toDouble(&isNumber); isNumber) {
-        return DefaultsValue(real);
+        return present(real);
     }
     if (text == u"nan"_s) {
-        return DefaultsValue(std::numeric_limits<double>::quiet_NaN());
+        return present(std::numeric_limits<double>::quiet_NaN());
     }
     if (text == u"inf"_s || text == u"-inf"_s) {
         const double infinity = std::numeric_limits<double>::infinity();
-        return DefaultsValue(text.front() == u'-' ? -infinity : infinity);
+        return present(text.front() == u'-' ? -infinity : infinity);
     }
     return std::nullopt;
 }
@@ -219,7 +226,7 @@ std::optional<QString> takeKey(QStringView &text)
 std::optional<DefaultsValue> parseValue(QStringView text)
 {
     if (text == u"true" || text == u"false") {
-        return DefaultsValue(text == u"true");
+        return present(text == u"true");
     }
     if (text.startsWith(u"data")) {
         return parseData(text.sliced(4));
@@ -229,7 +236,7 @@ std::optional<DefaultsValue> parseValue(QStringView text)
         if (!content || !text.trimmed().isEmpty()) {
             return std::nullopt;
         }
-        return DefaultsValue(*content);
+        return present(*content);
     }
     return parseNumber(text);
 }
