@@ -4,19 +4,34 @@
 #include "UI/FloatingResultView.h"
 #include "UI/Style.h"
 
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QPainterPath>
 #include <QRegion>
 #include <QVBoxLayout>
 #include <QWindow>
 
+using namespace Qt::StringLiterals;
+
 namespace orvesa {
+
+namespace {
+
+/// Screen readers take the panel for the dialog that it is to them; Qt alone would call it a filler.
+QAccessibleInterface *accessiblePanel(const QString &className, QObject *object)
+{
+    auto *panel = className == "orvesa::FloatingResultPanel"_L1 ? qobject_cast<QWidget *>(object) : nullptr;
+    return panel != nullptr ? new QAccessibleWidget(panel, QAccessible::Dialog) : nullptr;
+}
+
+} // namespace
 
 FloatingResultPanel::FloatingResultPanel(FloatingResultView *content, PanelWindowPort &port,
                                          std::function<void()> onEscape)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint), m_content(content), m_port(port),
       m_onEscape(std::move(onEscape))
 {
+    QAccessible::installFactory(accessiblePanel);
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);

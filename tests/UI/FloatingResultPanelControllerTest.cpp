@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QCursor>
 #include <QScreen>
@@ -55,6 +56,7 @@ TEST_F(FloatingResultPanelControllerTest, ShowsAPanelThatDoesNotActivate)
     EXPECT_EQ(panel()->pos(), QPoint(112, 112));
     EXPECT_TRUE(panel()->testAttribute(Qt::WA_ShowWithoutActivating));
     EXPECT_EQ(panel()->accessibleName(), u"Translate → English"_s);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(panel())->role(), QAccessible::Dialog);
     ASSERT_FALSE(panelWindow.panels().empty());
     EXPECT_TRUE(mouse.isMonitoring());
 }
