@@ -59,10 +59,15 @@ void BenchStage::openEditor()
     }
     letter.close();
     const desktop::Process &editor = m_desktop.launch(u"mousepad"_s, {path});
-    const auto window = m_desktop.windows().awaitWindow({.pid = editor.pid()});
-    m_desktop.windows().focus(window);
+    m_editorWindow = m_desktop.windows().awaitWindow({.pid = editor.pid()});
+    focusEditor();
     m_desktop.keyboard().press(u"Ctrl+a"_s);
     m_desktop.selections().awaitText(desktop::Selection::primary, text);
+}
+
+void BenchStage::focusEditor()
+{
+    m_desktop.windows().focus(m_editorWindow);
 }
 
 desktop::Process &BenchStage::launch(const QString &program, const QStringList &arguments)

@@ -33,6 +33,9 @@ public:
     static void awaitRest(const desktop::Process &process,
                           std::chrono::milliseconds quiet = std::chrono::milliseconds(400));
 
+    /// Gives the editor the keyboard, and returns when it has it.
+    void focusEditor();
+
     [[nodiscard]] desktop::Desktop &desktop() { return m_desktop; }
     [[nodiscard]] service::LoopbackService &service() { return m_service; }
 
@@ -44,6 +47,7 @@ private:
     service::LoopbackService m_service;
     desktop::Desktop m_desktop;
     TrayWatcher m_tray;
+    xcb_window_t m_editorWindow = 0;
 };
 
 } // namespace orvesa::benchmark

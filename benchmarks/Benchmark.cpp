@@ -16,6 +16,9 @@ namespace {
 
 constexpr double nanosecondsPerMillisecond = 1e6;
 constexpr double instructionsPerMillion = 1e6;
+/// Thread pools of the libraries let a thread go that had nothing to do for half a minute. That is the end of the
+/// start, not idling.
+constexpr std::chrono::seconds afterlifeOfThreads{32};
 
 /// Goals are about the ratio to the floor, the distance from it, or the value itself.
 ReportRow withGoal(ReportRow row, const QString &goal, bool met)
@@ -112,11 +115,12 @@ void Benchmark::measureIdle()
         static_cast<void>(m_stage.awaitLoop(*process));
         BenchStage::awaitRest(*process);
     }
-    const qint64 floorBefore = contextSwitchesOf(floor.pid());
-    const qint64 productBefore = contextSwitchesOf(product.pid());
+    desktop::processEventsFor(afterlifeOfThreads);
+    const ThreadSwitches floorBefore = contextSwitchesOf(floor.pid());
+    const ThreadSwitches productBefore = contextSwitchesOf(product.pid());
     desktop::processEventsFor(m_options.idle);
-    m_floor.switches.add(static_cast<double>(contextSwitchesOf(floor.pid()) - floorBefore));
-    m_product.switches.add(static_cast<double>(contextSwitchesOf(product.pid()) - productBefore));
+    m_floor.wakeUps.add(static_cast<double>(wakeUpsBetween(floorBefore, contextSwitchesOf(floor.pid()))));
+    m_product.wakeUps.add(static_cast<double>(wakeUpsBetween(productBefore, contextSwitchesOf(product.pid()))));
 
     const QStringList libraries = mappedLibrariesOf(product.pid());
     m_floor.libraries.add(static_cast<double>(mappedLibrariesOf(floor.pid()).size()));
@@ -158,8 +162,8 @@ void Benchmark::fillStartRows(ReportTable &table) const
     table.add(row(u"idle memory, proportional"_s, u"MB"_s, 1, &ProgramSamples::proportional));
     table.add(withGoal(row(u"idle memory, anonymous"_s, u"MB"_s, 1, &ProgramSamples::anonymous), u"<= floor + 4 MB"_s,
                        anonymous <= 4));
-    table.add(withGoal(row(u"idle wake-ups in %1 s"_s.arg(m_options.idle.count()), u""_s, 0, &ProgramSamples::switches),
-                       u"0"_s, m_product.switches.greatest() == 0));
+    table.add(withGoal(row(u"idle wake-ups in %1 s"_s.arg(m_options.idle.count()), u""_s, 0, &ProgramSamples::wakeUps),
+                       u"0"_s, m_product.wakeUps.greatest() == 0));
     table.add(row(u"mapped libraries"_s, u""_s, 0, &ProgramSamples::libraries));
     ReportRow recognition{.title = u"text recognition libraries mapped"_s,
                           .unit = {},

@@ -29,7 +29,7 @@ private:
         Samples start;
         Samples proportional;
         Samples anonymous;
-        Samples switches;
+        Samples wakeUps;
         Samples instructions;
         Samples libraries;
     };

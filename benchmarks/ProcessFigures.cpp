@@ -52,14 +52,28 @@ MemoryFigures memoryOf(qint64 pid)
             .anonymousMegabytes = static_cast<double>(field(content, "Anonymous")) / kilobytesPerMegabyte};
 }
 
-qint64 contextSwitchesOf(qint64 pid)
+ThreadSwitches contextSwitchesOf(qint64 pid)
 {
-    qint64 switches = 0;
+    ThreadSwitches switches;
     for (const QString &thread : threadFoldersOf(pid)) {
         const QByteArray status = contentOf(thread + u"/status"_s);
-        switches += field(status, "voluntary_ctxt_switches") + field(status, "nonvoluntary_ctxt_switches");
+        switches.emplace(thread,
+                         field(status, "voluntary_ctxt_switches") + field(status, "nonvoluntary_ctxt_switches"));
     }
     return switches;
+}
+
+qint64 wakeUpsBetween(const ThreadSwitches &before, const ThreadSwitches &after)
+{
+    qint64 wakeUps = 0;
+    for (const auto &[thread, switches] : after) {
+        const auto earlier = before.find(thread);
+        wakeUps += earlier == before.end() ? switches : switches - earlier->second;
+    }
+    for (const auto &[thread, switches] : before) {
+        wakeUps += after.contains(thread) ? 0 : 1;
+    }
+    return wakeUps;
 }
 
 qint64 processorTimeOf(qint64 pid)

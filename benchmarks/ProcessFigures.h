@@ -2,8 +2,10 @@
 
 // What the kernel says about a running process. Reads /proc; any thread. A process that has gone gives zeros.
 
+#include <QString>
 #include <QStringList>
-#include <QtGlobal>
+
+#include <map>
 
 namespace orvesa::benchmark {
 
@@ -13,8 +15,11 @@ struct MemoryFigures {
 };
 
 [[nodiscard]] MemoryFigures memoryOf(qint64 pid);
-/// Times that any thread of it was put on a processor: context switches, voluntary or not.
-[[nodiscard]] qint64 contextSwitchesOf(qint64 pid);
+/// For each of its threads, how often it left a processor so far: context switches, voluntary or not.
+using ThreadSwitches = std::map<QString, qint64>;
+[[nodiscard]] ThreadSwitches contextSwitchesOf(qint64 pid);
+/// How often threads of it woke between the two moments. A thread that ended in between counts once.
+[[nodiscard]] qint64 wakeUpsBetween(const ThreadSwitches &before, const ThreadSwitches &after);
 /// Nanoseconds that its threads ran so far.
 [[nodiscard]] qint64 processorTimeOf(qint64 pid);
 /// Paths of the shared libraries and plug-ins that it has mapped.

@@ -41,7 +41,7 @@ PressTimes ShortcutMeasurement::press()
     keyboard.keyUp(u"Alt"_s);
     if (!requested) {
         throw std::runtime_error("the shortcut led to no request; the product said: " +
-                                 m_product.standardError().right(2'000).toStdString());
+                                 m_product.standardError().right(2'000).toStdString() + shownTexts().toStdString());
     }
     const WindowTimes window = m_probe.times(awaitPaintedPanel());
     const qint64 firstByte = m_stage.service().requests().at(requestsBefore).firstByteNanoseconds;
@@ -49,6 +49,15 @@ PressTimes ShortcutMeasurement::press()
     return {.mapped = millisecondsSince(pressed, *window.mapped),
             .painted = millisecondsSince(pressed, *window.painted),
             .request = millisecondsSince(pressed, firstByte)};
+}
+
+QString ShortcutMeasurement::shownTexts() const
+{
+    QString texts;
+    for (const desktop::Accessible &window : m_stage.desktop().accessibles().windows(m_product.pid())) {
+        texts += u'\n' + window.dump();
+    }
+    return texts;
 }
 
 xcb_window_t ShortcutMeasurement::awaitPaintedPanel()
@@ -72,6 +81,8 @@ void ShortcutMeasurement::dismissPanel()
     BenchStage::awaitRest(m_product, betweenPresses);
     m_stage.desktop().pointer().clickAt(emptyCorner);
     m_stage.desktop().windows().awaitNoWindow({.pid = m_product.pid()});
+    // The click on the desktop took the keyboard from the editor.
+    m_stage.focusEditor();
     BenchStage::awaitRest(m_product, betweenPresses);
 }
 

@@ -26,6 +26,8 @@ public:
     [[nodiscard]] PressTimes press();
 
 private:
+    /// What the product's windows say, for the message of a failure.
+    [[nodiscard]] QString shownTexts() const;
     [[nodiscard]] xcb_window_t awaitPaintedPanel();
     void dismissPanel();
 
