@@ -43,7 +43,11 @@ HTTPTransfer::HTTPTransfer(QNetworkAccessManager &manager, const HTTPRequest &re
                            std::chrono::milliseconds idleTimeout, std::stop_token stop)
     : m_request(request)
 {
-    const auto cancel = [this] { fail(QCoreApplication::translate("QNetworkReplyHttpImpl", "Operation canceled")); };
+    // Whoever requests the stop goes on to something else: the end of this is heard of before that begins, not in its
+    // midst.
+    const auto cancel = [this] {
+        fail(QCoreApplication::translate("QNetworkReplyHttpImpl", "Operation canceled"), Resumption::now);
+    };
     if (stop.stop_requested()) {
         cancel();
         return;
@@ -134,7 +138,7 @@ void HTTPTransfer::readBody()
         m_response.body.clear();
         fail(u"The answer is larger than %1 MB and was refused."_s.arg(bound / 1024 / 1024));
     } else {
-        finish();
+        finish(Resumption::fromEventLoop);
     }
 }
 
@@ -152,7 +156,7 @@ void HTTPTransfer::judge()
     } else if (isCutShort()) {
         fail(connectionClosed());
     } else {
-        finish();
+        finish(Resumption::fromEventLoop);
     }
 }
 
@@ -183,27 +187,29 @@ QString HTTPTransfer::transportFailure() const
     return message;
 }
 
-void HTTPTransfer::fail(const QString &message)
+void HTTPTransfer::fail(const QString &message, Resumption resumption)
 {
     if (!m_isDone) {
         m_failure = message;
-        finish();
+        finish(resumption);
     }
 }
 
-void HTTPTransfer::finish()
+void HTTPTransfer::finish(Resumption resumption)
 {
     m_isDone = true;
     m_idleTimer.stop();
-    // From a fresh call of the event loop: this may be running inside the reply, or inside whoever requested the stop.
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            if (auto awaiting = std::exchange(m_awaiting, nullptr)) {
-                awaiting.resume();
-            }
-        },
-        Qt::QueuedConnection);
+    const auto resume = [this] {
+        if (auto awaiting = std::exchange(m_awaiting, nullptr)) {
+            awaiting.resume(); // which destroys this object
+        }
+    };
+    if (resumption == Resumption::now) {
+        resume();
+    } else {
+        // From a fresh call of the event loop: this may be running inside the reply.
+        QMetaObject::invokeMethod(this, resume, Qt::QueuedConnection);
+    }
 }
 
 HTTPResponse HTTPTransfer::takeResponse()

@@ -61,8 +61,10 @@ private:
     void watch();
     void readBody();
     void judge();
-    void fail(const QString &message);
-    void finish();
+    /// When whoever waits for the end hears of it.
+    enum class Resumption { fromEventLoop, now };
+    void fail(const QString &message, Resumption resumption = Resumption::fromEventLoop);
+    void finish(Resumption resumption);
     [[nodiscard]] bool readStatus();
     [[nodiscard]] bool isCutShort() const;
     [[nodiscard]] QString transportFailure() const;

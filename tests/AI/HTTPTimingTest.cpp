@@ -80,6 +80,8 @@ TEST_F(HTTPTimingTest, aStopRequestClosesTheConnection)
     ASSERT_TRUE(m_service.waitForRequests(1));
     EXPECT_TRUE(m_service.closedConnections().empty());
     source.request_stop();
+    // Whoever starts the next request must not find this one's failure coming in after it.
+    EXPECT_TRUE(task.isReady());
     EXPECT_EQ(outcome(std::move(task)).failure(), m_canceled);
     EXPECT_TRUE(serviceSawTheEnd());
 }
