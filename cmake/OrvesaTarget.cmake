@@ -77,11 +77,6 @@ function(orvesa_test name)
     if(NOT ARG_LABELS)
         set(ARG_LABELS unit)
     endif()
-    # Unit tests never open a window on whatever display is there; desktop tests bring their own.
-    set(environment "")
-    if(NOT "desktop" IN_LIST ARG_LABELS)
-        set(environment ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
-    endif()
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}."
-        PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 120 ${environment})
+        PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 120)
 endfunction()
