@@ -1,12 +1,29 @@
 #include "Platform/linux/GLibContextPump.h"
 
 #include <QAbstractEventDispatcher>
-#include <QPointer>
 #include <QSocketNotifier>
+
+#include <map>
+#include <utility>
 
 #include <glib.h>
 
 namespace orvesa {
+
+std::shared_ptr<GLibContextPump> GLibContextPump::hold()
+{
+    static std::weak_ptr<GLibContextPump> shared;
+    auto pump = shared.lock();
+    if (!pump) {
+        // Its last holder may let go of it while it is at work.
+        pump.reset(new GLibContextPump, [](GLibContextPump *last) {
+            last->disarm();
+            last->deleteLater();
+        });
+        shared = pump;
+    }
+    return pump;
+}
 
 GLibContextPump::GLibContextPump()
 {
@@ -14,14 +31,25 @@ GLibContextPump::GLibContextPump()
     if (dispatcher != nullptr && dispatcher->inherits("QEventDispatcherGlib")) {
         return;
     }
+    // Owned for as long as this lives: other threads wake a context only if somebody owns it.
+    m_isNeeded = g_main_context_acquire(g_main_context_default()) != FALSE;
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &GLibContextPump::iterate);
-    m_timer.start(0);
 }
 
 GLibContextPump::~GLibContextPump()
 {
     disarm();
+    if (m_isNeeded) {
+        g_main_context_release(g_main_context_default());
+    }
+}
+
+void GLibContextPump::look()
+{
+    if (m_isNeeded) {
+        m_timer.start(0);
+    }
 }
 
 void GLibContextPump::disarm()
@@ -37,41 +65,40 @@ void GLibContextPump::disarm()
 void GLibContextPump::iterate()
 {
     disarm();
-    const QPointer<GLibContextPump> guard(this);
+    const auto self = weak_from_this().lock();
+    while (g_main_context_iteration(g_main_context_default(), FALSE) != FALSE) {
+    }
+    if (self) {
+        arm();
+    }
+}
+
+void GLibContextPump::arm()
+{
     GMainContext *const context = g_main_context_default();
-    while (g_main_context_iteration(context, FALSE) != FALSE) {
-        if (!guard) {
-            return;
-        }
-    }
-    if (!guard || g_main_context_acquire(context) == FALSE) {
-        return;
-    }
     gint priority = 0;
     gint timeout = -1;
     const bool isReady = g_main_context_prepare(context, &priority) != FALSE;
     std::vector<GPollFD> descriptors(8);
-    for (;;) {
-        const gint count = g_main_context_query(context, priority, &timeout, descriptors.data(),
-                                                static_cast<gint>(descriptors.size()));
-        const bool fits = count <= static_cast<gint>(descriptors.size());
+    for (bool fits = false; !fits;) {
+        const auto room = static_cast<gint>(descriptors.size());
+        const gint count = g_main_context_query(context, priority, &timeout, descriptors.data(), room);
         descriptors.resize(static_cast<std::size_t>(count));
-        if (fits) {
-            break;
-        }
+        fits = count <= room;
     }
-    g_main_context_release(context);
+    // A descriptor may be named several times; Qt takes one notifier for each kind.
+    std::map<int, unsigned> events;
     for (const GPollFD &descriptor : descriptors) {
-        const auto watch = [this, &descriptor](QSocketNotifier::Type type) {
-            auto *const notifier = new QSocketNotifier(descriptor.fd, type, this);
-            connect(notifier, &QSocketNotifier::activated, this, &GLibContextPump::iterate);
-            m_notifiers.push_back(notifier);
-        };
-        if ((descriptor.events & G_IO_IN) != 0) {
-            watch(QSocketNotifier::Read);
-        }
-        if ((descriptor.events & G_IO_OUT) != 0) {
-            watch(QSocketNotifier::Write);
+        events[descriptor.fd] |= descriptor.events;
+    }
+    for (const auto &[descriptor, wanted] : events) {
+        for (const auto &[bit, type] : {std::pair<unsigned, QSocketNotifier::Type>{G_IO_IN, QSocketNotifier::Read},
+                                        std::pair<unsigned, QSocketNotifier::Type>{G_IO_OUT, QSocketNotifier::Write}}) {
+            if ((wanted & bit) != 0) {
+                auto *const notifier = new QSocketNotifier(descriptor, type, this);
+                connect(notifier, &QSocketNotifier::activated, this, &GLibContextPump::iterate);
+                m_notifiers.push_back(notifier);
+            }
         }
     }
     if (isReady || timeout >= 0) {

@@ -128,7 +128,9 @@ public:
     {
         m_pending->job = job;
         m_operation.m_pending = m_pending;
+        const auto pump = m_pending->pump;
         m_starter(m_operation.m_cancellable, &Pending::completed, new std::shared_ptr<Pending>(m_pending));
+        pump->look();
     }
     [[nodiscard]] GAsyncResult *await_resume() const
     {
@@ -226,7 +228,7 @@ QCoro::Task<qint32> SecretServiceOperation::open()
     if (m_library == nullptr) {
         co_return KeyStoreStatus::notAvailable;
     }
-    m_pump = std::make_shared<GLibContextPump>();
+    m_pump = GLibContextPump::hold();
     m_cancellable = m_library->cancellableNew();
     setBound(Waiting::forAnswer);
     GAsyncResult *result = co_await call([this](auto *cancellable, auto callback, auto data) {
