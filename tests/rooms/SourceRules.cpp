@@ -41,6 +41,13 @@ QStringList listWords(const QString &text)
     return QString(text).remove(comment).split(separators, Qt::SkipEmptyParts);
 }
 
+/// Whether a list names the source, in full or as an item of a loop over "${name}.cpp".
+bool names(const QStringList &words, const QString &source)
+{
+    static const QRegularExpression loopSource(u"^\\$\\{\\w+\\}\\.cpp$"_s);
+    return words.contains(source) || (words.contains(stem(source)) && words.indexOf(loopSource) >= 0);
+}
+
 /// QLabel reads its text as HTML when it looks like HTML: each label says that it does not.
 QStringList labelsWithoutFormat(const QString &path, const QString &code, const QString &siblings)
 {
@@ -143,7 +150,7 @@ QStringList unlistedSources(const SourceTree &tree)
             continue;
         }
         const auto folder = listFolder(tree, path);
-        if (!folder || !listWords(tree.text(*folder + u"CMakeLists.txt"_s)).contains(path.mid(folder->size()))) {
+        if (!folder || !names(listWords(tree.text(*folder + u"CMakeLists.txt"_s)), path.mid(folder->size()))) {
             found.append(path + u": is not listed in a CMakeLists.txt"_s);
         }
     }

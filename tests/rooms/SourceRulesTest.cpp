@@ -124,6 +124,16 @@ TEST(SourceRules, passListedSources)
     EXPECT_EQ(join(unlistedSources(tree.read())), "");
 }
 
+TEST(SourceRules, passSourcesListedByALoop)
+{
+    const char *loop = "foreach(probe Clock Panel)\n    add_executable(${probe} ${probe}.cpp)\nendforeach()\n";
+    EXPECT_EQ(join(unlistedSources(MadeUpTree({{"CMakeLists.txt", loop}, {"Clock.cpp", ""}}).read())), "");
+    EXPECT_EQ(join(unlistedSources(MadeUpTree({{"CMakeLists.txt", loop}, {"Tray.cpp", ""}}).read())),
+              "Tray.cpp: is not listed in a CMakeLists.txt");
+    EXPECT_EQ(join(unlistedSources(MadeUpTree({{"CMakeLists.txt", "set(all Clock)"}, {"Clock.cpp", ""}}).read())),
+              "Clock.cpp: is not listed in a CMakeLists.txt");
+}
+
 TEST(SourceRules, findUnlistedSources)
 {
     const MadeUpTree tree({
