@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QElapsedTimer>
+
 #include <algorithm>
 
 #include <xcb/xtest.h>
@@ -242,6 +244,28 @@ TEST(X11HotKeysWithoutDisplay, AreNotAvailable)
     EXPECT_FALSE(connection.isValid());
     EXPECT_EQ(hotKeys.installHandler([](HotKeyID) { return HotKeyStatus::noErr; }), HotKeyStatus::notAvailable);
     EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {}).status, HotKeyStatus::notAvailable);
+}
+
+TEST(X11ConnectionTest, IsNotHeldUpByAServerThatAnotherProgramKeepsToItself)
+{
+    AdoptedDesktop desktop(screenOnly());
+    X11Connection connection;
+    X11Connection other;
+    ASSERT_NE(connection.atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_NONE);
+    xcb_grab_server(other.connection());
+    (void)other.atom("_ANYTHING"); // the server has seen the grab
+    const auto query = [&] {
+        return connection.reply(xcb_query_pointer_reply, xcb_query_pointer(connection.connection(), connection.root()));
+    };
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_FALSE(query());
+    EXPECT_GE(timer.elapsed(), 240);
+    EXPECT_LT(timer.elapsed(), 400);
+    xcb_ungrab_server(other.connection());
+    other.settle();
+    EXPECT_TRUE(query());
+    EXPECT_TRUE(connection.isValid());
 }
 
 TEST(X11ConnectionTest, OutlivesTheServer)

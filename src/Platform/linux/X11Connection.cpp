@@ -1,9 +1,15 @@
 #include "Platform/linux/X11Connection.h"
 
+#include <QDeadlineTimer>
 #include <QMetaObject>
 #include <QSocketNotifier>
 
+#include <cerrno>
+#include <cstdlib>
 #include <utility>
+
+#include <poll.h>
+#include <xcb/xcbext.h>
 
 namespace orvesa {
 
@@ -124,6 +130,28 @@ QByteArray X11Connection::textProperty(xcb_window_t window, std::string_view nam
     }
     return {static_cast<const char *>(xcb_get_property_value(answer.get())),
             xcb_get_property_value_length(answer.get())};
+}
+
+void *X11Connection::awaitReply(unsigned sequence)
+{
+    if (!isValid()) {
+        return nullptr;
+    }
+    xcb_flush(m_connection);
+    const QDeadlineTimer deadline(replyBound, Qt::PreciseTimer);
+    void *answer = nullptr;
+    xcb_generic_error_t *error = nullptr;
+    while (xcb_poll_for_reply(m_connection, sequence, &answer, &error) == 0) {
+        pollfd descriptor{.fd = xcb_get_file_descriptor(m_connection), .events = POLLIN, .revents = 0};
+        const int ready = ::poll(&descriptor, 1, static_cast<int>(deadline.remainingTime()));
+        if (ready == 0 || (ready < 0 && errno != EINTR)) {
+            xcb_discard_reply(m_connection, sequence);
+            break;
+        }
+    }
+    std::free(error);
+    settle();
+    return answer;
 }
 
 X11Connection::HandlerToken X11Connection::addEventHandler(EventHandler handler)

@@ -12,6 +12,7 @@
 #include <QByteArray>
 #include <QObject>
 
+#include <chrono>
 #include <functional>
 #include <map>
 #include <memory>
@@ -54,22 +55,19 @@ public:
     /// every round trip made directly on connection().
     void settle();
 
-    /// Waits for a request's reply: `reply(xcb_query_pointer_reply, xcb_query_pointer(...))`. Null on any error.
+    /// Waits for a request's reply, at most `replyBound`: a program that stopped while it had the server to itself would
+    /// otherwise stop this one as well. `reply(xcb_query_pointer_reply, xcb_query_pointer(...))`, where the function only
+    /// names the reply's type. Null on an error or when there is none in time.
     template <typename Reply, typename Cookie>
-    [[nodiscard]] X11Reply<Reply> reply(Reply *(*fetch)(xcb_connection_t *, Cookie, xcb_generic_error_t **),
-                                        Cookie cookie)
+    [[nodiscard]] X11Reply<Reply> reply(Reply *(*)(xcb_connection_t *, Cookie, xcb_generic_error_t **), Cookie cookie)
     {
-        if (!isValid()) {
-            return nullptr;
-        }
-        xcb_generic_error_t *error = nullptr;
-        X11Reply<Reply> result(fetch(m_connection, cookie, &error));
-        X11Reply<xcb_generic_error_t> ownedError(error);
-        settle();
-        return result;
+        return X11Reply<Reply>(static_cast<Reply *>(awaitReply(cookie.sequence)));
     }
 
+    static constexpr std::chrono::milliseconds replyBound{250};
+
 private:
+    [[nodiscard]] void *awaitReply(unsigned sequence);
     void open();
     void close();
     void dispatchEvents();
