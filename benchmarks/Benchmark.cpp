@@ -50,7 +50,7 @@ double totalInstructions(const QString &path)
     }
     for (const QByteArray &line : file.readAll().split('\n')) {
         if (line.startsWith("totals:")) {
-            return line.mid(qstrlen("totals:")).trimmed().toDouble();
+            return line.sliced(static_cast<qsizetype>(qstrlen("totals:"))).trimmed().toDouble();
         }
     }
     throw std::runtime_error("callgrind's result has no total");
