@@ -6,8 +6,8 @@ using namespace Qt::StringLiterals;
 
 AdoptedDesktop::AdoptedDesktop(const desktop::DesktopOptions &options) : m_desktop(options)
 {
-    for (const auto *const name : {"DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "HOME", "XDG_CONFIG_HOME",
-                                   "XDG_DATA_HOME"}) {
+    for (const auto *const name :
+         {"DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME"}) {
         const QString variable = QString::fromLatin1(name);
         if (m_desktop.environment().contains(variable)) {
             qputenv(name, m_desktop.environment().value(variable).toUtf8());

@@ -27,9 +27,10 @@ const QString identifier = u"com.example.one-app"_s;
 
 QStringList callOf(const QString &method, const QStringList &arguments)
 {
-    return QStringList{u"call"_s,          u"--session"_s, u"--dest"_s,   identifier,
-                       u"--object-path"_s, u"/com/example/one_app"_s,     u"--method"_s,
-                       u"org.freedesktop.Application."_s + method} +
+    return QStringList{u"call"_s,          u"--session"_s,
+                       u"--dest"_s,        identifier,
+                       u"--object-path"_s, u"/com/example/one_app"_s,
+                       u"--method"_s,      u"org.freedesktop.Application."_s + method} +
            arguments;
 }
 

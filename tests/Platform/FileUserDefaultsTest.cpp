@@ -109,9 +109,9 @@ TEST_F(FileUserDefaultsTest, WritesLinesThatAPersonCanRead)
     defaults.set(u"settings.targetLanguage"_s, text("Japanese"));
     defaults.set(u"settings.thinkingEnabled"_s, true);
     defaults.set(u"settings.hotKeys"_s, QByteArray(R"({"a":1})"));
-    EXPECT_EQ(read().split('\n').mid(1), (QList<QByteArray>{R"(settings.targetLanguage = "Japanese")",
-                                                            "settings.thinkingEnabled = true",
-                                                            R"(settings.hotKeys = data '{"a":1}')", ""}));
+    EXPECT_EQ(read().split('\n').mid(1),
+              (QList<QByteArray>{R"(settings.targetLanguage = "Japanese")", "settings.thinkingEnabled = true",
+                                 R"(settings.hotKeys = data '{"a":1}')", ""}));
 }
 
 TEST_F(FileUserDefaultsTest, IsOnDiskWhenTheSetterReturns)
@@ -129,7 +129,7 @@ TEST_F(FileUserDefaultsTest, KeepsThingsPrivate)
 {
     FileUserDefaults defaults(u"app"_s, path(u"new/folders"_s));
     defaults.set(u"a"_s, true);
-    struct stat status{};
+    struct stat status {};
     ASSERT_EQ(::stat(QFile::encodeName(path(u"new/folders/app.conf"_s)).constData(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777U, 0600U);
     ASSERT_EQ(::stat(QFile::encodeName(path(u"new"_s)).constData(), &status), 0);
@@ -143,8 +143,7 @@ TEST_F(FileUserDefaultsTest, KeepsCommentsOrderAndWhatItDoesNotKnow)
     EXPECT_EQ(defaults.value(u"settings.a"_s), text("x"));
     EXPECT_EQ(defaults.value(u"settings.b"_s), DefaultsValue(qint64{2}));
     defaults.set(u"settings.b"_s, qint64{3});
-    EXPECT_EQ(read(),
-              "# mine\n\nfuture.key = list [1, 2]\n  settings.a   =   'x'  \nnonsense\nsettings.b = 3\n");
+    EXPECT_EQ(read(), "# mine\n\nfuture.key = list [1, 2]\n  settings.a   =   'x'  \nnonsense\nsettings.b = 3\n");
 }
 
 TEST_F(FileUserDefaultsTest, MergesWithAnotherWriter)

@@ -1,5 +1,5 @@
-// A program with a panel on the private desktop. Prints "window ID" and "compositing yes|no", then obeys: "show", "hide", each
-// answered with its name once done, until its input ends.
+// A program with a panel on the private desktop. Prints "window ID" and "compositing yes|no", then obeys: "show",
+// "hide", each answered with its name once done, until its input ends.
 
 #include "Platform/linux/X11PanelWindow.h"
 

@@ -73,8 +73,7 @@ TEST(SecretServiceKeyStoreTest, KeepsReplacesAndDeletesASecret)
     EXPECT_EQ(desktop->keyStore().lookup(query.service, query.account), "sk-one");
     EXPECT_EQ(ended(store.copyMatching(query)).data, "sk-one");
     EXPECT_EQ(ended(store.copyMatching({query.service, u"xai_api_key"_s})).status, KeyStoreStatus::itemNotFound);
-    EXPECT_EQ(ended(store.copyMatching({u"com.example.other"_s, query.account})).status,
-              KeyStoreStatus::itemNotFound);
+    EXPECT_EQ(ended(store.copyMatching({u"com.example.other"_s, query.account})).status, KeyStoreStatus::itemNotFound);
 
     EXPECT_EQ(ended(store.update(query, "sk-two \xff")), KeyStoreStatus::success);
     EXPECT_EQ(desktop->keyStore().count(query.service), 1) << "replaced in place";
@@ -95,8 +94,9 @@ TEST(SecretServiceKeyStoreTest, FindsAnEmptySecretAndOneOfAnotherProgram)
     EXPECT_EQ(empty.status, KeyStoreStatus::success);
     EXPECT_TRUE(empty.data.isEmpty());
     const auto stored = desktop->runToEnd(
-        u"secret-tool"_s, {u"store"_s, u"--label=made elsewhere"_s, u"service"_s, u"s"_s, u"account"_s, u"a"_s, u"more"_s, u"m"_s},
-        {}, "from elsewhere");
+        u"secret-tool"_s,
+        {u"store"_s, u"--label=made elsewhere"_s, u"service"_s, u"s"_s, u"account"_s, u"a"_s, u"more"_s, u"m"_s}, {},
+        "from elsewhere");
     ASSERT_EQ(stored.exitCode, 0);
     EXPECT_EQ(ended(store.copyMatching({u"s"_s, u"a"_s})).data, "from elsewhere");
 }

@@ -41,9 +41,9 @@ TEST(MacKeyCodesTest, KnowsEveryKeyThatShortcutsUse)
         EXPECT_TRUE(MacKeyCodes::toEvdev(code)) << code;
     }
     const std::vector<std::pair<quint32, quint32>> samples{
-        {0x00, KEY_A},   {0x01, KEY_S},  {0x02, KEY_D},     {0x08, KEY_C},    {0x23, KEY_P},      {0x31, KEY_SPACE},
-        {0x35, KEY_ESC}, {0x60, KEY_F5}, {0x7a, KEY_F1},    {0x6f, KEY_F12},  {0x5a, KEY_F20},    {0x52, KEY_KP0},
-        {0x5c, KEY_KP9}, {0x5d, KEY_YEN}, {0x5e, KEY_RO},   {0x0a, KEY_102ND}, {0x75, KEY_DELETE}, {0x7e, KEY_UP},
+        {0x00, KEY_A},   {0x01, KEY_S},   {0x02, KEY_D},  {0x08, KEY_C},     {0x23, KEY_P},      {0x31, KEY_SPACE},
+        {0x35, KEY_ESC}, {0x60, KEY_F5},  {0x7a, KEY_F1}, {0x6f, KEY_F12},   {0x5a, KEY_F20},    {0x52, KEY_KP0},
+        {0x5c, KEY_KP9}, {0x5d, KEY_YEN}, {0x5e, KEY_RO}, {0x0a, KEY_102ND}, {0x75, KEY_DELETE}, {0x7e, KEY_UP},
     };
     for (const auto &[mac, evdev] : samples) {
         EXPECT_EQ(MacKeyCodes::toEvdev(mac), evdev) << mac;

@@ -170,8 +170,8 @@ TEST_F(X11HotKeysTest, LeavesNoHalfOfARefusedGrabBehind)
     EXPECT_EQ(add(keyD, option, 1).status, HotKeyStatus::hotKeyExists);
     X11Connection thirdConnection;
     xcb_connection_t *const third = thirdConnection.connection();
-    const auto request = xcb_grab_key_checked(third, 0, thirdConnection.root(), XCB_MOD_MASK_1, 40,
-                                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    const auto request = xcb_grab_key_checked(third, 0, thirdConnection.root(), XCB_MOD_MASK_1, 40, XCB_GRAB_MODE_ASYNC,
+                                              XCB_GRAB_MODE_ASYNC);
     const X11Reply<xcb_generic_error_t> error(xcb_request_check(third, request));
     EXPECT_EQ(error, nullptr) << "the plain combination is free for others";
 }
@@ -200,8 +200,8 @@ TEST_F(X11HotKeysTest, FollowsAModifierThatMoves)
     constexpr std::ptrdiff_t mod3 = 5;
     std::swap_ranges(changed.begin() + mod1 * width, changed.begin() + (mod1 + 1) * width,
                      changed.begin() + mod3 * width);
-    ASSERT_TRUE(m_connection.reply(xcb_set_modifier_mapping_reply,
-                                   xcb_set_modifier_mapping(raw, width, changed.data())));
+    ASSERT_TRUE(
+        m_connection.reply(xcb_set_modifier_mapping_reply, xcb_set_modifier_mapping(raw, width, changed.data())));
     ASSERT_NE(X11Modifiers::read(m_connection).alt, XCB_MOD_MASK_1);
     // The old combination is free for others as soon as the new one is ours.
     X11Connection otherConnection;

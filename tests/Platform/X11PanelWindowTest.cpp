@@ -49,16 +49,14 @@ TEST_P(X11PanelWindowTest, FloatsWithoutTakingTheFocus)
         EXPECT_EQ(probe.readLine(), "show");
         waitUntil([&] { return windows.isMapped(panel); }, u"the panel"_s);
         const auto states = [&] { return windows.atoms(panel, "_NET_WM_STATE"); };
-        const bool hasStates = desktop::happensWithin(
-            desktop::usualDeadline,
-            [&] {
-                const auto now = states();
-                // Openbox has no sticky state; there the desktop number alone says "on all of them".
-                const bool isSticky = GetParam() == WindowManager::openbox || now.contains("_NET_WM_STATE_STICKY");
-                return isSticky && windows.cardinals(panel, "_NET_WM_DESKTOP") == std::vector<quint32>{0xffffffff} &&
-                       now.contains("_NET_WM_STATE_ABOVE") &&
-                       now.contains("_NET_WM_STATE_SKIP_TASKBAR") && now.contains("_NET_WM_STATE_SKIP_PAGER");
-            });
+        const bool hasStates = desktop::happensWithin(desktop::usualDeadline, [&] {
+            const auto now = states();
+            // Openbox has no sticky state; there the desktop number alone says "on all of them".
+            const bool isSticky = GetParam() == WindowManager::openbox || now.contains("_NET_WM_STATE_STICKY");
+            return isSticky && windows.cardinals(panel, "_NET_WM_DESKTOP") == std::vector<quint32>{0xffffffff} &&
+                   now.contains("_NET_WM_STATE_ABOVE") && now.contains("_NET_WM_STATE_SKIP_TASKBAR") &&
+                   now.contains("_NET_WM_STATE_SKIP_PAGER");
+        });
         EXPECT_TRUE(hasStates) << "round " << round << ": " << states().join(' ').constData();
         EXPECT_EQ(windows.atoms(panel, "_NET_WM_WINDOW_TYPE"), QList<QByteArray>{"_NET_WM_WINDOW_TYPE_UTILITY"});
         const auto timeWindow = windows.cardinals(panel, "_NET_WM_USER_TIME_WINDOW");

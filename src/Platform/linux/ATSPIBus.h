@@ -2,7 +2,8 @@
 
 // The accessibility bus: its address and one connection to it.
 //
-// Main thread. The connection is made at the first need and made anew after the bus was restarted. Every call has a bound.
+// Main thread. The connection is made at the first need and made anew after the bus was restarted. Every call has a
+// bound.
 
 #include "Platform/linux/X11Connection.h"
 

@@ -104,8 +104,8 @@ std::optional<QVariantList> ATSPIClient::send(const ATSPIReference &object, cons
 std::optional<QVariant> ATSPIClient::property(const ATSPIReference &object, const QString &interface,
                                               const QString &name)
 {
-    const auto answer = send(object, u"org.freedesktop.DBus.Properties"_s, u"Get"_s,
-                             {"org.a11y.atspi."_L1 + interface, name});
+    const auto answer =
+        send(object, u"org.freedesktop.DBus.Properties"_s, u"Get"_s, {"org.a11y.atspi."_L1 + interface, name});
     if (!answer || answer->isEmpty()) {
         return std::nullopt;
     }

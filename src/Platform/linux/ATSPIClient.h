@@ -2,8 +2,8 @@
 
 // Calls on the accessibility bus within one budget of waiting time.
 //
-// Main thread. A call waits 250 ms at most and all calls of one client together 500 ms. An application that let a call time
-// out is not asked again by the same client. A failed call gives nothing.
+// Main thread. A call waits 250 ms at most and all calls of one client together 500 ms. An application that let a call
+// time out is not asked again by the same client. A failed call gives nothing.
 
 #include <QDBusArgument>
 #include <QDBusConnection>

@@ -112,8 +112,7 @@ QString ATSPIElements::busName(qint64 processIdentifier, ATSPIClient &client)
         }
         m_busNames.erase(known);
     }
-    const auto applications =
-        client.children({u"org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/accessible/root"_s});
+    const auto applications = client.children({u"org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/accessible/root"_s});
     for (const ATSPIReference &application : applications) {
         if (client.processIdentifier(application.busName) == processIdentifier) {
             m_busNames.emplace(processIdentifier, application.busName);

@@ -3,8 +3,8 @@
 // Accessibility elements of other applications, read over the accessibility bus in the macOS vocabulary.
 //
 // Main thread. A call to another application waits at most 250 ms, and everything reached from one systemWide() or
-// application() element waits at most 500 ms in all; an application that let a call time out is not asked again from there.
-// This process is never asked, since it could not answer itself. Reading changes nothing on the desktop.
+// application() element waits at most 500 ms in all; an application that let a call time out is not asked again from
+// there. This process is never asked, since it could not answer itself. Reading changes nothing on the desktop.
 
 #include "Platform/AccessibilityElementsPort.h"
 #include "Platform/WorkspacePort.h"

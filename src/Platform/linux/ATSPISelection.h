@@ -14,8 +14,8 @@ class ATSPISelection final {
 public:
     explicit ATSPISelection(ATSPIClient &client);
 
-    /// The whole selection, or nothing: also for password fields, for several selections, for a selection that goes on in
-    /// neighbouring elements, and for one that holds embedded objects, whose text would be missing.
+    /// The whole selection, or nothing: also for password fields, for several selections, for a selection that goes on
+    /// in neighbouring elements, and for one that holds embedded objects, whose text would be missing.
     [[nodiscard]] std::optional<QString> read(const ATSPIReference &element);
 
 private:

@@ -115,8 +115,8 @@ void ATSPITrust::fetch()
 
 void ATSPITrust::fetchNow() const
 {
-    // The asynchronous answer is still on its way and will settle the state for good; without one in time the answer to this
-    // question is no, and the next question asks again.
+    // The asynchronous answer is still on its way and will settle the state for good; without one in time the answer to
+    // this question is no, and the next question asks again.
     auto bus = SessionBus::connection();
     if (!bus) {
         m_state = State::untrusted;
@@ -128,8 +128,7 @@ void ATSPITrust::fetchNow() const
     }
 }
 
-void ATSPITrust::propertiesChanged(const QString &interface, const QVariantMap &changed,
-                                   const QStringList &invalidated)
+void ATSPITrust::propertiesChanged(const QString &interface, const QVariantMap &changed, const QStringList &invalidated)
 {
     if (interface != statusInterface()) {
         return;

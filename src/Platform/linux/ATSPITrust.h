@@ -1,11 +1,11 @@
 #pragma once
 
-// Accessibility trust on Linux: the accessibility bus answers, and assistive technologies are switched on for the session
-// (org.a11y.Status.IsEnabled).
+// Accessibility trust on Linux: the accessibility bus answers, and assistive technologies are switched on for the
+// session (org.a11y.Status.IsEnabled).
 //
-// Main thread. The state is fetched when the object is made and follows the bus's signals after that, so isTrusted() answers
-// from memory; only when it is asked before the first answer arrived does it wait, 250 ms at most. Without a session bus
-// nothing is trusted.
+// Main thread. The state is fetched when the object is made and follows the bus's signals after that, so isTrusted()
+// answers from memory; only when it is asked before the first answer arrived does it wait, 250 ms at most. Without a
+// session bus nothing is trusted.
 
 #include "Platform/AccessibilityTrustPort.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-// One utility per session over the session bus: the name is the identifier, the interface is org.freedesktop.Application at
-// the path that the name gives (dots become slashes).
+// One utility per session over the session bus: the name is the identifier, the interface is
+// org.freedesktop.Application at the path that the name gives (dots become slashes).
 //
 // Main thread. Every call to the bus or to the running instance waits two seconds at most. No bus is ever started.
 

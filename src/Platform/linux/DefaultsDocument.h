@@ -12,9 +12,9 @@
 //     settings.hotKeys = data '{"polish":{}}'       data that is readable text
 //     blob = data:base64 AAEC                       other data
 //
-// Texts stand between double or single quotes with the escapes \\ \" \' \n \r \t \uXXXX. A key that is more than letters,
-// digits, '.', '-' and '_' is quoted as well. Comments, blank lines and lines that are not understood keep their place and
-// their bytes when values change; of a key that occurs twice the last one counts.
+// Texts stand between double or single quotes with the escapes \\ \" \' \n \r \t \uXXXX. A key that is more than
+// letters, digits, '.', '-' and '_' is quoted as well. Comments, blank lines and lines that are not understood keep
+// their place and their bytes when values change; of a key that occurs twice the last one counts.
 
 #include "Platform/UserDefaultsPort.h"
 
@@ -40,8 +40,8 @@ public:
 
 private:
     struct Line {
-        QByteArray bytes;   ///< as it stands in the file, without the line break
-        QString key;        ///< empty for comments and lines without a recognisable key
+        QByteArray bytes; ///< as it stands in the file, without the line break
+        QString key;      ///< empty for comments and lines without a recognisable key
         std::optional<DefaultsValue> value;
         bool isBroken = false;
     };

@@ -95,8 +95,8 @@ QString DefaultsFile::target() const
         return m_path;
     }
     std::error_code error;
-    const auto resolved = std::filesystem::weakly_canonical(
-        std::filesystem::path(QFile::encodeName(m_path).toStdString()), error);
+    const auto resolved =
+        std::filesystem::weakly_canonical(std::filesystem::path(QFile::encodeName(m_path).toStdString()), error);
     return error ? m_path : QFile::decodeName(QByteArray::fromStdString(resolved.native()));
 }
 
@@ -115,7 +115,7 @@ DefaultsFile::Content DefaultsFile::read() const
         }
         return {.reading = Reading::refused, .bytes = {}, .stamp = {}, .trouble = errorText(errno)};
     }
-    struct stat status{};
+    struct stat status {};
     if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > maximumSize) {
         return {.reading = Reading::refused, .bytes = {}, .stamp = {}, .trouble = u"not a small regular file"_s};
     }
@@ -140,7 +140,7 @@ DefaultsFile::Content DefaultsFile::read() const
 
 DefaultsFile::Stamp DefaultsFile::stamp() const
 {
-    struct stat status{};
+    struct stat status {};
     return ::stat(QFile::encodeName(m_path).constData(), &status) == 0 ? stampOf(status) : Stamp{};
 }
 
@@ -153,7 +153,7 @@ std::optional<DefaultsFile::Stamp> DefaultsFile::replace(const QByteArray &bytes
         trouble = errorText(errno);
         return std::nullopt;
     }
-    struct stat status{};
+    struct stat status {};
     if (!writeAll(file.get(), bytes) || ::fsync(file.get()) != 0 || ::fstat(file.get(), &status) != 0 ||
         !file.close() || ::rename(temporary.constData(), path.constData()) != 0) {
         trouble = errorText(errno);

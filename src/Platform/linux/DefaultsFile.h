@@ -2,8 +2,9 @@
 
 // A small private file that is always replaced as a whole. Any thread; nothing is cached.
 //
-// Readers see the old or the new content, never a part: new content goes to a temporary file beside it (mode 0600), to disk,
-// and then takes the name. A symbolic link is followed, so that a file kept elsewhere stays there. Folders are made with 0700.
+// Readers see the old or the new content, never a part: new content goes to a temporary file beside it (mode 0600), to
+// disk, and then takes the name. A symbolic link is followed, so that a file kept elsewhere stays there. Folders are
+// made with 0700.
 
 #include <QByteArray>
 #include <QString>
@@ -32,8 +33,8 @@ public:
         QString trouble; ///< why it was refused
     };
 
-    /// Excludes other processes from changing the file while it lives. Waits for at most half a second: a process that was
-    /// stopped while it held the lock must not hold up everyone else, and replacing stays safe without it.
+    /// Excludes other processes from changing the file while it lives. Waits for at most half a second: a process that
+    /// was stopped while it held the lock must not hold up everyone else, and replacing stays safe without it.
     class Lock final {
     public:
         explicit Lock(const DefaultsFile &file);

@@ -197,9 +197,8 @@ void FileUserDefaults::startWatching()
     const DefaultsFile file(filePath());
     file.makeFolder();
     m_watch = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-    if (m_watch < 0 ||
-        ::inotify_add_watch(m_watch, QFile::encodeName(file.folder()).constData(),
-                            IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_ONLYDIR) < 0) {
+    if (m_watch < 0 || ::inotify_add_watch(m_watch, QFile::encodeName(file.folder()).constData(),
+                                           IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_ONLYDIR) < 0) {
         stopWatching();
         return;
     }

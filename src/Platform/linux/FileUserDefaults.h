@@ -1,12 +1,13 @@
 #pragma once
 
-// The user's preferences, one text file per domain: $XDG_CONFIG_HOME/<identifier>.conf. DefaultsDocument describes its form.
+// The user's preferences, one text file per domain: $XDG_CONFIG_HOME/<identifier>.conf. DefaultsDocument describes its
+// form.
 //
-// Main thread; works without an event loop. Every change is merged into the file as it then is, under a lock, and is on disk
-// when the setter returns, so that two processes never lose each other's changes. What could not be read is never
-// overwritten, and a file or value that is not understood is kept beside the new one with ".damaged" added to its name. What
-// could not be written stays in memory and goes to disk with the next change that can. Each such trouble is logged in one
-// line, once.
+// Main thread; works without an event loop. Every change is merged into the file as it then is, under a lock, and is on
+// disk when the setter returns, so that two processes never lose each other's changes. What could not be read is never
+// overwritten, and a file or value that is not understood is kept beside the new one with ".damaged" added to its name.
+// What could not be written stays in memory and goes to disk with the next change that can. Each such trouble is logged
+// in one line, once.
 
 #include "Platform/UserDefaultsPort.h"
 #include "Platform/linux/DefaultsDocument.h"

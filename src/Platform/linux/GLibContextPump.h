@@ -2,8 +2,8 @@
 
 // Runs GLib's default main context from Qt's event loop while somebody holds it.
 //
-// Main thread. Qt's usual event dispatcher on Linux is GLib's own loop, and then there is nothing to do; with another one the
-// context's descriptors and deadlines are watched here, without polling.
+// Main thread. Qt's usual event dispatcher on Linux is GLib's own loop, and then there is nothing to do; with another
+// one the context's descriptors and deadlines are watched here, without polling.
 
 #include <QTimer>
 
@@ -20,8 +20,8 @@ public:
     [[nodiscard]] static std::shared_ptr<GLibContextPump> hold();
     ~GLibContextPump() override;
 
-    /// To be called after anything was started on the context from outside of it: what the owning thread itself adds does not
-    /// wake the context.
+    /// To be called after anything was started on the context from outside of it: what the owning thread itself adds
+    /// does not wake the context.
     void look();
 
 private:

@@ -22,8 +22,8 @@ namespace orvesa {
 // Later members refer to earlier ones and are destroyed before them.
 struct LinuxDesktop::Adapters {
     Adapters(QString identifier, QString productName)
-        : userDefaults(std::move(identifier)), keyStore(std::move(productName)), workspace(x11), bus(x11),
-          hotKeys(x11), mouseMonitor(x11), panelWindow(x11), elements(bus, workspace)
+        : userDefaults(std::move(identifier)), keyStore(std::move(productName)), workspace(x11), bus(x11), hotKeys(x11),
+          mouseMonitor(x11), panelWindow(x11), elements(bus, workspace)
     {
     }
 

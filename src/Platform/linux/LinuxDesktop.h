@@ -3,8 +3,8 @@
 // Every Linux adapter, built at first use and owned together.
 //
 // Main thread. Making the bundle touches nothing outside the process. What the command line uses (defaults, key store,
-// languages, clock) needs no display and no QGuiApplication. Without a display the X11-backed ports give statuses and no
-// values; without a session bus so do those that need one.
+// languages, clock) needs no display and no QGuiApplication. Without a display the X11-backed ports give statuses and
+// no values; without a session bus so do those that need one.
 
 #include "Platform/AccessibilityElementsPort.h"
 #include "Platform/ClockPort.h"

@@ -2,8 +2,8 @@
 
 // libsecret and what it stands on, loaded at the first use of the key store. Main thread.
 //
-// Loading costs a resident program more time and memory than the rest of its start-up would like to pay, and most starts never
-// need a key at once. The functions have the library's own names and types.
+// Loading costs a resident program more time and memory than the rest of its start-up would like to pay, and most
+// starts never need a key at once. The functions have the library's own names and types.
 
 #include <gio/gio.h>
 #ifndef SECRET_API_SUBJECT_TO_CHANGE

@@ -2,11 +2,11 @@
 
 // The desktop's secret store (GNOME Keyring, KWallet, KeePassXC) through libsecret.
 //
-// Main thread; every operation is asynchronous and ends within its bound. Items carry the attributes "service" and "account";
-// others, and the schema, are ignored when searching. New items go to the user's default collection, never to the one that
-// is forgotten at logout. A locked collection is unlocked through the desktop's own prompt. Construction is free: the library
-// is loaded and the bus is used at the first operation or at warmUp(). No bus is ever started. An operation that is running
-// when the object is destroyed is cancelled and still ends with a status.
+// Main thread; every operation is asynchronous and ends within its bound. Items carry the attributes "service" and
+// "account"; others, and the schema, are ignored when searching. New items go to the user's default collection, never
+// to the one that is forgotten at logout. A locked collection is unlocked through the desktop's own prompt.
+// Construction is free: the library is loaded and the bus is used at the first operation or at warmUp(). No bus is ever
+// started. An operation that is running when the object is destroyed is cancelled and still ends with a status.
 
 #include "Platform/KeyStorePort.h"
 
@@ -24,7 +24,8 @@ struct SecretServiceBounds {
 
 class SecretServiceKeyStore final : public KeyStorePort {
 public:
-    /// `productName` begins the label that the user sees in the store's own programs: "Orvesa Translate: openai_api_key".
+    /// `productName` begins the label that the user sees in the store's own programs: "Orvesa Translate:
+    /// openai_api_key".
     explicit SecretServiceKeyStore(QString productName, SecretServiceBounds bounds = {});
     ~SecretServiceKeyStore() override;
     Q_DISABLE_COPY_MOVE(SecretServiceKeyStore)

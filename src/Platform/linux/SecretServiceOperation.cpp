@@ -12,13 +12,21 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Other attributes and the schema's name take no part in a search, so that items made by other programs are found as well.
+// Other attributes and the schema's name take no part in a search, so that items made by other programs are found as
+// well.
 const SecretSchema schema = {"org.freedesktop.Secret.Generic",
                              SECRET_SCHEMA_DONT_MATCH_NAME,
                              {{"service", SECRET_SCHEMA_ATTRIBUTE_STRING},
                               {"account", SECRET_SCHEMA_ATTRIBUTE_STRING},
                               {nullptr, SECRET_SCHEMA_ATTRIBUTE_STRING}},
-                             0, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr};
+                             0,
+                             nullptr,
+                             nullptr,
+                             nullptr,
+                             nullptr,
+                             nullptr,
+                             nullptr,
+                             nullptr};
 
 constexpr auto secretsName = "org.freedesktop.secrets";
 constexpr auto secretsPath = "/org/freedesktop/secrets";
@@ -150,8 +158,7 @@ SecretServiceOperation::SecretServiceOperation(std::shared_ptr<SecretServiceSess
     m_session->add(*this);
     m_timer.setSingleShot(true);
     QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] {
-        abandon(m_waiting == Waiting::forAnswer ? KeyStoreStatus::notAvailable
-                                                : KeyStoreStatus::interactionNotAllowed);
+        abandon(m_waiting == Waiting::forAnswer ? KeyStoreStatus::notAvailable : KeyStoreStatus::interactionNotAllowed);
     });
 }
 
@@ -161,8 +168,8 @@ SecretServiceOperation::~SecretServiceOperation()
     if (m_library == nullptr) {
         return;
     }
-    for (gpointer object : {static_cast<gpointer>(m_service), static_cast<gpointer>(m_bus),
-                            static_cast<gpointer>(m_cancellable)}) {
+    for (gpointer object :
+         {static_cast<gpointer>(m_service), static_cast<gpointer>(m_bus), static_cast<gpointer>(m_cancellable)}) {
         if (object != nullptr) {
             m_library->objectUnref(object);
         }
@@ -290,8 +297,8 @@ QCoro::Task<qint32> SecretServiceOperation::unlock(std::vector<Path> paths)
 
 QCoro::Task<qint32> SecretServiceOperation::dismissalStatus()
 {
-    // GNOME Keyring says "dismissed" also when nobody was there to show the prompt. Whoever shows it stays on the bus for a
-    // while after.
+    // GNOME Keyring says "dismissed" also when nobody was there to show the prompt. Whoever shows it stays on the bus
+    // for a while after.
     const auto store = co_await owner(secretsName);
     const auto keyring = co_await owner("org.gnome.keyring");
     const auto prompter = co_await owner("org.gnome.keyring.SystemPrompter");
@@ -304,9 +311,8 @@ QCoro::Task<GVariant *> SecretServiceOperation::ask(QByteArray destination, QByt
 {
     g_variant_ref_sink(arguments);
     GAsyncResult *const result = co_await call([&](auto *cancellable, auto callback, auto data) {
-        m_library->busCall(m_bus, destination.constData(), path.constData(), interface.constData(),
-                           method.constData(), arguments, nullptr, G_DBUS_CALL_FLAGS_NONE, -1, cancellable, callback,
-                           data);
+        m_library->busCall(m_bus, destination.constData(), path.constData(), interface.constData(), method.constData(),
+                           arguments, nullptr, G_DBUS_CALL_FLAGS_NONE, -1, cancellable, callback, data);
     });
     GError *error = nullptr;
     GVariant *const answer = result == nullptr ? nullptr : m_library->busCallFinish(m_bus, result, &error);
@@ -317,9 +323,8 @@ QCoro::Task<GVariant *> SecretServiceOperation::ask(QByteArray destination, QByt
 
 QCoro::Task<std::optional<QByteArray>> SecretServiceOperation::owner(QByteArray busName)
 {
-    GVariant *const answer =
-        co_await ask("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "GetNameOwner",
-                     g_variant_new("(s)", busName.constData()));
+    GVariant *const answer = co_await ask("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                                          "GetNameOwner", g_variant_new("(s)", busName.constData()));
     if (answer == nullptr) {
         co_return std::nullopt;
     }
@@ -398,9 +403,8 @@ QCoro::Task<qint32> SecretServiceOperation::prepareDefaultCollection()
         setBound(Waiting::forPrompt); // making the collection asks the user for its password
         co_return KeyStoreStatus::success;
     }
-    GVariant *const property =
-        co_await ask(secretsName, collection, "org.freedesktop.DBus.Properties", "Get",
-                     g_variant_new("(ss)", "org.freedesktop.Secret.Collection", "Locked"));
+    GVariant *const property = co_await ask(secretsName, collection, "org.freedesktop.DBus.Properties", "Get",
+                                            g_variant_new("(ss)", "org.freedesktop.Secret.Collection", "Locked"));
     if (property == nullptr) {
         co_return statusOf(nullptr);
     }

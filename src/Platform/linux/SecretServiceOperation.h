@@ -2,8 +2,8 @@
 
 // One operation on the secret store: a few asynchronous calls of libsecret under one bound.
 //
-// Main thread; lives in the frame of the coroutine that runs it. When the bound passes, or the store object goes, the call
-// in flight is cancelled and given up at once, whether or not the library reacts.
+// Main thread; lives in the frame of the coroutine that runs it. When the bound passes, or the store object goes, the
+// call in flight is cancelled and given up at once, whether or not the library reacts.
 
 #include "Platform/KeyStorePort.h"
 #include "Platform/linux/GLibContextPump.h"

@@ -18,7 +18,7 @@ bool isAnnounced()
     if (runtimeFolder.isEmpty()) {
         return false;
     }
-    struct stat status{};
+    struct stat status {};
     const QByteArray path = runtimeFolder + "/bus";
     return ::stat(path.constData(), &status) == 0 && S_ISSOCK(status.st_mode) && status.st_uid == ::getuid();
 }

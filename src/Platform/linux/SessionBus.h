@@ -2,8 +2,8 @@
 
 // The login session's message bus, found without ever starting one.
 //
-// The bus libraries start a bus of their own when none is named; a program that runs without a session must not do that. Ask
-// isAnnounced() before anything that connects. Main thread.
+// The bus libraries start a bus of their own when none is named; a program that runs without a session must not do
+// that. Ask isAnnounced() before anything that connects. Main thread.
 
 #include <QDBusConnection>
 

@@ -92,8 +92,8 @@ xcb_atom_t X11Connection::atom(std::string_view name)
     if (!isValid()) {
         return XCB_ATOM_NONE;
     }
-    const auto answer = reply(xcb_intern_atom_reply, xcb_intern_atom(m_connection, 0, static_cast<quint16>(name.size()),
-                                                                     name.data()));
+    const auto answer =
+        reply(xcb_intern_atom_reply, xcb_intern_atom(m_connection, 0, static_cast<quint16>(name.size()), name.data()));
     if (!answer) {
         return XCB_ATOM_NONE;
     }
@@ -107,8 +107,8 @@ std::vector<quint32> X11Connection::property(xcb_window_t window, std::string_vi
     if (wanted == XCB_ATOM_NONE) {
         return {};
     }
-    const auto answer = reply(xcb_get_property_reply,
-                              xcb_get_property(m_connection, 0, window, wanted, XCB_ATOM_ANY, 0, maximum));
+    const auto answer =
+        reply(xcb_get_property_reply, xcb_get_property(m_connection, 0, window, wanted, XCB_ATOM_ANY, 0, maximum));
     if (!answer || answer->format != 32) {
         return {};
     }
@@ -123,8 +123,8 @@ QByteArray X11Connection::textProperty(xcb_window_t window, std::string_view nam
     if (wanted == XCB_ATOM_NONE) {
         return {};
     }
-    const auto answer = reply(xcb_get_property_reply,
-                              xcb_get_property(m_connection, 0, window, wanted, XCB_ATOM_ANY, 0, maximumWords));
+    const auto answer =
+        reply(xcb_get_property_reply, xcb_get_property(m_connection, 0, window, wanted, XCB_ATOM_ANY, 0, maximumWords));
     if (!answer || answer->format != 8) {
         return {};
     }

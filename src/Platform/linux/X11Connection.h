@@ -2,10 +2,10 @@
 
 // The program's own connection to the X server, beside Qt's, shared by every adapter that speaks X11.
 //
-// Main thread. Events are handed to the registered handlers from the event loop: a socket notifier wakes for new ones, and
-// those that a round trip has read on the way are dispatched right after it. No timer runs. When the server goes away the
-// connection becomes invalid and stays so; every operation then does nothing. Nothing here touches the server before the
-// first call of isValid() or of an operation.
+// Main thread. Events are handed to the registered handlers from the event loop: a socket notifier wakes for new ones,
+// and those that a round trip has read on the way are dispatched right after it. No timer runs. When the server goes
+// away the connection becomes invalid and stays so; every operation then does nothing. Nothing here touches the server
+// before the first call of isValid() or of an operation.
 
 #include "Platform/linux/X11Reply.h"
 
@@ -55,9 +55,9 @@ public:
     /// every round trip made directly on connection().
     void settle();
 
-    /// Waits for a request's reply, at most `replyBound`: a program that stopped while it had the server to itself would
-    /// otherwise stop this one as well. `reply(xcb_query_pointer_reply, xcb_query_pointer(...))`, where the function only
-    /// names the reply's type. Null on an error or when there is none in time.
+    /// Waits for a request's reply, at most `replyBound`: a program that stopped while it had the server to itself
+    /// would otherwise stop this one as well. `reply(xcb_query_pointer_reply, xcb_query_pointer(...))`, where the
+    /// function only names the reply's type. Null on an error or when there is none in time.
     template <typename Reply, typename Cookie>
     [[nodiscard]] X11Reply<Reply> reply(Reply *(*)(xcb_connection_t *, Cookie, xcb_generic_error_t **), Cookie cookie)
     {

@@ -75,9 +75,8 @@ void X11HotKeys::useKeyboardExtension()
     }
     // With detectable repeat a held key sends presses only, and its one release means that it was let go.
     constexpr quint32 detectable = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
-    (void)m_connection.reply(
-        xcb_xkb_per_client_flags_reply,
-        xcb_xkb_per_client_flags(raw, XCB_XKB_ID_USE_CORE_KBD, detectable, detectable, 0, 0, 0));
+    (void)m_connection.reply(xcb_xkb_per_client_flags_reply,
+                             xcb_xkb_per_client_flags(raw, XCB_XKB_ID_USE_CORE_KBD, detectable, detectable, 0, 0, 0));
     // A client of this extension is told of changes through its events, and no longer by the core protocol's.
     constexpr quint16 events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
     constexpr quint16 symbolsAndModifiers = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
@@ -231,8 +230,8 @@ void X11HotKeys::handle(const xcb_generic_event_t &event)
     } else if (type == XCB_GE_GENERIC && m_inputOpcode != 0) {
         const auto &generic = reinterpret_cast<const xcb_ge_generic_event_t &>(event);
         if (generic.extension == m_inputOpcode && generic.event_type == XCB_INPUT_RAW_KEY_RELEASE) {
-            release(static_cast<xcb_keycode_t>(
-                reinterpret_cast<const xcb_input_raw_key_release_event_t &>(event).detail));
+            release(
+                static_cast<xcb_keycode_t>(reinterpret_cast<const xcb_input_raw_key_release_event_t &>(event).detail));
         }
     } else if (type == XCB_MAPPING_NOTIFY || (m_keyboardEvent != 0 && type == m_keyboardEvent)) {
         scheduleGrabAllAnew();
@@ -261,8 +260,9 @@ void X11HotKeys::press(const xcb_key_press_event_t &event)
 {
     const bool isRepeat = !m_heldKeys.insert(event.detail).second;
     if (m_inputOpcode != 0) {
-        // While the grab is active, toolkits hold that their window has lost the keyboard, and do not tell what is selected in
-        // it. So it gets the keyboard back at once, although the key is still down; its release is heard of in another way.
+        // While the grab is active, toolkits hold that their window has lost the keyboard, and do not tell what is
+        // selected in it. So it gets the keyboard back at once, although the key is still down; its release is heard of
+        // in another way.
         if (!isRepeat && m_heldKeys.size() == 1) {
             listenForReleases(Listening::on);
         }
@@ -303,14 +303,13 @@ void X11HotKeys::release(xcb_keycode_t keyCode)
 
 void X11HotKeys::spoilLoneAlt()
 {
-    // The grab has ended with the key's release, so the application in front sees Alt pressed and, soon, released with nothing
-    // in between, which toolkits take for "open the menu bar". A tap of a key in between prevents that. Control alone has no
-    // meaning anywhere, and Alt is looked up once more so that the tap never comes without it.
-    const auto pointer = m_connection.reply(xcb_query_pointer_reply,
-                                            xcb_query_pointer(m_connection.connection(), m_connection.root()));
+    // The grab has ended with the key's release, so the application in front sees Alt pressed and, soon, released with
+    // nothing in between, which toolkits take for "open the menu bar". A tap of a key in between prevents that. Control
+    // alone has no meaning anywhere, and Alt is looked up once more so that the tap never comes without it.
+    const auto pointer =
+        m_connection.reply(xcb_query_pointer_reply, xcb_query_pointer(m_connection.connection(), m_connection.root()));
     const auto control = x11KeyCode(macControlKeyCode);
-    if (!pointer || !control || (pointer->mask & m_modifiers.alt) == 0 ||
-        (pointer->mask & XCB_MOD_MASK_CONTROL) != 0) {
+    if (!pointer || !control || (pointer->mask & m_modifiers.alt) == 0 || (pointer->mask & XCB_MOD_MASK_CONTROL) != 0) {
         return;
     }
     xcb_connection_t *const raw = m_connection.connection();

@@ -2,9 +2,9 @@
 
 // System-wide hot keys as passive key grabs on the root window.
 //
-// Main thread. Each hot key is grabbed for every state of the lock modifiers. Only the grabbed combinations ever reach this
-// program; no other key is seen, and none is recorded. When the keyboard's layout or modifiers change, every hot key is
-// grabbed anew at its place under the new layout.
+// Main thread. Each hot key is grabbed for every state of the lock modifiers. Only the grabbed combinations ever reach
+// this program; no other key is seen, and none is recorded. When the keyboard's layout or modifiers change, every hot
+// key is grabbed anew at its place under the new layout.
 
 #include "Platform/HotKeyPort.h"
 #include "Platform/linux/X11Connection.h"

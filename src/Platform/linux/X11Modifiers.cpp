@@ -41,8 +41,8 @@ struct KeyboardMap {
         return std::span(symbols).subspan(start, columns);
     }
 
-    /// The modifier bit of the first key that gives one of the symbols; earlier symbols and columns are preferred, so that
-    /// a key that means Alt by itself wins over one that means it only with Shift.
+    /// The modifier bit of the first key that gives one of the symbols; earlier symbols and columns are preferred, so
+    /// that a key that means Alt by itself wins over one that means it only with Shift.
     [[nodiscard]] quint16 bitOf(std::initializer_list<xcb_keysym_t> wanted) const
     {
         for (const xcb_keysym_t symbol : wanted) {
@@ -81,8 +81,7 @@ KeyboardMap readKeyboardMap(X11Connection &connection)
     map.symbols.assign(symbols, symbols + xcb_get_keyboard_mapping_keysyms_length(keys.get()));
     map.keysPerModifier = modifiers->keycodes_per_modifier;
     const auto *const modifierKeys = xcb_get_modifier_mapping_keycodes(modifiers.get());
-    map.modifierKeys.assign(modifierKeys,
-                            modifierKeys + xcb_get_modifier_mapping_keycodes_length(modifiers.get()));
+    map.modifierKeys.assign(modifierKeys, modifierKeys + xcb_get_modifier_mapping_keycodes_length(modifiers.get()));
     return map;
 }
 

@@ -85,8 +85,8 @@ void X11MouseMonitor::handle(const xcb_generic_event_t &event)
 
 std::optional<QPoint> X11MouseMonitor::pointerPosition()
 {
-    const auto pointer = m_connection.reply(xcb_query_pointer_reply,
-                                            xcb_query_pointer(m_connection.connection(), m_connection.root()));
+    const auto pointer =
+        m_connection.reply(xcb_query_pointer_reply, xcb_query_pointer(m_connection.connection(), m_connection.root()));
     if (!pointer) {
         return std::nullopt;
     }

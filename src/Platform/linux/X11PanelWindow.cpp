@@ -47,8 +47,8 @@ std::vector<quint32> withPanelStates(X11Connection &atoms, xcb_connection_t *con
         const auto *const values = static_cast<const quint32 *>(xcb_get_property_value(present.get()));
         states.assign(values, values + present->value_len);
     }
-    for (const std::string_view name : {"_NET_WM_STATE_ABOVE", "_NET_WM_STATE_STICKY", "_NET_WM_STATE_SKIP_TASKBAR",
-                                        "_NET_WM_STATE_SKIP_PAGER"}) {
+    for (const std::string_view name :
+         {"_NET_WM_STATE_ABOVE", "_NET_WM_STATE_STICKY", "_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"}) {
         if (const xcb_atom_t state = atoms.atom(name); std::ranges::find(states, state) == states.end()) {
             states.push_back(state);
         }
@@ -68,8 +68,8 @@ void writeProperties(X11Connection &atoms, QWindow &window)
     setProperty(connection, id, atoms.atom("_NET_WM_STATE"), XCB_ATOM_ATOM, withPanelStates(atoms, connection, id));
     // Both this and the sticky state: one window manager follows the one, another the other.
     setProperty(connection, id, atoms.atom("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, {everyDesktop});
-    // Time 0 asks the window manager not to give the window the focus when it appears. Where window managers look for it on a
-    // window of its own, Qt does the same for windows that show without activating.
+    // Time 0 asks the window manager not to give the window the focus when it appears. Where window managers look for
+    // it on a window of its own, Qt does the same for windows that show without activating.
     setProperty(connection, id, atoms.atom("_NET_WM_USER_TIME"), XCB_ATOM_CARDINAL, {0});
     xcb_flush(connection);
 }
@@ -87,8 +87,8 @@ void askWindowManager(xcb_connection_t *connection, xcb_window_t root, xcb_windo
                    reinterpret_cast<const char *>(&message));
 }
 
-/// Asks for the same once the window is there: a window manager that was still busy with an earlier hiding has wiped what
-/// writeProperties() wrote for this showing.
+/// Asks for the same once the window is there: a window manager that was still busy with an earlier hiding has wiped
+/// what writeProperties() wrote for this showing.
 void repeatStates(X11Connection &atoms, QWindow &window)
 {
     constexpr quint32 add = 1;
@@ -104,7 +104,8 @@ void repeatStates(X11Connection &atoms, QWindow &window)
     askWindowManager(
         connection, atoms.root(), id, state,
         {add, atoms.atom("_NET_WM_STATE_SKIP_TASKBAR"), atoms.atom("_NET_WM_STATE_SKIP_PAGER"), fromApplication});
-    askWindowManager(connection, atoms.root(), id, atoms.atom("_NET_WM_DESKTOP"), {everyDesktop, fromApplication, 0, 0});
+    askWindowManager(connection, atoms.root(), id, atoms.atom("_NET_WM_DESKTOP"),
+                     {everyDesktop, fromApplication, 0, 0});
     xcb_flush(connection);
 }
 
@@ -114,7 +115,8 @@ X11PanelWindow::X11PanelWindow(X11Connection &connection) : m_connection(connect
 
 void X11PanelWindow::makePanel(QWindow &window)
 {
-    // Qt's X11 plugin writes a user time of its own at every showing unless the window says that it comes without focus.
+    // Qt's X11 plugin writes a user time of its own at every showing unless the window says that it comes without
+    // focus.
     window.setProperty("_q_showWithoutActivating", true);
     window.removeEventFilter(this);
     window.installEventFilter(this);
@@ -141,8 +143,8 @@ bool X11PanelWindow::isCompositing() const
     }
     const std::string selection = "_NET_WM_CM_S" + std::to_string(m_connection.screenNumber());
     const xcb_atom_t manager = m_connection.atom(selection);
-    const auto owner = m_connection.reply(xcb_get_selection_owner_reply,
-                                          xcb_get_selection_owner(m_connection.connection(), manager));
+    const auto owner =
+        m_connection.reply(xcb_get_selection_owner_reply, xcb_get_selection_owner(m_connection.connection(), manager));
     return owner && owner->owner != XCB_WINDOW_NONE;
 }
 

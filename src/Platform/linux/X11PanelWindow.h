@@ -2,9 +2,9 @@
 
 // Window type and states that make a Qt window a floating panel under X11 window managers.
 //
-// Main thread. The properties are written on Qt's own connection, so that they follow the window's creation and precede its
-// mapping; since a window manager drops them when a window is hidden, they are written again at every showing. On another
-// platform plugin than xcb only what Qt's window flags do remains.
+// Main thread. The properties are written on Qt's own connection, so that they follow the window's creation and precede
+// its mapping; since a window manager drops them when a window is hidden, they are written again at every showing. On
+// another platform plugin than xcb only what Qt's window flags do remains.
 
 #include "Platform/PanelWindowPort.h"
 #include "Platform/linux/X11Connection.h"

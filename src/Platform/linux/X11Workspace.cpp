@@ -39,13 +39,11 @@ std::optional<qint64> X11Workspace::clientProcess(xcb_window_t window) const
         return std::nullopt;
     }
     const xcb_res_client_id_spec_t wanted{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-    const auto answer =
-        m_connection.reply(xcb_res_query_client_ids_reply, xcb_res_query_client_ids(raw, 1, &wanted));
+    const auto answer = m_connection.reply(xcb_res_query_client_ids_reply, xcb_res_query_client_ids(raw, 1, &wanted));
     if (!answer) {
         return std::nullopt;
     }
-    for (auto id = xcb_res_query_client_ids_ids_iterator(answer.get()); id.rem > 0;
-         xcb_res_client_id_value_next(&id)) {
+    for (auto id = xcb_res_query_client_ids_ids_iterator(answer.get()); id.rem > 0; xcb_res_client_id_value_next(&id)) {
         if ((id.data->spec.mask & XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID) != 0 &&
             xcb_res_client_id_value_value_length(id.data) > 0) {
             if (const quint32 process = *xcb_res_client_id_value_value(id.data); process != 0) {
