@@ -1,10 +1,10 @@
 #include "AI/APIHTTPClient.h"
 
+#include "AI/ErrorText.h"
 #include "AI/HTTPTransfer.h"
 #include "Models/AppError.h"
 
-#include <QNetworkReply>
-#include <QStringDecoder>
+#include <QSslConfiguration>
 
 namespace orvesa {
 
@@ -12,31 +12,38 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The bytes as text, or nothing when they are not valid UTF-8 from the first byte to the last.
-[[nodiscard]] QString strictText(const QByteArray &bytes)
-{
-    QStringDecoder decoder(QStringConverter::Utf8,
-                           QStringConverter::Flag::Stateless | QStringConverter::Flag::ConvertInitialBom);
-    const QString text = decoder.decode(bytes);
-    return decoder.hasError() ? QString() : text;
-}
-
 [[nodiscard]] AppError statusError(const HTTPResponse &response)
 {
     return AppError::apiRequestFailed(u"HTTP "_s + QString::number(response.status) + u": "_s +
-                                      strictText(response.body));
+                                      errorText(response.body));
+}
+
+} // namespace
+
+APIHTTPClient::APIHTTPClient(QNetworkAccessManager &manager, std::chrono::milliseconds timeout)
+    : m_manager(manager), m_timeout(timeout)
+{
+}
+
+QCoro::Task<QByteArray> APIHTTPClient::postJSON(QUrl url, Headers headers, QByteArray body, std::stop_token stop)
+{
+    return send(HTTPRequest{url, headers, body}, stop);
+}
+
+QCoro::Task<QByteArray> APIHTTPClient::get(QUrl url, Headers headers, std::stop_token stop)
+{
+    return send(HTTPRequest{url, headers, std::nullopt}, stop);
 }
 
 /// The request's way through all redirects to the body of a success.
-[[nodiscard]] QCoro::Task<QByteArray> send(QNetworkAccessManager &manager, std::chrono::milliseconds timeout,
-                                           HTTPRequest request, std::stop_token stop)
+QCoro::Task<QByteArray> APIHTTPClient::send(HTTPRequest request, std::stop_token stop)
 {
     if (request.url.scheme() != "https"_L1 && request.url.scheme() != "http"_L1) {
         // Qt would read files and data addresses as well.
         throw AppError(AppError::Kind::invalidAPIResponse);
     }
     for (int redirects = 0; redirects <= greatestRedirectCount; ++redirects) {
-        HTTPTransfer transfer(manager, request, timeout, stop);
+        HTTPTransfer transfer(m_manager, request, m_timeout, openingOf(request.url), stop);
         const HTTPResponse response = co_await transfer.completion();
         if (response.status == 0) {
             throw AppError(AppError::Kind::invalidAPIResponse);
@@ -54,33 +61,36 @@ namespace {
     throw AppError::apiRequestFailed(u"The server redirected the request too many times."_s);
 }
 
-} // namespace
-
-APIHTTPClient::APIHTTPClient(QNetworkAccessManager &manager, std::chrono::milliseconds timeout)
-    : m_manager(manager), m_timeout(timeout)
+void APIHTTPClient::preconnect(QUrl url)
 {
+    openConnection(url);
 }
 
-QCoro::Task<QByteArray> APIHTTPClient::postJSON(QUrl url, Headers headers, QByteArray body, std::stop_token stop)
-{
-    return send(m_manager, m_timeout, HTTPRequest{url, headers, body}, stop);
-}
-
-QCoro::Task<QByteArray> APIHTTPClient::get(QUrl url, Headers headers, std::stop_token stop)
-{
-    return send(m_manager, m_timeout, HTTPRequest{url, headers, std::nullopt}, stop);
-}
-
-void APIHTTPClient::preconnect(const QUrl &url)
+void APIHTTPClient::openConnection(const QUrl &url)
 {
     // Nobody else would ever delete the reply objects behind these calls.
     m_manager.setAutoDeleteReplies(true);
     if (url.scheme() == "https"_L1) {
-        m_manager.connectToHostEncrypted(url.host(), static_cast<quint16>(url.port(443)));
+        // The same offer as every request makes; a connection opened with another one would not be used.
+        QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+        configuration.setAllowedNextProtocols(
+            {QSslConfiguration::ALPNProtocolHTTP2, QSslConfiguration::NextProtocolHttp1_1});
+        m_manager.connectToHostEncrypted(url.host(), static_cast<quint16>(url.port(443)), configuration);
+        // Two requests that wait for one connection get a connection each when the service then chooses HTTP/1.1, so
+        // a request has to know of this one.
+        m_opening = m_manager.findChildren<QNetworkReply *>(QString(), Qt::FindDirectChildrenOnly).constLast();
     } else {
         m_manager.connectToHost(url.host(), static_cast<quint16>(url.port(80)));
     }
     m_manager.setAutoDeleteReplies(false);
+}
+
+QNetworkReply *APIHTTPClient::openingOf(const QUrl &url) const
+{
+    const auto port = [](const QUrl &address) { return address.port(443); };
+    const bool isMeant = m_opening != nullptr && url.scheme() == "https"_L1 && m_opening->url().host() == url.host() &&
+                         port(m_opening->url()) == port(url);
+    return isMeant ? m_opening.data() : nullptr;
 }
 
 } // namespace orvesa

@@ -6,24 +6,24 @@
 // operations may run at once. Every failure is an AppError. A body larger than maximumBodyBytes() is refused and never
 // held in memory whole. Redirects are followed, but headers given by the caller never go to another origin.
 
+#include "AI/HTTPRequest.h"
+
 #include <QByteArray>
 #include <QCoroTask>
 #include <QNetworkAccessManager>
-#include <QNetworkRequest>
+#include <QNetworkReply>
+#include <QPointer>
 #include <QString>
 #include <QUrl>
 
 #include <chrono>
-#include <functional>
 #include <stop_token>
-#include <utility>
-#include <vector>
 
 namespace orvesa {
 
 class APIHTTPClient final {
 public:
-    using Headers = std::vector<std::pair<QByteArray, QByteArray>>;
+    using Headers = HTTPRequest::Headers;
 
     /// Time without a byte after which a transfer fails.
     static constexpr std::chrono::milliseconds defaultTimeout = std::chrono::seconds(60);
@@ -40,11 +40,17 @@ public:
                                                    std::stop_token stop = {});
     [[nodiscard]] QCoro::Task<QByteArray> get(QUrl url, Headers headers, std::stop_token stop = {});
     /// Opens the connection to the address ahead of a request.
-    void preconnect(const QUrl &url);
+    void preconnect(QUrl url);
 
 private:
+    [[nodiscard]] QCoro::Task<QByteArray> send(HTTPRequest request, std::stop_token stop);
+    void openConnection(const QUrl &url);
+    [[nodiscard]] QNetworkReply *openingOf(const QUrl &url) const;
+
     QNetworkAccessManager &m_manager;
     std::chrono::milliseconds m_timeout;
+    /// The last connection that was opened ahead, as long as it is being opened.
+    QPointer<QNetworkReply> m_opening;
 };
 
 } // namespace orvesa

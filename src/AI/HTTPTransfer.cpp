@@ -40,8 +40,8 @@ constexpr qint64 networkBufferBytes = 256 * 1024;
 } // namespace
 
 HTTPTransfer::HTTPTransfer(QNetworkAccessManager &manager, const HTTPRequest &request,
-                           std::chrono::milliseconds idleTimeout, std::stop_token stop)
-    : m_request(request)
+                           std::chrono::milliseconds idleTimeout, QNetworkReply *opening, std::stop_token stop)
+    : m_manager(manager), m_request(request)
 {
     // Whoever requests the stop goes on to something else: the end of this is heard of before that begins, not in its
     // midst.
@@ -56,8 +56,12 @@ HTTPTransfer::HTTPTransfer(QNetworkAccessManager &manager, const HTTPRequest &re
     m_idleTimer.setInterval(idleTimeout);
     m_idleTimer.callOnTimeout(
         this, [this] { fail(QCoreApplication::translate("QAbstractSocket", "Socket operation timed out")); });
-    send(manager);
-    watch();
+    m_idleTimer.start();
+    if (opening != nullptr && opening->isRunning()) {
+        sendAfter(*opening);
+    } else {
+        send();
+    }
     m_stopCallback.emplace(std::move(stop), cancel);
 }
 
@@ -72,17 +76,32 @@ HTTPTransfer::~HTTPTransfer()
     }
 }
 
-void HTTPTransfer::send(QNetworkAccessManager &manager)
+void HTTPTransfer::sendAfter(QNetworkReply &opening)
+{
+    // However the opening ends: when it failed, this request finds out why.
+    connect(
+        &opening, &QNetworkReply::finished, this,
+        [this] {
+            if (!m_isDone) {
+                send();
+            }
+        },
+        // Not inside the opening's own end: only afterwards is its connection free.
+        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+}
+
+void HTTPTransfer::send()
 {
     QNetworkRequest request = networkRequest(m_request);
     if (m_request.body) {
         auto *body = new RequestBody(*m_request.body, nullptr);
-        m_reply = manager.post(request, body);
+        m_reply = m_manager.post(request, body);
         body->setParent(m_reply);
     } else {
-        m_reply = manager.get(request);
+        m_reply = m_manager.get(request);
     }
     m_reply->setReadBufferSize(networkBufferBytes);
+    watch();
 }
 
 void HTTPTransfer::watch()

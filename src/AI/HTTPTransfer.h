@@ -37,9 +37,10 @@ class HTTPTransfer final : public QObject {
     Q_OBJECT
 
 public:
-    /// Sends the request, unless a stop was requested already.
+    /// Sends the request, unless a stop was requested already; while `opening` runs, which opens a connection ahead, as
+    /// soon as that has ended.
     HTTPTransfer(QNetworkAccessManager &manager, const HTTPRequest &request, std::chrono::milliseconds idleTimeout,
-                 std::stop_token stop);
+                 QNetworkReply *opening, std::stop_token stop);
     ~HTTPTransfer() override;
 
     class Completion final {
@@ -57,7 +58,8 @@ public:
     [[nodiscard]] Completion completion() { return Completion(*this); }
 
 private:
-    void send(QNetworkAccessManager &manager);
+    void sendAfter(QNetworkReply &opening);
+    void send();
     void watch();
     void readBody();
     void judge();
@@ -70,6 +72,7 @@ private:
     [[nodiscard]] QString transportFailure() const;
     [[nodiscard]] HTTPResponse takeResponse();
 
+    QNetworkAccessManager &m_manager;
     HTTPRequest m_request;
     QTimer m_idleTimer;
     QPointer<QNetworkReply> m_reply;

@@ -1,0 +1,18 @@
+#include "AI/ErrorText.h"
+
+#include "AI/APIHTTPClient.h"
+
+#include <QStringDecoder>
+
+namespace orvesa {
+
+QString errorText(const QByteArray &body)
+{
+    QStringDecoder decoder(QStringConverter::Utf8,
+                           QStringConverter::Flag::Stateless | QStringConverter::Flag::ConvertInitialBom);
+    const QString text =
+        decoder.decode(QByteArrayView(body).first(qMin(body.size(), APIHTTPClient::maximumErrorBytes)));
+    return decoder.hasError() ? QString() : text;
+}
+
+} // namespace orvesa

@@ -1,0 +1,14 @@
+// Answers of Gemini.
+
+#include "AI/GeminiProvider.h"
+#include "fuzz/AnswerCheck.h"
+
+#include <cstddef>
+#include <cstdint>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    const QByteArray body(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
+    orvesa::checkAnswer(orvesa::GeminiProvider::answerText, body, orvesa::EmptyAnswer::forbidden);
+    return 0;
+}
