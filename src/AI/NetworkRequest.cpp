@@ -29,10 +29,9 @@ QNetworkRequest networkRequest(const HTTPRequest &request)
     result.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     result.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     result.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
-    // HTTP/1.1: one request at a time gains nothing from HTTP/2, and a connection opened ahead is used for sure.
-    // Without encryption the attribute changes nothing on the wire; there it has to be what
-    // QNetworkAccessManager::connectToHost() takes for granted, or a request would not find that connection.
-    result.setAttribute(QNetworkRequest::Http2AllowedAttribute, request.url.scheme() != "https"_L1);
+    // Offered to an encrypted service, which chooses. Qt opens a connection ahead only for what this attribute says, so
+    // the client opens it with the same offer.
+    result.setAttribute(QNetworkRequest::Http2AllowedAttribute, true);
     // The size after decompression is bounded where the body is read, with a message of our own.
     result.setDecompressedSafetyCheckThreshold(-1);
     result.setHeader(QNetworkRequest::UserAgentHeader, u"OrvesaTranslate"_s);

@@ -88,7 +88,7 @@ void addExtension(X509 *certificate, X509 *issuer, int identifier, const char *v
 
 } // namespace
 
-ServiceCertificate::ServiceCertificate()
+ServiceCertificate::ServiceCertificate(const QHostAddress &address)
 {
     const Key authorityKey(EVP_EC_gen("P-256"));
     const Key key(EVP_EC_gen("P-256"));
@@ -100,11 +100,12 @@ ServiceCertificate::ServiceCertificate()
     addExtension(authority.get(), authority.get(), NID_subject_key_identifier, "hash");
     require(X509_sign(authority.get(), authorityKey.get(), EVP_sha256()) != 0);
 
+    const QByteArray names = "DNS:localhost,DNS:service.test,IP:127.0.0.1,IP:::1,IP:" + address.toString().toLatin1();
     const Certificate certificate = unsignedCertificate("localhost", 2, key.get(), authority.get());
     addExtension(certificate.get(), authority.get(), NID_basic_constraints, "critical,CA:FALSE");
     addExtension(certificate.get(), authority.get(), NID_key_usage, "critical,digitalSignature");
     addExtension(certificate.get(), authority.get(), NID_ext_key_usage, "serverAuth");
-    addExtension(certificate.get(), authority.get(), NID_subject_alt_name, "DNS:localhost,IP:127.0.0.1,IP:::1");
+    addExtension(certificate.get(), authority.get(), NID_subject_alt_name, names.constData());
     require(X509_sign(certificate.get(), authorityKey.get(), EVP_sha256()) != 0);
 
     m_authority = QSslCertificate(pem(authority.get()), QSsl::Pem);

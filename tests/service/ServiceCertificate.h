@@ -3,6 +3,7 @@
 // A certificate authority of our own and one certificate issued by it, made afresh in memory at every start. Only the
 // authority's certificate is written to a file, for programs that have to be told whom to trust; no key ever is.
 
+#include <QHostAddress>
 #include <QList>
 #include <QSslCertificate>
 #include <QSslKey>
@@ -13,8 +14,8 @@ namespace orvesa::service {
 
 class ServiceCertificate final {
 public:
-    /// A certificate for "localhost", 127.0.0.1 and ::1, valid for a day.
-    ServiceCertificate();
+    /// A certificate for "localhost", "service.test", 127.0.0.1, ::1 and one more address, valid for a day.
+    explicit ServiceCertificate(const QHostAddress &address = QHostAddress(QHostAddress::LocalHost));
 
     [[nodiscard]] const QSslCertificate &authority() const noexcept { return m_authority; }
     [[nodiscard]] const QSslCertificate &certificate() const noexcept { return m_certificate; }
