@@ -2,9 +2,12 @@
 
 #include "AI/ErrorText.h"
 #include "AI/HTTPTransfer.h"
+#include "AI/SystemProxies.h"
 #include "Models/AppError.h"
 
 #include <QSslConfiguration>
+
+#include <utility>
 
 namespace orvesa {
 
@@ -20,8 +23,8 @@ namespace {
 
 } // namespace
 
-APIHTTPClient::APIHTTPClient(QNetworkAccessManager &manager, std::chrono::milliseconds timeout)
-    : m_manager(manager), m_timeout(timeout)
+APIHTTPClient::APIHTTPClient(QNetworkAccessManager &manager, std::chrono::milliseconds timeout, SystemProxies *proxies)
+    : m_manager(manager), m_timeout(timeout), m_proxies(proxies)
 {
 }
 
@@ -43,7 +46,10 @@ QCoro::Task<QByteArray> APIHTTPClient::send(HTTPRequest request, std::stop_token
         throw AppError(AppError::Kind::invalidAPIResponse);
     }
     for (int redirects = 0; redirects <= greatestRedirectCount; ++redirects) {
-        HTTPTransfer transfer(m_manager, request, m_timeout, openingOf(request.url), stop);
+        const auto preparation = [this, url = request.url](QObject *context, std::function<void()> prepared) {
+            prepare(url, context, std::move(prepared));
+        };
+        HTTPTransfer transfer(m_manager, request, m_timeout, preparation, stop);
         const HTTPResponse response = co_await transfer.completion();
         if (response.status == 0) {
             throw AppError(AppError::Kind::invalidAPIResponse);
@@ -63,7 +69,31 @@ QCoro::Task<QByteArray> APIHTTPClient::send(HTTPRequest request, std::stop_token
 
 void APIHTTPClient::preconnect(QUrl url)
 {
-    openConnection(url);
+    lookUpProxies(url, &m_context, [this, url] { openConnection(url); });
+}
+
+void APIHTTPClient::lookUpProxies(const QUrl &url, QObject *context, std::function<void()> known)
+{
+    if (m_proxies == nullptr) {
+        known();
+    } else {
+        m_proxies->lookUp(url, context, std::move(known));
+    }
+}
+
+void APIHTTPClient::prepare(const QUrl &url, QObject *context, std::function<void()> prepared)
+{
+    lookUpProxies(url, context, [this, url, context, prepared = std::move(prepared)] {
+        const QNetworkReply *opening = openingOf(url);
+        if (opening == nullptr || !opening->isRunning()) {
+            prepared();
+            return;
+        }
+        // However the opening ends: when it failed, the request finds out why. Not inside the opening's own end, for
+        // only afterwards is its connection free.
+        QObject::connect(opening, &QNetworkReply::finished, context, prepared,
+                         static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+    });
 }
 
 void APIHTTPClient::openConnection(const QUrl &url)

@@ -12,14 +12,18 @@
 #include <QCoroTask>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QObject>
 #include <QPointer>
 #include <QString>
 #include <QUrl>
 
 #include <chrono>
+#include <functional>
 #include <stop_token>
 
 namespace orvesa {
+
+class SystemProxies;
 
 class APIHTTPClient final {
 public:
@@ -32,8 +36,9 @@ public:
     /// How much of an error's body reaches the message.
     static constexpr qsizetype maximumErrorBytes = 500;
 
-    /// The manager must outlive the client.
-    explicit APIHTTPClient(QNetworkAccessManager &manager, std::chrono::milliseconds timeout = defaultTimeout);
+    /// Manager and proxies must outlive the client; without proxies it asks nobody for them.
+    explicit APIHTTPClient(QNetworkAccessManager &manager, std::chrono::milliseconds timeout = defaultTimeout,
+                           SystemProxies *proxies = nullptr);
 
     /// POSTs a JSON body; gives the answer's bytes.
     [[nodiscard]] QCoro::Task<QByteArray> postJSON(QUrl url, Headers headers, QByteArray body,
@@ -44,13 +49,18 @@ public:
 
 private:
     [[nodiscard]] QCoro::Task<QByteArray> send(HTTPRequest request, std::stop_token stop);
+    /// Calls `prepared` when the way to the address is known and no connection to it is being opened.
+    void prepare(const QUrl &url, QObject *context, std::function<void()> prepared);
+    void lookUpProxies(const QUrl &url, QObject *context, std::function<void()> known);
     void openConnection(const QUrl &url);
     [[nodiscard]] QNetworkReply *openingOf(const QUrl &url) const;
 
     QNetworkAccessManager &m_manager;
     std::chrono::milliseconds m_timeout;
+    SystemProxies *m_proxies;
     /// The last connection that was opened ahead, as long as it is being opened.
     QPointer<QNetworkReply> m_opening;
+    QObject m_context; ///< ends with the client what still waits to be opened
 };
 
 } // namespace orvesa

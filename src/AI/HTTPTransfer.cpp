@@ -40,7 +40,7 @@ constexpr qint64 networkBufferBytes = 256 * 1024;
 } // namespace
 
 HTTPTransfer::HTTPTransfer(QNetworkAccessManager &manager, const HTTPRequest &request,
-                           std::chrono::milliseconds idleTimeout, QNetworkReply *opening, std::stop_token stop)
+                           std::chrono::milliseconds idleTimeout, const Preparation &prepare, std::stop_token stop)
     : m_manager(manager), m_request(request)
 {
     // Whoever requests the stop goes on to something else: the end of this is heard of before that begins, not in its
@@ -57,11 +57,7 @@ HTTPTransfer::HTTPTransfer(QNetworkAccessManager &manager, const HTTPRequest &re
     m_idleTimer.callOnTimeout(
         this, [this] { fail(QCoreApplication::translate("QAbstractSocket", "Socket operation timed out")); });
     m_idleTimer.start();
-    if (opening != nullptr && opening->isRunning()) {
-        sendAfter(*opening);
-    } else {
-        send();
-    }
+    prepare(this, [this] { send(); });
     m_stopCallback.emplace(std::move(stop), cancel);
 }
 
@@ -76,22 +72,11 @@ HTTPTransfer::~HTTPTransfer()
     }
 }
 
-void HTTPTransfer::sendAfter(QNetworkReply &opening)
-{
-    // However the opening ends: when it failed, this request finds out why.
-    connect(
-        &opening, &QNetworkReply::finished, this,
-        [this] {
-            if (!m_isDone) {
-                send();
-            }
-        },
-        // Not inside the opening's own end: only afterwards is its connection free.
-        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
-}
-
 void HTTPTransfer::send()
 {
+    if (m_isDone) {
+        return; // too slow, or no longer wanted
+    }
     QNetworkRequest request = networkRequest(m_request);
     if (m_request.body) {
         auto *body = new RequestBody(*m_request.body, nullptr);

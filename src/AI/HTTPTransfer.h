@@ -37,10 +37,13 @@ class HTTPTransfer final : public QObject {
     Q_OBJECT
 
 public:
-    /// Sends the request, unless a stop was requested already; while `opening` runs, which opens a connection ahead, as
-    /// soon as that has ended.
+    /// What has to happen before the request can be sent: calls its second argument afterwards, or right away, unless
+    /// the first one is gone by then.
+    using Preparation = std::function<void(QObject *context, std::function<void()> prepared)>;
+
+    /// Prepares and sends the request, unless a stop was requested already.
     HTTPTransfer(QNetworkAccessManager &manager, const HTTPRequest &request, std::chrono::milliseconds idleTimeout,
-                 QNetworkReply *opening, std::stop_token stop);
+                 const Preparation &prepare, std::stop_token stop);
     ~HTTPTransfer() override;
 
     class Completion final {
@@ -58,7 +61,6 @@ public:
     [[nodiscard]] Completion completion() { return Completion(*this); }
 
 private:
-    void sendAfter(QNetworkReply &opening);
     void send();
     void watch();
     void readBody();

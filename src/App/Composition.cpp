@@ -19,6 +19,7 @@
 #include "UI/Symbols.h"
 
 #include <QApplication>
+#include <QLoggingCategory>
 #include <QSslConfiguration>
 #include <QSslSocket>
 #include <QTimer>
@@ -42,6 +43,8 @@ void nameApplication()
 {
     QCoreApplication::setApplicationName(text(BuildIdentity::name));
     QCoreApplication::setApplicationVersion(text(BuildIdentity::version));
+    // Qt reports every HTTP/2 stream that ends early, cancelled ones too; what matters reaches the user as a failure.
+    QLoggingCategory::setFilterRules(u"qt.network.http2.warning=false"_s);
 }
 
 /// Authorities of a company's own, in the variable that other programs read them from. They come on top of the

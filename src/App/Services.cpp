@@ -17,7 +17,8 @@ Services::Services(UserDefaultsPort &defaults, const PreferredLanguagesPort &lan
     : settings(defaults, languages),
       keychain(keyStore, text(BuildIdentity::bundleIdentifier),
                {text(BuildIdentity::firstLegacyIdentifier), text(BuildIdentity::secondLegacyIdentifier)}),
-      client(network), providers(keychain, client, ServiceAddresses(QProcessEnvironment::systemEnvironment()))
+      proxies(network), client(network, APIHTTPClient::defaultTimeout, &proxies),
+      providers(keychain, client, ServiceAddresses(QProcessEnvironment::systemEnvironment()))
 {
 }
 

@@ -5,6 +5,7 @@
 
 #include "AI/AIProviderFactory.h"
 #include "AI/APIHTTPClient.h"
+#include "AI/SystemProxies.h"
 #include "Core/KeychainService.h"
 #include "Core/SettingsStore.h"
 
@@ -18,6 +19,7 @@ struct Services {
     SettingsStore settings;
     KeychainService keychain;
     QNetworkAccessManager network;
+    SystemProxies proxies;
     APIHTTPClient client;
     AIProviderFactory providers;
 };
