@@ -68,6 +68,16 @@ void FakeProviders::Call::fail(const QString &message)
     }
 }
 
+FakeProviders::~FakeProviders()
+{
+    const Calls calls = *m_calls;
+    for (const std::shared_ptr<Call> &call : calls) {
+        if (call->waiting) {
+            call->fail(QString());
+        }
+    }
+}
+
 std::unique_ptr<AIProvider> FakeProviders::provider(AIProviderType type) const
 {
     return std::make_unique<FakeProvider>(type, m_calls);

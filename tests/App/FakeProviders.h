@@ -28,6 +28,11 @@ public:
         void fail(const QString &message);
     };
 
+    FakeProviders() = default;
+    /// Calls that were never answered end with a failure, so that nobody waits for ever.
+    ~FakeProviders() override;
+    Q_DISABLE_COPY_MOVE(FakeProviders)
+
     [[nodiscard]] std::unique_ptr<AIProvider> provider(AIProviderType type) const override;
     void preconnect(AIProviderType type) const override;
 

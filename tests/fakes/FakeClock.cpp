@@ -9,6 +9,13 @@ FakeClock::Rest::Rest(FakeClock &clock, Sleeper &sleeper, std::chrono::milliseco
 {
 }
 
+FakeClock::~FakeClock()
+{
+    while (!m_sleepers.empty()) {
+        wake(*m_sleepers.begin()->second);
+    }
+}
+
 bool FakeClock::Rest::await_ready() const
 {
     return m_end <= m_clock.m_now || m_stop.stop_requested();

@@ -1,7 +1,6 @@
 #pragma once
 
-// A clock that stands still until a test moves it. Main thread. A sleep that never ends before the clock is destroyed
-// is never resumed, so tests let all sleeps end: by advance() or by a stop request.
+// A clock that stands still until a test moves it. Main thread. Whoever still sleeps when the clock is destroyed is woken.
 
 #include "Platform/ClockPort.h"
 
@@ -15,6 +14,10 @@ namespace orvesa {
 
 class FakeClock final : public ClockPort {
 public:
+    FakeClock() = default;
+    ~FakeClock() override;
+    Q_DISABLE_COPY_MOVE(FakeClock)
+
     [[nodiscard]] QCoro::Task<void> sleep(std::chrono::milliseconds duration, std::stop_token stop = {}) override;
 
     /// Moves the time and resumes, in the order of their ends, all sleeps that end by then, also those begun meanwhile.

@@ -73,30 +73,60 @@ bool ATSPIClient::mayAsk(const QString &busName) const
 std::optional<QVariantList> ATSPIClient::call(const ATSPIReference &object, const QString &interface,
                                               const QString &method, const QVariantList &arguments)
 {
-    return send(object, "org.a11y.atspi."_L1 + interface, method, arguments);
+    return send(Call{object, "org.a11y.atspi."_L1 + interface, method, arguments});
 }
 
-std::optional<QVariantList> ATSPIClient::send(const ATSPIReference &object, const QString &interface,
-                                              const QString &method, const QVariantList &arguments)
+std::vector<std::optional<QVariantList>> ATSPIClient::callTogether(const std::vector<Call> &calls)
+{
+    std::vector<Call> full = calls;
+    for (Call &call : full) {
+        call.interface.prepend("org.a11y.atspi."_L1);
+    }
+    return send(full);
+}
+
+std::optional<QVariantList> ATSPIClient::send(const Call &call)
+{
+    return send(std::vector{call}).front();
+}
+
+std::vector<std::optional<QVariantList>> ATSPIClient::send(const std::vector<Call> &calls)
 {
     using namespace std::chrono;
-    if (!mayAsk(object.busName)) {
-        return std::nullopt;
-    }
-    QDBusMessage message = QDBusMessage::createMethodCall(object.busName, object.path, interface, method);
-    message.setArguments(arguments);
-    message.setAutoStartService(false);
     const auto bound = std::min(ATSPIBus::callBound, duration_cast<milliseconds>(m_left));
     const auto start = steady_clock::now();
-    const QDBusMessage answer = m_bus.call(message, QDBus::Block, static_cast<int>(bound.count()));
+    std::vector<std::optional<QDBusPendingCall>> pending;
+    for (const Call &call : calls) {
+        if (!mayAsk(call.object.busName)) {
+            pending.emplace_back();
+            continue;
+        }
+        QDBusMessage message =
+            QDBusMessage::createMethodCall(call.object.busName, call.object.path, call.interface, call.method);
+        message.setArguments(call.arguments);
+        message.setAutoStartService(false);
+        pending.emplace_back(m_bus.asyncCall(message, static_cast<int>(bound.count())));
+    }
+    std::vector<std::optional<QVariantList>> answers;
+    for (std::size_t index = 0; index < calls.size(); ++index) {
+        answers.push_back(pending[index] ? answerTo(*pending[index], calls[index].object.busName) : std::nullopt);
+    }
     m_left -= steady_clock::now() - start;
+    return answers;
+}
+
+std::optional<QVariantList> ATSPIClient::answerTo(const QDBusPendingCall &pending, const QString &busName)
+{
+    QDBusPendingCall call = pending;
+    call.waitForFinished(); // the time-out that it was sent with ends it
+    const QDBusMessage answer = call.reply();
     if (answer.type() == QDBusMessage::ReplyMessage) {
         return answer.arguments();
     }
     const QString error = answer.errorName();
     if (error == "org.freedesktop.DBus.Error.NoReply"_L1 || error == "org.freedesktop.DBus.Error.Timeout"_L1 ||
         error == "org.freedesktop.DBus.Error.TimedOut"_L1) {
-        m_silent.insert(object.busName);
+        m_silent.insert(busName);
     }
     return std::nullopt;
 }
@@ -105,7 +135,7 @@ std::optional<QVariant> ATSPIClient::property(const ATSPIReference &object, cons
                                               const QString &name)
 {
     const auto answer =
-        send(object, u"org.freedesktop.DBus.Properties"_s, u"Get"_s, {"org.a11y.atspi."_L1 + interface, name});
+        send(Call{object, u"org.freedesktop.DBus.Properties"_s, u"Get"_s, {"org.a11y.atspi."_L1 + interface, name}});
     if (!answer || answer->isEmpty()) {
         return std::nullopt;
     }
@@ -120,7 +150,25 @@ std::vector<ATSPIReference> ATSPIClient::children(const ATSPIReference &object)
 
 ATSPIStateSet ATSPIClient::states(const ATSPIReference &object)
 {
-    return ATSPIStateSet(listIn<quint32>(call(object, accessible(), u"GetState"_s), u"au"_s));
+    return states(std::vector{object}).front();
+}
+
+std::vector<ATSPIStateSet> ATSPIClient::states(const std::vector<ATSPIReference> &objects)
+{
+    std::vector<Call> calls;
+    for (const ATSPIReference &object : objects) {
+        calls.push_back({object, accessible(), u"GetState"_s, {}});
+    }
+    std::vector<ATSPIStateSet> result;
+    for (const auto &answer : callTogether(calls)) {
+        result.push_back(statesIn(answer));
+    }
+    return result;
+}
+
+ATSPIStateSet ATSPIClient::statesIn(const std::optional<QVariantList> &answer)
+{
+    return ATSPIStateSet(listIn<quint32>(answer, u"au"_s));
 }
 
 std::optional<quint32> ATSPIClient::role(const ATSPIReference &object)
@@ -137,9 +185,24 @@ bool ATSPIClient::hasText(const ATSPIReference &object)
 
 std::optional<qint64> ATSPIClient::processIdentifier(const QString &busName)
 {
-    const auto answer = send({u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s}, u"org.freedesktop.DBus"_s,
-                             u"GetConnectionUnixProcessID"_s, {busName});
-    return answer && !answer->isEmpty() ? std::optional<qint64>(answer->constFirst().toUInt()) : std::nullopt;
+    return processIdentifiers({busName}).front();
+}
+
+std::vector<std::optional<qint64>> ATSPIClient::processIdentifiers(const std::vector<QString> &busNames)
+{
+    std::vector<Call> calls;
+    for (const QString &busName : busNames) {
+        calls.push_back({{u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s},
+                         u"org.freedesktop.DBus"_s,
+                         u"GetConnectionUnixProcessID"_s,
+                         {busName}});
+    }
+    std::vector<std::optional<qint64>> result;
+    for (const auto &answer : send(calls)) {
+        result.push_back(answer && !answer->isEmpty() ? std::optional<qint64>(answer->constFirst().toUInt())
+                                                      : std::nullopt);
+    }
+    return result;
 }
 
 } // namespace orvesa

@@ -7,6 +7,7 @@
 
 #include <QDBusArgument>
 #include <QDBusConnection>
+#include <QDBusPendingCall>
 #include <QString>
 #include <QVariant>
 
@@ -63,10 +64,20 @@ public:
 
     explicit ATSPIClient(QDBusConnection bus);
 
+    /// One call; `interface` is the part after "org.a11y.atspi.".
+    struct Call {
+        ATSPIReference object;
+        QString interface;
+        QString method;
+        QVariantList arguments;
+    };
+
     /// The arguments of the answer; nothing on an error, a time-out or a used-up budget. `interface` is the part after
     /// "org.a11y.atspi.".
     [[nodiscard]] std::optional<QVariantList> call(const ATSPIReference &object, const QString &interface,
                                                    const QString &method, const QVariantList &arguments = {});
+    /// Several calls at once, which together take about as long as one. An answer, or nothing, for each.
+    [[nodiscard]] std::vector<std::optional<QVariantList>> callTogether(const std::vector<Call> &calls);
     /// A property's value.
     [[nodiscard]] std::optional<QVariant> property(const ATSPIReference &object, const QString &interface,
                                                    const QString &name);
@@ -75,14 +86,22 @@ public:
 
     [[nodiscard]] std::vector<ATSPIReference> children(const ATSPIReference &object);
     [[nodiscard]] ATSPIStateSet states(const ATSPIReference &object);
+    /// The states of each, asked for at once.
+    [[nodiscard]] std::vector<ATSPIStateSet> states(const std::vector<ATSPIReference> &objects);
+    /// What a call of GetState answered.
+    [[nodiscard]] static ATSPIStateSet statesIn(const std::optional<QVariantList> &answer);
     [[nodiscard]] std::optional<quint32> role(const ATSPIReference &object);
     [[nodiscard]] bool hasText(const ATSPIReference &object);
     /// The process behind a bus name, asked of the bus itself.
     [[nodiscard]] std::optional<qint64> processIdentifier(const QString &busName);
+    /// The processes behind bus names, asked for at once.
+    [[nodiscard]] std::vector<std::optional<qint64>> processIdentifiers(const std::vector<QString> &busNames);
 
 private:
-    [[nodiscard]] std::optional<QVariantList> send(const ATSPIReference &object, const QString &interface,
-                                                   const QString &method, const QVariantList &arguments);
+    /// Calls with their interfaces' full names.
+    [[nodiscard]] std::vector<std::optional<QVariantList>> send(const std::vector<Call> &calls);
+    [[nodiscard]] std::optional<QVariantList> send(const Call &call);
+    [[nodiscard]] std::optional<QVariantList> answerTo(const QDBusPendingCall &pending, const QString &busName);
 
     QDBusConnection m_bus;
     std::chrono::nanoseconds m_left = totalBound;

@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <utility>
 
 namespace orvesa {
@@ -82,15 +83,31 @@ AccessibilityValue ATSPIElements::focusedElement(const ATSPIElementHandle &eleme
     if (!process || *process == QCoreApplication::applicationPid()) {
         return {};
     }
-    const QString name = busName(*process, *element.client());
-    if (name.isEmpty()) {
-        return {};
-    }
-    auto focused = ATSPIFocus(*element.client()).find(name);
+    const auto focused = focusedElement(*process, *element.client());
     if (!focused) {
         return {};
     }
-    return AccessibilityElement(std::make_shared<ATSPIElementHandle>(*std::move(focused), element.client()));
+    return AccessibilityElement(std::make_shared<ATSPIElementHandle>(*focused, element.client()));
+}
+
+std::optional<ATSPIReference> ATSPIElements::focusedElement(qint64 processIdentifier, ATSPIClient &client)
+{
+    // Bus names are never given out twice: a remembered one that has an answer is still that process.
+    if (const auto known = m_applications.find(processIdentifier); known != m_applications.end()) {
+        Application &application = known->second;
+        auto focused = ATSPIFocus(client).find(application.busName, application.window);
+        if (focused || client.processIdentifier(application.busName) == processIdentifier) {
+            return focused;
+        }
+        m_applications.erase(known);
+    }
+    Application application{busName(processIdentifier, client), std::nullopt};
+    if (application.busName.isEmpty()) {
+        return std::nullopt;
+    }
+    auto focused = ATSPIFocus(client).find(application.busName, application.window);
+    m_applications.insert_or_assign(processIdentifier, std::move(application));
+    return focused;
 }
 
 AccessibilityValue ATSPIElements::selectedText(const ATSPIElementHandle &element)
@@ -105,21 +122,14 @@ AccessibilityValue ATSPIElements::selectedText(const ATSPIElementHandle &element
 
 QString ATSPIElements::busName(qint64 processIdentifier, ATSPIClient &client)
 {
-    // Bus names are never given out twice, so a remembered one is either still this process or gone.
-    if (const auto known = m_busNames.find(processIdentifier); known != m_busNames.end()) {
-        if (client.processIdentifier(known->second) == processIdentifier) {
-            return known->second;
-        }
-        m_busNames.erase(known);
+    std::vector<QString> names;
+    for (const ATSPIReference &application :
+         client.children({u"org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/accessible/root"_s})) {
+        names.push_back(application.busName);
     }
-    const auto applications = client.children({u"org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/accessible/root"_s});
-    for (const ATSPIReference &application : applications) {
-        if (client.processIdentifier(application.busName) == processIdentifier) {
-            m_busNames.emplace(processIdentifier, application.busName);
-            return application.busName;
-        }
-    }
-    return {};
+    const auto processes = client.processIdentifiers(names);
+    const auto found = std::ranges::find(processes, std::optional(processIdentifier));
+    return found == processes.end() ? QString() : names[static_cast<std::size_t>(found - processes.begin())];
 }
 
 void ATSPIElements::warmUp()

@@ -38,13 +38,19 @@ private:
 
     [[nodiscard]] static const std::map<QString, Reader> &readers();
     [[nodiscard]] AccessibilityValue focusedElement(const ATSPIElementHandle &element);
+    [[nodiscard]] std::optional<ATSPIReference> focusedElement(qint64 processIdentifier, ATSPIClient &client);
     [[nodiscard]] AccessibilityValue selectedText(const ATSPIElementHandle &element);
     /// The bus name of a process's application; empty when it is not on the accessibility bus.
     [[nodiscard]] QString busName(qint64 processIdentifier, ATSPIClient &client);
 
     ATSPIBus &m_bus;
     const WorkspacePort &m_workspace;
-    std::map<qint64, QString> m_busNames;
+    /// What is known of an application from its last read, so that the next one takes fewer questions.
+    struct Application {
+        QString busName;
+        std::optional<ATSPIReference> window; ///< the one that was active
+    };
+    std::map<qint64, Application> m_applications; ///< by process
 };
 
 } // namespace orvesa

@@ -17,6 +17,7 @@ namespace {
 constexpr quint32 canonicalOrder = 1;
 constexpr int mostMatches = 32;
 constexpr int mostAttempts = 24;
+constexpr int attemptsOnKnownWindow = 4;
 constexpr std::size_t mostSteps = 2000;
 
 QString rootPath()
@@ -33,21 +34,28 @@ bool isPassedOver(std::optional<quint32> role)
 
 ATSPIFocus::ATSPIFocus(ATSPIClient &client) : m_client(client) {}
 
-std::optional<ATSPIReference> ATSPIFocus::find(const QString &busName)
+std::optional<ATSPIReference> ATSPIFocus::find(const QString &busName, std::optional<ATSPIReference> &window)
 {
     // The application has just been given the keyboard back that the shortcut's grab had taken from it, and may not
     // have heard of it yet. Each question lets it go on by a step, so asking again is all the waiting that is needed.
+    // For the same reason a window that was the active one is not given up at its first denial.
+    int patience = window ? attemptsOnKnownWindow : 0;
     for (int attempt = 0; attempt < mostAttempts && m_client.mayAsk(busName); ++attempt) {
-        const auto window = activeWindow(busName);
+        if (!window) {
+            window = activeWindow(busName);
+        }
         if (!window) {
             continue;
         }
         const Result found = search(*window);
-        if (found.way != Way::exhausted) {
+        if (found.way == Way::unavailable) {
             return searchWithoutMatching(*window);
         }
         if (found.element) {
             return found.element;
+        }
+        if (found.way == Way::inactive && --patience < 0) {
+            window.reset();
         }
     }
     return std::nullopt;
@@ -64,18 +72,25 @@ std::optional<ATSPIReference> ATSPIFocus::searchWithoutMatching(const ATSPIRefer
 std::optional<ATSPIReference> ATSPIFocus::activeWindow(const QString &busName)
 {
     const auto windows = m_client.children({busName, rootPath()});
-    const auto active = std::ranges::find_if(
-        windows, [this](const ATSPIReference &window) { return m_client.states(window).has(ATSPIState::active); });
-    return active == windows.end() ? std::nullopt : std::optional(*active);
+    const auto states = m_client.states(windows);
+    const auto active =
+        std::ranges::find_if(states, [](const ATSPIStateSet &state) { return state.has(ATSPIState::active); });
+    return active == states.end() ? std::nullopt
+                                  : std::optional(windows[static_cast<std::size_t>(active - states.begin())]);
 }
 
 ATSPIFocus::Result ATSPIFocus::search(const ATSPIReference &window)
 {
     static const QMetaType ruleType = qDBusRegisterMetaType<ATSPIMatchRule>();
     Q_UNUSED(ruleType)
-    const auto answer =
-        m_client.call(window, u"Collection"_s, u"GetMatches"_s,
-                      {QVariant::fromValue(ATSPIMatchRule{ATSPIState::focused}), canonicalOrder, mostMatches, true});
+    const QVariantList rule{QVariant::fromValue(ATSPIMatchRule{ATSPIState::focused}), canonicalOrder, mostMatches,
+                            true};
+    const auto answers = m_client.callTogether(
+        {{window, u"Accessible"_s, u"GetState"_s, {}}, {window, u"Collection"_s, u"GetMatches"_s, rule}});
+    if (!ATSPIClient::statesIn(answers.front()).has(ATSPIState::active)) {
+        return {Way::inactive, std::nullopt};
+    }
+    const auto &answer = answers.back();
     if (!answer || answer->isEmpty()) {
         return {};
     }

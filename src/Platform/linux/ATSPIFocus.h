@@ -14,10 +14,11 @@ public:
     explicit ATSPIFocus(ATSPIClient &client);
 
     /// The focused element of the application's active window. Of several that claim the focus, one with text.
-    [[nodiscard]] std::optional<ATSPIReference> find(const QString &busName);
+    /// `window` is the window that was active at an earlier time, if any; it becomes the one that is active now.
+    [[nodiscard]] std::optional<ATSPIReference> find(const QString &busName, std::optional<ATSPIReference> &window);
 
 private:
-    enum class Way { unavailable, exhausted };
+    enum class Way { inactive, unavailable, exhausted };
     struct Result {
         Way way = Way::unavailable;
         std::optional<ATSPIReference> element;

@@ -19,27 +19,31 @@ QString text()
     return u"Text"_s;
 }
 
+int countIn(const std::optional<QVariantList> &answer)
+{
+    return answer && !answer->isEmpty() ? answer->constFirst().toInt() : 0;
+}
+
 } // namespace
 
 ATSPISelection::ATSPISelection(ATSPIClient &client) : m_client(client) {}
 
 int ATSPISelection::selectionCount(const ATSPIReference &element)
 {
-    const auto answer = m_client.call(element, text(), u"GetNSelections"_s);
-    return answer && !answer->isEmpty() ? answer->constFirst().toInt() : 0;
+    return countIn(m_client.call(element, text(), u"GetNSelections"_s));
 }
 
 std::optional<QString> ATSPISelection::read(const ATSPIReference &element)
 {
-    if (selectionCount(element) != 1) {
+    const auto answers = m_client.callTogether({{element, text(), u"GetNSelections"_s, {}},
+                                                {element, u"Accessible"_s, u"GetRole"_s, {}},
+                                                {element, text(), u"GetSelection"_s, {0}}});
+    if (countIn(answers[0]) != 1 || !answers[1] || answers[1]->isEmpty()) {
         return std::nullopt;
     }
-    const auto role = m_client.role(element);
-    if (!role || *role == ATSPIRole::passwordText) {
-        return std::nullopt;
-    }
-    const auto range = m_client.call(element, text(), u"GetSelection"_s, {0});
-    if (!range || range->size() != 2) {
+    const quint32 role = answers[1]->constFirst().toUInt();
+    const auto &range = answers[2];
+    if (role == ATSPIRole::passwordText || !range || range->size() != 2) {
         return std::nullopt;
     }
     // The offsets are of the application's own making and go back to it as they came.
@@ -56,7 +60,7 @@ std::optional<QString> ATSPISelection::read(const ATSPIReference &element)
     if (selected.contains(QChar::ObjectReplacementCharacter)) {
         return std::nullopt;
     }
-    const bool isWhole = std::ranges::find(wholeTextRoles, *role) != wholeTextRoles.end();
+    const bool isWhole = std::ranges::find(wholeTextRoles, role) != wholeTextRoles.end();
     if (!isWhole && goesOn(element, start, end)) {
         return std::nullopt;
     }
