@@ -1,6 +1,9 @@
 #include "AI/HTTPTest.h"
 
 #include <QElapsedTimer>
+#include <QTimer>
+
+#include <algorithm>
 
 namespace orvesa {
 
@@ -59,6 +62,29 @@ TEST_F(HTTPTimingTest, aSlowAnswerSucceedsAsLongAsBytesKeepComing)
     timer.start();
     EXPECT_EQ(outcome(m_impatient.get(url(), {})).value, response.body);
     EXPECT_GT(timer.elapsed(), 2 * shortTimeout.count());
+}
+
+TEST_F(HTTPTimingTest, aServiceThatSendsByteByByteBlocksNothing)
+{
+    // A second of a real service is ten milliseconds here, and so is the time-out of sixty.
+    constexpr auto second = 10ms;
+    Response response = Response::text(200, QByteArray(100, 'x'));
+    response.pieceBytes = 1;
+    response.pieceInterval = second;
+    m_service.setScript({response});
+    APIHTTPClient client(m_manager, 60 * second);
+    std::chrono::nanoseconds longestGap{0};
+    QElapsedTimer sinceTick;
+    QTimer ticking;
+    ticking.callOnTimeout(&ticking, [&] {
+        longestGap = std::max(longestGap, std::chrono::nanoseconds(sinceTick.nsecsElapsed()));
+        sinceTick.start();
+    });
+    sinceTick.start();
+    ticking.start(1ms);
+    EXPECT_EQ(outcome(client.get(url(), {})).value, response.body);
+    // The transfer took longer than the time-out, and the event loop ran all the while.
+    EXPECT_LT(longestGap, 30 * second);
 }
 
 TEST_F(HTTPTimingTest, aSlowHandshakeIsBoundedToo)
