@@ -33,19 +33,29 @@ int main(int argc, char *argv[])
         countOption(u"idle"_s, u"Seconds in which wake-ups are counted."_s, static_cast<int>(usual.idle.count()));
     const auto instructions =
         countOption(u"instruction-rounds"_s, u"Starts of each program under callgrind."_s, usual.instructionRounds);
+    const auto requests = countOption(u"requests"_s, u"Requests of each size and program."_s, usual.requests);
+    const QCommandLineOption only(u"requests-only"_s, u"Measures requests alone, which needs no desktop."_s);
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Measures Orvesa Translate against a floor program on a private desktop."_s);
     parser.addHelpOption();
-    parser.addOptions({rounds, presses, idle, instructions});
+    parser.addOptions({rounds, presses, idle, instructions, requests, only});
     parser.process(application);
 
     QTextStream output(stdout);
     try {
         QElapsedTimer timer;
         timer.start();
+        const int requestCount = std::max(1, parser.value(requests).toInt());
+        if (parser.isSet(only)) {
+            ReportTable table;
+            Benchmark::measureRequests(table, requestCount);
+            output << table.text();
+            return 0;
+        }
         const BenchOptions options{.rounds = std::max(1, parser.value(rounds).toInt()),
                                    .presses = std::max(1, parser.value(presses).toInt()),
                                    .idle = std::chrono::seconds(std::max(1, parser.value(idle).toInt())),
+                                   .requests = requestCount,
                                    .instructionRounds = std::max(0, parser.value(instructions).toInt())};
         output << "Floor: application, tray icon, menu. Both start in turns, " << options.rounds
                << " times each. Median (range).\n"

@@ -1,6 +1,7 @@
 #include "Benchmark.h"
 
 #include "ProcessFigures.h"
+#include "RequestMeasurement.h"
 #include "ShortcutMeasurement.h"
 
 #include <QFile>
@@ -76,7 +77,15 @@ ReportTable Benchmark::run()
     ReportTable table;
     fillStartRows(table);
     fillShortcutRows(table);
+    measureRequests(table, m_options.requests);
     return table;
+}
+
+void Benchmark::measureRequests(ReportTable &table, int rounds)
+{
+    RequestMeasurement requests;
+    requests.measure(table, u"1 kB"_s, 1'000, rounds);
+    requests.measure(table, u"1 MB"_s, 1'000'000, rounds);
 }
 
 desktop::Process &Benchmark::measureStart(const QString &program, ProgramSamples &samples)

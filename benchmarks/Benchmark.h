@@ -15,6 +15,7 @@ struct BenchOptions {
     int rounds = 5;                ///< starts of each program
     int presses = 20;              ///< of the shortcut after the first of each start, over all rounds
     std::chrono::seconds idle{20}; ///< how long wake-ups are counted
+    int requests = 50;             ///< of each size, from the floor and from the product's provider
     int instructionRounds = 1;     ///< starts of each program under callgrind; 0 leaves instructions out
 };
 
@@ -23,6 +24,8 @@ public:
     Benchmark(const QString &programFolder, BenchOptions options);
 
     [[nodiscard]] ReportTable run();
+    /// Only the part that needs no desktop: what requests cost, as rows of the table.
+    static void measureRequests(ReportTable &table, int rounds);
 
 private:
     struct ProgramSamples {

@@ -17,8 +17,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 readBytes = 64 * 1024;
-constexpr qint64 networkBufferBytes = 256 * 1024;
+constexpr qint64 readBytes = 1024 * 1024;
+constexpr qint64 networkBufferBytes = 1024 * 1024;
 
 [[nodiscard]] bool isSuccess(int status)
 {
@@ -100,9 +100,10 @@ void HTTPTransfer::watch()
     connect(reply, &QNetworkReply::encrypted, this, restart);
     connect(reply, &QNetworkReply::uploadProgress, this, restart);
     connect(reply, &QNetworkReply::metaDataChanged, this, restart);
-    connect(reply, &QNetworkReply::readyRead, this, restart);
-    connect(reply, &QNetworkReply::metaDataChanged, this, &HTTPTransfer::readBody);
-    connect(reply, &QNetworkReply::readyRead, this, &HTTPTransfer::readBody);
+    connect(reply, &QNetworkReply::readyRead, this, [this, restart] {
+        restart();
+        readBody();
+    });
     connect(reply, &QNetworkReply::finished, this, &HTTPTransfer::judge);
     m_idleTimer.start();
     if (reply->isFinished()) {
@@ -112,12 +113,16 @@ void HTTPTransfer::watch()
 
 bool HTTPTransfer::readStatus()
 {
+    if (m_response.status != 0) {
+        return true;
+    }
     const QVariant status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
     if (!status.isValid()) {
         return false;
     }
     m_response.status = status.toInt();
     m_response.location = m_reply->rawHeader("Location");
+    m_announced = m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
     return true;
 }
 
@@ -128,12 +133,14 @@ void HTTPTransfer::readBody()
     }
     const bool isWanted = isSuccess(m_response.status);
     const qint64 bound = isWanted ? APIHTTPClient::maximumBodyBytes : APIHTTPClient::maximumErrorBytes;
-    const qint64 announced = m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
-    bool isTooLarge = isWanted && announced > bound;
+    bool isTooLarge = isWanted && m_announced > bound;
     while (!isTooLarge) {
         const QByteArray bytes = m_reply->read(readBytes);
         if (bytes.isEmpty()) {
             return;
+        }
+        if (m_response.body.isEmpty() && isWanted && m_announced > bytes.size()) {
+            m_response.body.reserve(m_announced);
         }
         isTooLarge = m_response.body.size() + bytes.size() > bound;
         m_response.body += isTooLarge ? bytes.first(bound - m_response.body.size()) : bytes;
@@ -156,11 +163,11 @@ void HTTPTransfer::judge()
     // A status outside the successes is an error to Qt as well; that one is the caller's business, with its body.
     const bool isStatusError = m_response.status != 0 && !isSuccess(m_response.status) && !isConnectionError(error);
     if (error != QNetworkReply::NoError && !isStatusError) {
-        fail(transportFailure());
+        fail(transportFailure(), Resumption::now);
     } else if (isCutShort()) {
-        fail(connectionClosed());
+        fail(connectionClosed(), Resumption::now);
     } else {
-        finish(Resumption::fromEventLoop);
+        finish(Resumption::now);
     }
 }
 

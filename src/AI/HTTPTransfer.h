@@ -79,6 +79,7 @@ private:
     QTimer m_idleTimer;
     QPointer<QNetworkReply> m_reply;
     HTTPResponse m_response;
+    qint64 m_announced = 0; ///< the answer's length by its header, 0 without one
     std::optional<QString> m_failure;
     bool m_isDone = false;
     std::coroutine_handle<> m_awaiting;
