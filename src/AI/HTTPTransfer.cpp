@@ -17,7 +17,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 readBytes = 1024 * 1024;
+constexpr qint64 leastReadBytes = 16 * 1024;
+constexpr qint64 greatestReadBytes = 1024 * 1024;
 constexpr qint64 networkBufferBytes = 1024 * 1024;
 
 [[nodiscard]] bool isSuccess(int status)
@@ -135,7 +136,9 @@ void HTTPTransfer::readBody()
     const qint64 bound = isWanted ? APIHTTPClient::maximumBodyBytes : APIHTTPClient::maximumErrorBytes;
     bool isTooLarge = isWanted && m_announced > bound;
     while (!isTooLarge) {
-        const QByteArray bytes = m_reply->read(readBytes);
+        // Qt makes room for all that it is asked for, and of a compressed body it does not know how much there is.
+        const QByteArray bytes =
+            m_reply->read(std::clamp(m_reply->bytesAvailable(), leastReadBytes, greatestReadBytes));
         if (bytes.isEmpty()) {
             return;
         }
