@@ -63,6 +63,15 @@ void addCertificateAuthorities()
     }
 }
 
+/// Deletes at the end what was to be deleted later: no event loop comes any more that would do it. Made right after the
+/// application, so that it goes right before it.
+class DeferredDeletion final {
+public:
+    DeferredDeletion() = default;
+    ~DeferredDeletion() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+    Q_DISABLE_COPY_MOVE(DeferredDeletion)
+};
+
 QString toolBesideProgram(const QString &name)
 {
     return QCoreApplication::applicationDirPath() + u'/' + name;
@@ -124,6 +133,7 @@ ExitCode runUtility(int &argc, char **argv)
         return ExitCode::failure;
     }
     QApplication application(argc, argv);
+    const DeferredDeletion deletion;
     nameApplication();
     QGuiApplication::setDesktopFileName(text(BuildIdentity::bundleIdentifier));
     QGuiApplication::setQuitOnLastWindowClosed(false);
@@ -158,6 +168,7 @@ ExitCode runUtility(int &argc, char **argv)
 ExitCode perform(int &argc, char **argv, const QString &action)
 {
     QCoreApplication application(argc, argv);
+    const DeferredDeletion deletion;
     nameApplication();
     const QString identifier = text(BuildIdentity::bundleIdentifier);
     LinuxDesktop desktop(identifier, text(BuildIdentity::name));
@@ -171,6 +182,7 @@ ExitCode perform(int &argc, char **argv, const QString &action)
 ExitCode runCommand(int &argc, char **argv, const CommandLine::Request &request)
 {
     QCoreApplication application(argc, argv);
+    const DeferredDeletion deletion;
     nameApplication();
     addCertificateAuthorities();
     LinuxDesktop desktop(text(BuildIdentity::bundleIdentifier), text(BuildIdentity::name));

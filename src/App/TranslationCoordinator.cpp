@@ -16,6 +16,13 @@ TranslationCoordinator::TranslationCoordinator(const Collaborators &collaborator
     wireActions();
 }
 
+TranslationCoordinator::~TranslationCoordinator()
+{
+    if (m_currentTask) {
+        m_currentTask->requestStop();
+    }
+}
+
 void TranslationCoordinator::wireActions()
 {
     FloatingResultViewModel &model = m_with.panelController.viewModel();

@@ -51,6 +51,8 @@ public:
     static constexpr std::chrono::milliseconds statusDuration{3000};
 
     explicit TranslationCoordinator(const Collaborators &collaborators);
+    /// Asks the current job to stop.
+    ~TranslationCoordinator() override;
 
     /// Captures the selection after the delay and runs the task on it.
     void run(AITask task, std::chrono::milliseconds delay);
