@@ -80,7 +80,8 @@ function(orvesa_test name)
     # The sanitizer keeps freed memory for a while, which a test of bounded memory must not see as in use.
     set(environment "")
     if(ORVESA_SANITIZE)
-        set(environment ENVIRONMENT "ASAN_OPTIONS=quarantine_size_mb=16")
+        set(environment ENVIRONMENT
+            "ASAN_OPTIONS=quarantine_size_mb=16\\;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
     endif()
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}."
         PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 120 ${environment})

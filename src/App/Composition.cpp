@@ -92,6 +92,10 @@ struct Utility {
         platform.accessibilityTrust().setRequestPresenter([this] { requestTrust(); });
     }
 
+    // A transfer in flight ends while everything that its end touches is still there.
+    ~Utility() { coordinator.cancelCurrentTask(); }
+    Q_DISABLE_COPY_MOVE(Utility)
+
     void requestTrust()
     {
         if (!trustDialog) {

@@ -16,7 +16,7 @@ TranslationCoordinator::TranslationCoordinator(const Collaborators &collaborator
     wireActions();
 }
 
-TranslationCoordinator::~TranslationCoordinator()
+void TranslationCoordinator::cancelCurrentTask()
 {
     if (m_currentTask) {
         m_currentTask->requestStop();
@@ -61,9 +61,7 @@ AITask TranslationCoordinator::polishTask() const
 
 void TranslationCoordinator::startJob(Job::Body body)
 {
-    if (m_currentTask) {
-        m_currentTask->requestStop();
-    }
+    cancelCurrentTask();
     m_currentTask = Job::start(std::move(body));
 }
 

@@ -51,13 +51,14 @@ public:
     static constexpr std::chrono::milliseconds statusDuration{3000};
 
     explicit TranslationCoordinator(const Collaborators &collaborators);
-    /// Asks the current job to stop.
-    ~TranslationCoordinator() override;
 
     /// Captures the selection after the delay and runs the task on it.
     void run(AITask task, std::chrono::milliseconds delay);
     /// Lets the user drag a rectangle, reads the text in it and translates it.
     void ocrTranslate();
+
+    /// Asks the current job to stop, before the program ends.
+    void cancelCurrentTask();
 
     /// The tasks that the built-in actions run, from the settings of this moment.
     [[nodiscard]] AITask translateTask() const;

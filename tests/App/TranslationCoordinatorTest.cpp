@@ -257,6 +257,15 @@ TEST_F(TranslationCoordinatorTest, SaysWhyTheCaptureFailed)
     EXPECT_FALSE(QFile::exists(screen.path));
 }
 
+TEST_F(TranslationCoordinatorTest, CancelsTheCurrentTaskBeforeTheProgramEnds)
+{
+    coordinator->cancelCurrentTask();
+    runTranslate(u"Hola"_s);
+    EXPECT_FALSE(calls()[0]->stop.stop_requested());
+    coordinator->cancelCurrentTask();
+    EXPECT_TRUE(calls()[0]->stop.stop_requested());
+}
+
 TEST_F(TranslationCoordinatorTest, EndsWithoutEffectWhenItIsGone)
 {
     elements.focusSelectedText(u"Hola"_s);
