@@ -18,6 +18,12 @@ function(orvesa_target target)
         target_compile_options(${target} PRIVATE
             -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
         target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+        get_target_property(type ${target} TYPE)
+        if(type STREQUAL "EXECUTABLE")
+            set(defaults "${PROJECT_SOURCE_DIR}/cmake/SanitizerDefaults.cpp")
+            target_sources(${target} PRIVATE "${defaults}")
+            set_source_files_properties("${defaults}" PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
+        endif()
     else()
         target_compile_options(${target} PRIVATE -fstack-protector-strong -fcf-protection
             $<$<CONFIG:Release>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)
@@ -77,12 +83,6 @@ function(orvesa_test name)
     if(NOT ARG_LABELS)
         set(ARG_LABELS unit)
     endif()
-    # The sanitizer keeps freed memory for a while, which a test of bounded memory must not see as in use.
-    set(environment "")
-    if(ORVESA_SANITIZE)
-        set(environment ENVIRONMENT
-            "ASAN_OPTIONS=quarantine_size_mb=16\\;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
-    endif()
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}."
-        PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 120 ${environment})
+        PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 120)
 endfunction()

@@ -1,0 +1,21 @@
+// What the sanitizer build's programs start with, whoever starts them.
+
+extern "C" {
+
+const char *__asan_default_options();
+const char *__lsan_default_suppressions();
+
+const char *__asan_default_options()
+{
+    // Freed memory is kept for a while, which a test of bounded memory must not see as in use.
+    return "quarantine_size_mb=16";
+}
+
+const char *__lsan_default_suppressions()
+{
+    // What libraries keep until the process ends: Qt its description of the tray's D-Bus interface, OpenSSL the error state
+    // of threads that end after it has cleaned up.
+    return "leak:libQt6DBus.so\nleak:libcrypto.so\n";
+}
+
+} // extern "C"
