@@ -87,8 +87,13 @@ void SettingsStore::setCustomPrompts(std::vector<CustomPrompt> prompts)
 
 QString SettingsStore::model(AIProviderType provider) const
 {
-    const std::optional<QString> stored = storedText(m_defaults, SettingsKey::model(provider));
+    const std::optional<QString> stored = storedModel(provider);
     return stored ? *stored : defaultModel(provider);
+}
+
+std::optional<QString> SettingsStore::storedModel(AIProviderType provider) const
+{
+    return storedText(m_defaults, SettingsKey::model(provider));
 }
 
 void SettingsStore::setModel(const QString &model, AIProviderType provider)

@@ -50,6 +50,8 @@ public:
 
     /// The stored model, or the provider's default one.
     [[nodiscard]] QString model(AIProviderType provider) const;
+    /// The model that is stored; absent where the default one applies.
+    [[nodiscard]] std::optional<QString> storedModel(AIProviderType provider) const;
     /// Stores the model without outer blanks; a blank one removes the choice.
     void setModel(const QString &model, AIProviderType provider);
     /// The configuration of the next request.
