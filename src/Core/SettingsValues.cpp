@@ -106,6 +106,12 @@ std::optional<QString> storedText(const UserDefaultsPort &defaults, const QStrin
     return text == nullptr ? std::nullopt : std::optional(*text);
 }
 
+bool storedBoolean(const UserDefaultsPort &defaults, const QString &key)
+{
+    const std::optional<DefaultsValue> value = defaults.value(key);
+    return value && std::visit(BooleanCoercion{}, *value);
+}
+
 SettingsValues readSettings(const UserDefaultsPort &defaults, const PreferredLanguagesPort &languages)
 {
     SettingsValues values;
@@ -114,8 +120,7 @@ SettingsValues readSettings(const UserDefaultsPort &defaults, const PreferredLan
     values.targetLanguage =
         storedCase<TargetLanguage>(defaults, SettingsKey::targetLanguage).value_or(values.targetLanguage);
     values.polishMode = storedCase<PolishMode>(defaults, SettingsKey::polishMode).value_or(values.polishMode);
-    const std::optional<DefaultsValue> thinking = defaults.value(SettingsKey::thinkingEnabled);
-    values.thinkingEnabled = thinking && std::visit(BooleanCoercion{}, *thinking);
+    values.thinkingEnabled = storedBoolean(defaults, SettingsKey::thinkingEnabled);
     values.hotKeyOverrides = decodedHotKeys(storedJSON(defaults, SettingsKey::hotKeys));
     const auto language = storedCase<AppLanguage>(defaults, SettingsKey::appLanguage);
     values.appLanguage = language ? *language : systemDefaultLanguage(languages.preferredLanguages());

@@ -22,6 +22,8 @@
 namespace orvesa {
 
 namespace SettingsKey {
+/// What every key begins with.
+inline constexpr QLatin1StringView prefix("settings.");
 inline constexpr QLatin1StringView defaultProvider("settings.defaultProvider");
 inline constexpr QLatin1StringView targetLanguage("settings.targetLanguage");
 inline constexpr QLatin1StringView polishMode("settings.polishMode");
@@ -52,6 +54,10 @@ struct SettingsValues {
 
 /// The stored text under the key; absent when it is missing or no text.
 [[nodiscard]] std::optional<QString> storedText(const UserDefaultsPort &defaults, const QString &key);
+
+/// The stored value as a Boolean: numbers other than zero and texts such as "yes" count as true; false when it is
+/// missing or data.
+[[nodiscard]] bool storedBoolean(const UserDefaultsPort &defaults, const QString &key);
 
 /// A JSON object with one member per override, named by the action.
 [[nodiscard]] QByteArray encodedHotKeys(const HotKeyOverrides &overrides);

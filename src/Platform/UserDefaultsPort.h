@@ -27,6 +27,9 @@ public:
     virtual void set(const QString &key, const DefaultsValue &value) = 0;
     virtual void remove(const QString &key) = 0;
 
+    /// Whether a change is kept in memory only, because it could not be written. It is written with the next one that can.
+    [[nodiscard]] virtual bool hasUnwrittenChanges() const { return false; }
+
     /// All values of another domain (an earlier release's); absent when that domain does not exist.
     [[nodiscard]] virtual std::optional<DefaultsDictionary> persistentDomain(const QString &name) const = 0;
 

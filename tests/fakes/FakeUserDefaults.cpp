@@ -14,16 +14,19 @@ void FakeUserDefaults::set(const QString &key, const DefaultsValue &value)
 {
     m_values[key] = value;
     m_writes.push_back({key, value});
+    m_hasUnwrittenChanges = !m_isWritable;
 }
 
 void FakeUserDefaults::remove(const QString &key)
 {
     m_values.erase(key);
     m_writes.push_back({key, std::nullopt});
+    m_hasUnwrittenChanges = !m_isWritable;
 }
 
 std::optional<DefaultsDictionary> FakeUserDefaults::persistentDomain(const QString &name) const
 {
+    m_readDomains.push_back(name);
     const auto found = m_domains.find(name);
     return found == m_domains.end() ? std::nullopt : std::optional(found->second);
 }
@@ -31,6 +34,12 @@ std::optional<DefaultsDictionary> FakeUserDefaults::persistentDomain(const QStri
 void FakeUserDefaults::setExternalChangeHandler(std::function<void()> handler)
 {
     m_externalChangeHandler = std::move(handler);
+}
+
+void FakeUserDefaults::forgetCalls()
+{
+    m_writes.clear();
+    m_readDomains.clear();
 }
 
 void FakeUserDefaults::prepare(const QString &key, const DefaultsValue &value)

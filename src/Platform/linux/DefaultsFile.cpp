@@ -13,7 +13,6 @@
 #include <utility>
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -59,6 +58,19 @@ DefaultsFile::Stamp stampOf(const struct stat &status)
             .size = status.st_size};
 }
 
+/// Makes the temporary file, mode 0600. Whoever holds the lock always takes the same name, so that what a killed process
+/// left there is gone with the next change; without the lock the name is one that nobody else has.
+int makeTemporary(const QByteArray &path, const DefaultsFile::Lock &lock, QByteArray &temporary)
+{
+    if (lock.isHeld()) {
+        temporary = path + ".new";
+        ::unlink(temporary.constData());
+        return ::open(temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, privateFile);
+    }
+    temporary = path + ".XXXXXX";
+    return ::mkostemp(temporary.data(), O_CLOEXEC);
+}
+
 bool writeAll(int descriptor, const QByteArray &bytes)
 {
     qsizetype written = 0;
@@ -72,6 +84,34 @@ bool writeAll(int descriptor, const QByteArray &bytes)
             return false;
         }
         written += count;
+    }
+    return true;
+}
+
+/// What the bytes of the lock file stand for.
+enum class LockedByte : off_t { queue, file };
+
+/// Locks or unlocks for this open file, without waiting.
+bool changeLock(int descriptor, LockedByte byte, short type)
+{
+    struct flock lock {};
+    lock.l_type = type;
+    lock.l_whence = SEEK_SET;
+    lock.l_start = static_cast<off_t>(byte);
+    lock.l_len = 1;
+    return ::fcntl(descriptor, F_OFD_SETLK, &lock) == 0;
+}
+
+bool awaitLock(int descriptor, LockedByte byte, std::chrono::steady_clock::time_point deadline)
+{
+    // There is no waiting for a file lock with a bound, except in small steps.
+    using namespace std::chrono_literals;
+    while (!changeLock(descriptor, byte, F_WRLCK)) {
+        const bool isTaken = errno == EAGAIN || errno == EACCES || errno == EINTR;
+        if (!isTaken || std::chrono::steady_clock::now() >= deadline) {
+            return false;
+        }
+        std::this_thread::sleep_for(500us);
     }
     return true;
 }
@@ -144,11 +184,12 @@ DefaultsFile::Stamp DefaultsFile::stamp() const
     return ::stat(QFile::encodeName(m_path).constData(), &status) == 0 ? stampOf(status) : Stamp{};
 }
 
-std::optional<DefaultsFile::Stamp> DefaultsFile::replace(const QByteArray &bytes, QString &trouble) const
+std::optional<DefaultsFile::Stamp> DefaultsFile::replace(const QByteArray &bytes, const Lock &lock,
+                                                         QString &trouble) const
 {
     const QByteArray path = QFile::encodeName(target());
-    QByteArray temporary = path + ".XXXXXX";
-    Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC)); // mode 0600
+    QByteArray temporary;
+    Descriptor file(makeTemporary(path, lock, temporary));
     if (!file.isValid()) {
         trouble = errorText(errno);
         return std::nullopt;
@@ -213,10 +254,12 @@ DefaultsFile::Lock::Lock(const DefaultsFile &file)
     if (m_descriptor < 0) {
         return;
     }
-    // There is no waiting for a file lock with a bound, except in small steps.
-    const auto deadline = std::chrono::steady_clock::now() + 500ms;
-    while (::flock(m_descriptor, LOCK_EX | LOCK_NB) != 0 && std::chrono::steady_clock::now() < deadline) {
-        std::this_thread::sleep_for(1ms);
+    // Who waits for the file holds the place at the head of the queue meanwhile. So a process that writes again and
+    // again cannot overtake one that waits: it has to go through the queue itself.
+    const auto deadline = std::chrono::steady_clock::now() + 1s;
+    if (awaitLock(m_descriptor, LockedByte::queue, deadline)) {
+        m_isHeld = awaitLock(m_descriptor, LockedByte::file, deadline);
+        (void)changeLock(m_descriptor, LockedByte::queue, F_UNLCK);
     }
 }
 

@@ -33,16 +33,20 @@ public:
         QString trouble; ///< why it was refused
     };
 
-    /// Excludes other processes from changing the file while it lives. Waits for at most half a second: a process that
-    /// was stopped while it held the lock must not hold up everyone else, and replacing stays safe without it.
+    /// Excludes other processes from changing the file while it lives; they are served in turns. Waits for at most a
+    /// second: a process that was stopped while it held the lock must not hold up everyone else, and replacing stays
+    /// safe without it.
     class Lock final {
     public:
         explicit Lock(const DefaultsFile &file);
         ~Lock();
         Q_DISABLE_COPY_MOVE(Lock)
 
+        [[nodiscard]] bool isHeld() const { return m_isHeld; }
+
     private:
         int m_descriptor = -1;
+        bool m_isHeld = false;
     };
 
     explicit DefaultsFile(QString path);
@@ -51,7 +55,7 @@ public:
     [[nodiscard]] Content read() const;
     [[nodiscard]] Stamp stamp() const;
     /// The new content's stamp; nothing when it could not be written, and why.
-    [[nodiscard]] std::optional<Stamp> replace(const QByteArray &bytes, QString &trouble) const;
+    [[nodiscard]] std::optional<Stamp> replace(const QByteArray &bytes, const Lock &lock, QString &trouble) const;
     /// Keeps the present content beside the file, under the first free name of ".damaged", ".damaged.2" and so on.
     [[nodiscard]] bool keepCopy(const QByteArray &bytes, QString &copyPath) const;
     /// Makes the folder; whether it is there.

@@ -153,7 +153,7 @@ bool FileUserDefaults::store(const Changes &changes)
     if (const QByteArray bytes = document->bytes();
         content.reading == DefaultsFile::Reading::absent || bytes != content.bytes) {
         QString trouble;
-        const auto stamp = file.replace(bytes, trouble);
+        const auto stamp = file.replace(bytes, lock, trouble);
         if (!stamp) {
             logOnce(u"cannot be written (%1); changes are kept in memory"_s.arg(trouble));
             return false;

@@ -30,6 +30,7 @@ public:
     [[nodiscard]] std::optional<DefaultsValue> value(const QString &key) const override;
     void set(const QString &key, const DefaultsValue &value) override;
     void remove(const QString &key) override;
+    [[nodiscard]] bool hasUnwrittenChanges() const override { return !m_unwritten.empty(); }
     [[nodiscard]] std::optional<DefaultsDictionary> persistentDomain(const QString &name) const override;
     /// Watching the file needs an event loop.
     void setExternalChangeHandler(std::function<void()> handler) override;
