@@ -15,7 +15,7 @@ struct BenchOptions {
     int rounds = 5;                ///< starts of each program
     int presses = 20;              ///< of the shortcut after the first of each start, over all rounds
     std::chrono::seconds idle{20}; ///< how long wake-ups are counted
-    int requests = 50;             ///< of each size, from the floor and from the product's provider
+    int requests = 200;            ///< of each size, from the floor and from the product's provider
     int instructionRounds = 1;     ///< starts of each program under callgrind; 0 leaves instructions out
 };
 

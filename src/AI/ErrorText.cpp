@@ -15,4 +15,14 @@ QString errorText(const QByteArray &body)
     return decoder.hasError() ? QString() : text;
 }
 
+QString transferErrorText(const QString &platformText, const QUrl &url)
+{
+    QString text = platformText.simplified();
+    if (url.hasQuery()) {
+        text.remove(u'?' + url.query(QUrl::FullyEncoded));
+        text.remove(u'?' + url.query(QUrl::PrettyDecoded));
+    }
+    return text;
+}
+
 } // namespace orvesa

@@ -1,6 +1,7 @@
 #include "AI/HTTPTransfer.h"
 
 #include "AI/APIHTTPClient.h"
+#include "AI/ErrorText.h"
 #include "AI/NetworkRequest.h"
 #include "AI/RequestBody.h"
 #include "Models/AppError.h"
@@ -193,12 +194,7 @@ QString HTTPTransfer::transportFailure() const
         // The connection broke before the answer and the body was not sent again: say the first of the two.
         return connectionClosed();
     }
-    QString message = m_reply->errorString().simplified();
-    if (m_request.url.hasQuery()) {
-        message.remove(u'?' + m_request.url.query(QUrl::FullyEncoded));
-        message.remove(u'?' + m_request.url.query(QUrl::PrettyDecoded));
-    }
-    return message;
+    return transferErrorText(m_reply->errorString(), m_request.url);
 }
 
 void HTTPTransfer::fail(const QString &message, Resumption resumption)

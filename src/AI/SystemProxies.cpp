@@ -2,8 +2,10 @@
 
 #include "AI/LoopbackHost.h"
 
+#include <QDeadlineTimer>
 #include <QNetworkAccessManager>
 #include <QPointer>
+#include <QThread>
 
 #include <map>
 #include <utility>
@@ -36,6 +38,27 @@ private:
     std::map<Place, QList<QNetworkProxy>> m_proxies;
 };
 
+/// The thread that the system is asked in. It touches nothing of whoever asks, so that it may outlive it.
+class SystemProxies::Asker final : public QThread {
+public:
+    Asker() { m_inThread.moveToThread(this); }
+
+    /// Calls `answered` in the main thread.
+    void ask(const Question &question, const QUrl &url, std::function<void(const QList<QNetworkProxy> &)> answered)
+    {
+        if (!isRunning()) {
+            start();
+        }
+        QMetaObject::invokeMethod(&m_inThread, [this, question, url, answered = std::move(answered)] {
+            const QList<QNetworkProxy> proxies = question(QNetworkProxyQuery(url));
+            QMetaObject::invokeMethod(this, [answered, proxies] { answered(proxies); });
+        });
+    }
+
+private:
+    QObject m_inThread;
+};
+
 namespace {
 
 /// Gives a manager the answers; the manager owns it.
@@ -56,16 +79,19 @@ private:
 } // namespace
 
 SystemProxies::SystemProxies(QNetworkAccessManager &manager, Question question)
-    : m_answers(std::make_shared<Answers>()), m_question(std::move(question))
+    : m_answers(std::make_shared<Answers>()), m_question(std::move(question)), m_asker(new Asker)
 {
     manager.setProxyFactory(new AnsweringFactory<Answers>(m_answers));
-    m_asker.moveToThread(&m_thread);
 }
 
 SystemProxies::~SystemProxies()
 {
-    m_thread.quit();
-    m_thread.wait();
+    // Nothing ends a thread that hangs inside a library; the program's end must not hang with it.
+    QObject::connect(m_asker, &QThread::finished, m_asker, &QObject::deleteLater);
+    m_asker->quit();
+    if (m_asker->wait(QDeadlineTimer(greatestEndWait))) {
+        delete m_asker;
+    }
 }
 
 void SystemProxies::lookUp(const QUrl &url, QObject *context, std::function<void()> known)
@@ -74,20 +100,14 @@ void SystemProxies::lookUp(const QUrl &url, QObject *context, std::function<void
         known();
         return;
     }
-    if (!m_thread.isRunning()) {
-        m_thread.start();
-    }
-    const auto answered = [this, url, context = QPointer(context),
-                           known = std::move(known)](const QList<QNetworkProxy> &proxies) {
-        m_answers->keep(url, proxies);
-        if (context != nullptr) {
-            known();
-        }
-    };
-    QMetaObject::invokeMethod(&m_asker, [this, url, answered] {
-        const QList<QNetworkProxy> proxies = m_question(QNetworkProxyQuery(url));
-        QMetaObject::invokeMethod(this, [answered, proxies] { answered(proxies); });
-    });
+    m_asker->ask(m_question, url,
+                 [answers = m_answers, url, context = QPointer(context),
+                  known = std::move(known)](const QList<QNetworkProxy> &proxies) {
+                     answers->keep(url, proxies);
+                     if (context != nullptr) {
+                         known();
+                     }
+                 });
 }
 
 } // namespace orvesa

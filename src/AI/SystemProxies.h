@@ -9,9 +9,9 @@
 #include <QList>
 #include <QNetworkProxy>
 #include <QObject>
-#include <QThread>
 #include <QUrl>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -30,7 +30,8 @@ public:
 
     explicit SystemProxies(QNetworkAccessManager &manager,
                            Question question = &QNetworkProxyFactory::systemProxyForQuery);
-    /// Waits for a question that is being asked.
+    /// Waits for a question that is being asked, but no longer than this.
+    static constexpr std::chrono::milliseconds greatestEndWait{500};
     ~SystemProxies() override;
 
     /// Calls `known` once the proxies for the address are known to the manager; at once for an address of this machine,
@@ -39,11 +40,11 @@ public:
 
 private:
     class Answers;
+    class Asker;
 
     std::shared_ptr<Answers> m_answers;
     Question m_question;
-    QThread m_thread;
-    QObject m_asker; ///< lives in that thread
+    Asker *m_asker; ///< owned, unless its thread does not end in time
 };
 
 } // namespace orvesa

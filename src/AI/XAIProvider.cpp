@@ -1,29 +1,12 @@
 #include "AI/XAIProvider.h"
 
-#include "AI/APIKeyRequirement.h"
-#include "AI/OpenAIChatAPI.h"
-
 #include <utility>
 
 namespace orvesa {
 
 XAIProvider::XAIProvider(const KeychainService &keychain, APIHTTPClient &client, ServiceAddresses addresses)
-    : m_keychain(keychain), m_client(client), m_addresses(std::move(addresses))
+    : ChatCompletionsProvider(keychain, client, std::move(addresses))
 {
-}
-
-QCoro::Task<QString> XAIProvider::generate(QString text, AITask task, AIProviderConfig config,
-                                           std::stop_token stop) const
-{
-    const QString key = co_await requireAPIKey(m_keychain, providerType());
-    const QString prompt = m_promptService.prompt(task, text);
-    co_return co_await OpenAIChatAPI::generate(m_client, m_addresses.base(providerType()), key, config.model, prompt,
-                                               stop);
-}
-
-QCoro::Task<void> XAIProvider::validateAPIKey(QString key, std::stop_token stop) const
-{
-    co_await OpenAIChatAPI::validate(m_client, m_addresses.base(providerType()), key, stop);
 }
 
 } // namespace orvesa

@@ -185,6 +185,13 @@ TEST_F(ProgramRequestTest, standardInputStandsWhereTheArgumentsPutIt)
     EXPECT_TRUE(m_service.requests().back().body.contains("Text:\\nbefore in\\n after\"}"));
 }
 
+TEST_F(ProgramRequestTest, standardInputIsPassedAsItCame)
+{
+    const ProcessResult result = run({u"translate"_s, u"--provider"_s, u"openAI"_s}, "\xEF\xBB\xBF\r\n a \n");
+    ASSERT_EQ(result.exitCode, 0) << result.standardError.constData();
+    EXPECT_TRUE(m_service.requests().back().body.contains("Text:\\n\xEF\xBB\xBF\\r\\n a \\n\"}"));
+}
+
 TEST_F(ProgramRequestTest, aSavedPromptRunsByItsName)
 {
     writePreferences("settings.customPrompts = data '[{\"id\":\"6F1B4A52-7C1D-4C8F-9A57-0D3A1C2B4E5F\","
@@ -234,6 +241,24 @@ TEST_F(ProgramRequestTest, theProxyVariablesCountAndTheirExceptionsToo)
     m_environment.insert(u"OPENAI_BASE_URL"_s, m_service.address() + u"/v1"_s);
     EXPECT_EQ(run(arguments).standardOutput, "fine\n");
     EXPECT_EQ(proxy.requests().size(), 1);
+}
+
+TEST_F(ProgramRequestTest, theDesktopsProxySettingsCount)
+{
+    LoopbackService encrypted(LoopbackService::Transport::tls);
+    encrypted.setResponder([](const ServiceRequest &request) { return service::protocolResponse(request, u"fine"_s); });
+    LoopbackProxy proxy(encrypted.port());
+    m_desktop.folders().write(u"home/.config/glib-2.0/settings/keyfile"_s,
+                              "[system/proxy]\nmode='manual'\n[system/proxy/https]\nhost='127.0.0.1'\nport=" +
+                                  QByteArray::number(proxy.port()) + '\n');
+    m_environment.insert(u"DESKTOP_SESSION"_s, u"gnome"_s);
+    m_environment.insert(u"GSETTINGS_BACKEND"_s, u"keyfile"_s);
+    m_environment.insert(u"SSL_CERT_FILE"_s, encrypted.certificate().authorityPath());
+    m_environment.insert(u"OPENAI_BASE_URL"_s, u"https://service.test:%1/v1"_s.arg(encrypted.port()));
+    const ProcessResult result = run({u"translate"_s, u"--provider"_s, u"openAI"_s, u"x"_s});
+    EXPECT_EQ(result.standardOutput, "fine\n") << result.standardError.constData();
+    ASSERT_EQ(proxy.requests().size(), 1);
+    EXPECT_TRUE(proxy.requests().front().startsWith("CONNECT service.test:"));
 }
 
 TEST_F(ProgramRequestTest, nothingIsKeptOnDisk)

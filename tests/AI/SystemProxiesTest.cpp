@@ -5,9 +5,10 @@
 #include "service/LoopbackProxy.h"
 #include "service/LoopbackService.h"
 
-#include <QElapsedTimer>
+#include <QEventLoop>
 #include <QSemaphore>
 #include <QSslConfiguration>
+#include <QThread>
 #include <QTimer>
 
 #include <atomic>
@@ -151,6 +152,30 @@ TEST_F(SystemProxiesTest, theWaitForAnAnswerIsBounded)
     APIHTTPClient client(m_manager, 50ms, &proxies);
     EXPECT_EQ(outcome(client.get(remoteURL(), {})).failure(), u"Socket operation timed out"_s);
     answer.release();
+}
+
+TEST_F(SystemProxiesTest, aQuestionThatHangsDoesNotHoldTheEnd)
+{
+    QSemaphore asked;
+    QSemaphore answer;
+    QThread *thread = nullptr;
+    bool isKnown = false;
+    {
+        SystemProxies proxies(m_manager, [&](const QNetworkProxyQuery &) {
+            thread = QThread::currentThread();
+            asked.release();
+            answer.acquire();
+            return QList<QNetworkProxy>{};
+        });
+        proxies.lookUp(remoteURL(), &m_manager, [&] { isKnown = true; });
+        asked.acquire();
+    }
+    // Still hanging, and gone by itself once it does not hang any more.
+    ASSERT_TRUE(thread->isRunning());
+    QEventLoop loop;
+    QObject::connect(thread, &QObject::destroyed, &loop, &QEventLoop::quit);
+    answer.release();
+    loop.exec();
 }
 
 TEST_F(SystemProxiesTest, theEnvironmentNamesTheProxyAndItsExceptions)
