@@ -16,6 +16,7 @@ const QString thinkingOption = u"thinking"_s;
 const QString performOption = u"perform"_s;
 const QString versionOption = u"version"_s;
 const QString helpOption = u"help"_s;
+const QString standardInputMarker = u"-"_s;
 
 void addOptions(QCommandLineParser &parser)
 {
@@ -82,7 +83,7 @@ std::optional<UsageError> misplacedOption(const QCommandLineParser &parser, cons
     return std::nullopt;
 }
 
-Request parseTranslate(const QCommandLineParser &parser, const Overrides &overrides, const QStringList &text)
+Request parseTranslate(const QCommandLineParser &parser, const Overrides &overrides, const QList<TextArgument> &text)
 {
     Translate request{std::nullopt, overrides, text};
     if (parser.isSet(toOption)) {
@@ -94,7 +95,7 @@ Request parseTranslate(const QCommandLineParser &parser, const Overrides &overri
     return request;
 }
 
-Request parsePolish(const QCommandLineParser &parser, const Overrides &overrides, const QStringList &text)
+Request parsePolish(const QCommandLineParser &parser, const Overrides &overrides, const QList<TextArgument> &text)
 {
     Polish request{std::nullopt, overrides, text};
     if (parser.isSet(modeOption)) {
@@ -106,10 +107,24 @@ Request parsePolish(const QCommandLineParser &parser, const Overrides &overrides
     return request;
 }
 
-Request parseCommand(const QCommandLineParser &parser)
+/// The last `literalCount` words are meant as they stand, whatever they look like.
+QList<TextArgument> textArguments(const QStringList &words, qsizetype literalCount)
 {
-    QStringList text = parser.positionalArguments();
-    const QString command = text.takeFirst();
+    QList<TextArgument> text;
+    for (qsizetype index = 0; index < words.size(); ++index) {
+        const bool isInput = words.at(index) == standardInputMarker && index < words.size() - literalCount;
+        text.append(isInput ? std::nullopt : TextArgument(words.at(index)));
+    }
+    if (text.isEmpty()) {
+        text.append(std::nullopt);
+    }
+    return text;
+}
+
+Request parseCommand(const QCommandLineParser &parser, qsizetype literalCount)
+{
+    QStringList words = parser.positionalArguments();
+    const QString command = words.takeFirst();
     QStringList allowed{providerOption, modelOption, thinkingOption};
     if (command == "translate"_L1) {
         allowed.append(toOption);
@@ -127,16 +142,16 @@ Request parseCommand(const QCommandLineParser &parser)
     }
     const Overrides &accepted = std::get<Overrides>(given);
     if (command == "translate"_L1) {
-        return parseTranslate(parser, accepted, text);
+        return parseTranslate(parser, accepted, textArguments(words, literalCount));
     }
     if (command == "polish"_L1) {
-        return parsePolish(parser, accepted, text);
+        return parsePolish(parser, accepted, textArguments(words, literalCount));
     }
-    if (text.isEmpty()) {
+    if (words.isEmpty()) {
         return UsageError{u"prompt takes the name of a saved prompt"_s};
     }
-    const QString name = text.takeFirst();
-    return Prompt{name, accepted, text};
+    const QString name = words.takeFirst();
+    return Prompt{name, accepted, textArguments(words, literalCount)};
 }
 
 } // namespace
@@ -156,7 +171,9 @@ Request parse(const QStringList &arguments)
         return ShowVersion{};
     }
     if (!parser.positionalArguments().isEmpty()) {
-        return parseCommand(parser);
+        const qsizetype optionsEnd = arguments.indexOf(u"--"_s);
+        const qsizetype literalCount = optionsEnd < 0 ? 0 : arguments.size() - optionsEnd - 1;
+        return parseCommand(parser, literalCount);
     }
     if (const auto misplaced = misplacedOption(parser, u"no command"_s, {performOption})) {
         return *misplaced;
@@ -187,8 +204,8 @@ For translate, polish and prompt:
       --model MODEL                     any model of that service
       --thinking on|off                 let the model reason first (Gemini and Claude)
 
-Without TEXT the text is read from standard input; a TEXT of "-" stands for it. Keys come from the desktop's key
-store. Exit codes: 0 success, 1 failure (the reason is on standard error), 2 wrong usage.
+Without TEXT the text is read from standard input; a TEXT of "-" before any "--" stands for it. Keys come from the
+desktop's key store. Exit codes: 0 success, 1 failure (the reason is on standard error), 2 wrong usage.
 )"_s.arg(rawValues<PolishMode>(), rawValues<AIProviderType>());
 }
 

@@ -5,6 +5,7 @@
 #include "AI/AIProviderType.h"
 #include "Models/PolishMode.h"
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -39,22 +40,25 @@ struct Perform {
     QString action;
     bool operator==(const Perform &) const = default;
 };
+/// One argument of the text to work on; without a value it stands for all of standard input.
+using TextArgument = std::optional<QString>;
+
 struct Translate {
     std::optional<QString> language; ///< the saved one when absent
     Overrides overrides;
-    QStringList text; ///< empty: standard input
+    QList<TextArgument> text; ///< never empty
     bool operator==(const Translate &) const = default;
 };
 struct Polish {
     std::optional<PolishMode> mode; ///< the saved one when absent
     Overrides overrides;
-    QStringList text;
+    QList<TextArgument> text;
     bool operator==(const Polish &) const = default;
 };
 struct Prompt {
     QString name;
     Overrides overrides;
-    QStringList text;
+    QList<TextArgument> text;
     bool operator==(const Prompt &) const = default;
 };
 struct UsageError {

@@ -16,22 +16,21 @@ using CommandLine::ExitCode;
 
 namespace {
 
-const QString standardInputMarker = u"-"_s;
-
 /// The text to work on, exactly as given; nothing when standard input cannot be read as UTF-8.
-std::optional<QString> sourceText(QStringList arguments)
+std::optional<QString> sourceText(const QList<CommandLine::TextArgument> &arguments)
 {
-    if (arguments.isEmpty()) {
-        return StandardStreams::readAll();
-    }
-    if (arguments.contains(standardInputMarker)) {
-        const auto input = StandardStreams::readAll();
+    std::optional<QString> input;
+    if (arguments.contains(std::nullopt)) {
+        input = StandardStreams::readAll();
         if (!input) {
             return std::nullopt;
         }
-        std::replace(arguments.begin(), arguments.end(), standardInputMarker, *input);
     }
-    return arguments.join(u' ');
+    QStringList words;
+    for (const CommandLine::TextArgument &argument : arguments) {
+        words.append(argument ? *argument : *input);
+    }
+    return words.join(u' ');
 }
 
 } // namespace
@@ -68,10 +67,10 @@ QCoro::Task<ExitCode> CommandRunner::run(CommandLine::Request request) const
     co_return ExitCode::usage;
 }
 
-QCoro::Task<ExitCode> CommandRunner::generate(QStringList arguments, AITask task,
+QCoro::Task<ExitCode> CommandRunner::generate(QList<CommandLine::TextArgument> arguments, AITask task,
                                               CommandLine::Overrides overrides) const
 {
-    const std::optional<QString> text = sourceText(std::move(arguments));
+    const std::optional<QString> text = sourceText(arguments);
     if (!text) {
         StandardStreams::writeError(u"Standard input could not be read as UTF-8 text."_s);
         co_return ExitCode::failure;

@@ -24,7 +24,7 @@ public:
     [[nodiscard]] QCoro::Task<CommandLine::ExitCode> run(CommandLine::Request request) const;
 
 private:
-    [[nodiscard]] QCoro::Task<CommandLine::ExitCode> generate(QStringList arguments, AITask task,
+    [[nodiscard]] QCoro::Task<CommandLine::ExitCode> generate(QList<CommandLine::TextArgument> arguments, AITask task,
                                                               CommandLine::Overrides overrides) const;
 
     const SettingsStore &m_settings;

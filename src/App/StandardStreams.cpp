@@ -30,7 +30,9 @@ std::optional<QString> readAll()
     if (input.error() != QFileDevice::NoError) {
         return std::nullopt;
     }
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    // A byte order mark is a character like any other here: the text goes on exactly as it came.
+    QStringDecoder decoder(QStringDecoder::Utf8,
+                           QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
     const QString text = decoder.decode(bytes);
     if (decoder.hasError()) {
         return std::nullopt;

@@ -38,7 +38,7 @@ TEST(CommandLine, TranslatesWithEveryOption)
                                    u"m"_s, u"--thinking"_s, u"on"_s, u"Hello"_s, u"world"_s});
     EXPECT_EQ(request,
               Request(Translate{u"Korean"_s, {AIProviderType::openAI, u"m"_s, true}, {u"Hello"_s, u"world"_s}}));
-    EXPECT_EQ(parse({u"translate"_s}), Request(Translate{}));
+    EXPECT_EQ(parse({u"translate"_s}), Request(Translate{std::nullopt, {}, {std::nullopt}}));
 }
 
 TEST(CommandLine, TakesOptionsBeforeAndAfterTheText)
@@ -46,7 +46,15 @@ TEST(CommandLine, TakesOptionsBeforeAndAfterTheText)
     EXPECT_EQ(parse({u"translate"_s, u"Hello"_s, u"--to=Japanese"_s}),
               Request(Translate{u"Japanese"_s, {}, {u"Hello"_s}}));
     EXPECT_EQ(parse({u"translate"_s, u"--"_s, u"--to"_s}), Request(Translate{std::nullopt, {}, {u"--to"_s}}));
-    EXPECT_EQ(parse({u"translate"_s, u"-"_s}), Request(Translate{std::nullopt, {}, {u"-"_s}}));
+}
+
+TEST(CommandLine, ADashStandsForStandardInputUnlessItIsMeantAsItStands)
+{
+    EXPECT_EQ(parse({u"translate"_s, u"-"_s}), Request(Translate{std::nullopt, {}, {std::nullopt}}));
+    EXPECT_EQ(parse({u"translate"_s, u"a"_s, u"-"_s, u"--"_s, u"-"_s, u"--"_s}),
+              Request(Translate{std::nullopt, {}, {u"a"_s, std::nullopt, u"-"_s, u"--"_s}}));
+    EXPECT_EQ(parse({u"prompt"_s, u"--"_s, u"-"_s, u"-"_s}), Request(Prompt{u"-"_s, {}, {u"-"_s}}));
+    EXPECT_EQ(parse({u"prompt"_s, u"Summarize"_s}), Request(Prompt{u"Summarize"_s, {}, {std::nullopt}}));
 }
 
 TEST(CommandLine, Polishes)
