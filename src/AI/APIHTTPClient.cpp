@@ -54,7 +54,7 @@ QCoro::Task<QByteArray> APIHTTPClient::send(HTTPRequest request, std::stop_token
         if (response.status == 0) {
             throw AppError(AppError::Kind::invalidAPIResponse);
         }
-        if (response.status >= 200 && response.status <= 299) {
+        if (response.isSuccess()) {
             co_return response.body;
         }
         const std::optional<HTTPRequest> next =

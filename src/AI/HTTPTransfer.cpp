@@ -22,11 +22,6 @@ constexpr qint64 leastReadBytes = 16 * 1024;
 constexpr qint64 greatestReadBytes = 1024 * 1024;
 constexpr qint64 networkBufferBytes = 1024 * 1024;
 
-[[nodiscard]] bool isSuccess(int status)
-{
-    return status >= 200 && status <= 299;
-}
-
 /// Whether Qt's error says something about the connection rather than about the status that was received.
 [[nodiscard]] bool isConnectionError(QNetworkReply::NetworkError error)
 {
@@ -133,7 +128,7 @@ void HTTPTransfer::readBody()
     if (m_isDone || !readStatus()) {
         return;
     }
-    const bool isWanted = isSuccess(m_response.status);
+    const bool isWanted = m_response.isSuccess();
     const qint64 bound = isWanted ? APIHTTPClient::maximumBodyBytes : APIHTTPClient::maximumErrorBytes;
     bool isTooLarge = isWanted && m_announced > bound;
     while (!isTooLarge) {
@@ -165,7 +160,7 @@ void HTTPTransfer::judge()
     }
     const QNetworkReply::NetworkError error = m_reply->error();
     // A status outside the successes is an error to Qt as well; that one is the caller's business, with its body.
-    const bool isStatusError = m_response.status != 0 && !isSuccess(m_response.status) && !isConnectionError(error);
+    const bool isStatusError = m_response.status != 0 && !m_response.isSuccess() && !isConnectionError(error);
     if (error != QNetworkReply::NoError && !isStatusError) {
         fail(transportFailure(), Resumption::now);
     } else if (isCutShort()) {

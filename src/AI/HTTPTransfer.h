@@ -31,6 +31,8 @@ struct HTTPResponse {
     int status = 0;      ///< 0: what answered does not speak HTTP
     QByteArray body;     ///< whole for a success, its beginning otherwise
     QByteArray location; ///< the Location header, empty without one
+
+    [[nodiscard]] bool isSuccess() const { return status >= 200 && status <= 299; }
 };
 
 class HTTPTransfer final : public QObject {
