@@ -3,6 +3,7 @@
 #include "App/Settings/SettingsWindowController.h"
 #include "App/TranslationCoordinator.h"
 #include "Core/HotKeyError.h"
+#include "Core/HotKeyRecordingState.h"
 #include "Core/Localization.h"
 #include "Platform/AccessibilityTrustPort.h"
 
@@ -110,8 +111,17 @@ void AppDelegate::registerHotKey(quint32 id, const KeyCombo &combo, std::functio
                                  const QString &failurePrefix)
 {
     // The handler runs inside the desktop's event dispatch: it only schedules.
-    auto scheduled = [this, handler = std::move(handler)] {
-        QMetaObject::invokeMethod(this, handler, Qt::QueuedConnection);
+    auto scheduled = [this, combo, handler = std::move(handler)] {
+        QMetaObject::invokeMethod(
+            this,
+            [this, combo, handler] {
+                if (m_with.recording.isRecording()) {
+                    m_with.recording.takeShortcut(combo);
+                } else {
+                    handler();
+                }
+            },
+            Qt::QueuedConnection);
     };
     try {
         m_hotKeyService.registerHotKey(id, combo, std::move(scheduled));

@@ -16,7 +16,9 @@
 namespace orvesa {
 
 class AccessibilityTrustPort;
+class HotKeyRecordingState;
 class KeychainService;
+class KeyMonitorPort;
 class SettingsWindowController;
 
 class AppDelegate final : public QObject {
@@ -28,6 +30,8 @@ public:
         SettingsStore &settings;
         KeychainService &keychain;
         HotKeyPort &hotKeys;
+        HotKeyRecordingState &recording;
+        KeyMonitorPort &keyMonitor;
         AccessibilityTrustPort &trust;
     };
 

@@ -7,6 +7,7 @@
 #include "App/StandardStreams.h"
 #include "App/TranslationCoordinator.h"
 #include "Core/ClipboardService.h"
+#include "Core/HotKeyRecordingState.h"
 #include "Core/OCRService.h"
 #include "Core/TextSelectionService.h"
 #include "Platform/linux/DisplayProbe.h"
@@ -81,13 +82,16 @@ QString toolBesideProgram(const QString &name)
 struct Utility {
     explicit Utility(LinuxDesktop &platform)
         : desktop(platform), services(platform.userDefaults(), platform.preferredLanguages(), platform.keyStore()),
-          clipboard(platform.pasteboard()), selection(platform.accessibilityElements(), platform.accessibilityTrust()),
+          clipboard(platform.pasteboard()),
+          selection({platform.accessibilityElements(), platform.accessibilityTrust(), platform.workspace(),
+                     platform.keyboardEvents(), platform.pasteboard(), platform.clock()}),
+
           capture(toolBesideProgram(u"orvesa-screencapture"_s)), recognition(toolBesideProgram(u"orvesa-recognize"_s)),
           ocr(capture, recognition), panel(services.settings, platform.panelWindow(), platform.mouseMonitor()),
           coordinator({platform.accessibilityTrust(), selection, clipboard, ocr, services.settings, services.providers,
                        panel, platform.clock()}),
-          delegate(
-              {coordinator, services.settings, services.keychain, platform.hotKeys(), platform.accessibilityTrust()})
+          delegate({coordinator, services.settings, services.keychain, platform.hotKeys(), recording,
+                    platform.keyMonitor(), platform.accessibilityTrust()})
     {
         platform.accessibilityTrust().setRequestPresenter([this] { requestTrust(); });
     }
@@ -122,6 +126,7 @@ struct Utility {
     OCRService ocr;
     FloatingResultPanelController panel;
     TranslationCoordinator coordinator;
+    HotKeyRecordingState recording;
     AppDelegate delegate;
     std::unique_ptr<AccessibilityTrustDialog> trustDialog;
 };

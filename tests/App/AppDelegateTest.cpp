@@ -1,8 +1,10 @@
 #include "App/AppDelegate.h"
 
 #include "App/ApplicationOnFakes.h"
+#include "Core/HotKeyRecordingState.h"
 #include "Core/KeychainService.h"
 #include "fakes/FakeHotKeys.h"
+#include "fakes/FakeKeyMonitor.h"
 #include "fakes/FakeKeyStore.h"
 
 #include <gtest/gtest.h>
@@ -52,7 +54,9 @@ protected:
     FakeHotKeys hotKeys;
     FakeKeyStore keyStore;
     KeychainService keychain{keyStore, u"service"_s, {}};
-    AppDelegate delegate{{*coordinator, settings, keychain, hotKeys, trust}};
+    HotKeyRecordingState recording;
+    FakeKeyMonitor keyMonitor;
+    AppDelegate delegate{{*coordinator, settings, keychain, hotKeys, recording, keyMonitor, trust}};
 
 private:
     QtMessageHandler m_earlier = nullptr;

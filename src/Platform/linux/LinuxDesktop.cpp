@@ -3,6 +3,7 @@
 #include "Platform/linux/ATSPIBus.h"
 #include "Platform/linux/ATSPIElements.h"
 #include "Platform/linux/DBusSingleInstance.h"
+#include "Platform/linux/DesktopKeyMonitor.h"
 #include "Platform/linux/FileUserDefaults.h"
 #include "Platform/linux/LocalePreferredLanguages.h"
 #include "Platform/linux/QtClock.h"
@@ -38,6 +39,7 @@ struct LinuxDesktop::Adapters {
     X11Workspace workspace;
     ATSPIBus bus;
     X11HotKeys hotKeys;
+    DesktopKeyMonitor keyMonitor;
     X11MouseMonitor mouseMonitor;
     X11PanelWindow panelWindow;
     ATSPIElements elements;
@@ -80,6 +82,11 @@ SingleInstancePort &LinuxDesktop::singleInstance()
 HotKeyPort &LinuxDesktop::hotKeys()
 {
     return m_adapters->hotKeys;
+}
+
+KeyMonitorPort &LinuxDesktop::keyMonitor()
+{
+    return m_adapters->keyMonitor;
 }
 
 WorkspacePort &LinuxDesktop::workspace()

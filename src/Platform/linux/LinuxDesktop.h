@@ -9,6 +9,7 @@
 #include "Platform/AccessibilityElementsPort.h"
 #include "Platform/ClockPort.h"
 #include "Platform/HotKeyPort.h"
+#include "Platform/KeyMonitorPort.h"
 #include "Platform/KeyStorePort.h"
 #include "Platform/MouseMonitorPort.h"
 #include "Platform/PanelWindowPort.h"
@@ -36,6 +37,7 @@ public:
     [[nodiscard]] ClockPort &clock();
     [[nodiscard]] SingleInstancePort &singleInstance();
     [[nodiscard]] HotKeyPort &hotKeys();
+    [[nodiscard]] KeyMonitorPort &keyMonitor();
     [[nodiscard]] WorkspacePort &workspace();
     [[nodiscard]] AccessibilityElementsPort &accessibilityElements();
     /// The adapter itself: whoever shows the request's dialog sets the presenter and calls enable().

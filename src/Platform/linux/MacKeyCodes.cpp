@@ -9,6 +9,9 @@ namespace orvesa::MacKeyCodes {
 
 namespace {
 
+constexpr quint32 x11Offset = 8;
+constexpr quint32 lastX11Code = 255;
+
 // Ordered by macOS code. Code 0x0A (ISO section) is the key left of 1 on Apple's ISO keyboards and 0x32 (grave) the one
 // left of Z; on PC keyboards the key left of 1 is grave on ANSI and ISO alike, and the ISO extra key is KEY_102ND. F13
 // to F15 stand where PC keyboards have Print Screen, Scroll Lock and Pause, but both worlds also have keys with the
@@ -64,6 +67,20 @@ std::optional<quint32> fromEvdev(quint32 evdevCode)
         return std::nullopt;
     }
     return found->macCode;
+}
+
+std::optional<quint32> toX11(quint32 macCode)
+{
+    const auto evdevCode = toEvdev(macCode);
+    if (!evdevCode || *evdevCode > lastX11Code - x11Offset) {
+        return std::nullopt;
+    }
+    return *evdevCode + x11Offset;
+}
+
+std::optional<quint32> fromX11(quint32 keyCode)
+{
+    return keyCode < x11Offset ? std::nullopt : fromEvdev(keyCode - x11Offset);
 }
 
 } // namespace orvesa::MacKeyCodes

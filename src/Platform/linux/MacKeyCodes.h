@@ -22,5 +22,8 @@ struct Pair {
 /// The evdev code at the position of a macOS code; nothing for a key that evdev keyboards do not have.
 [[nodiscard]] std::optional<quint32> toEvdev(quint32 macCode);
 [[nodiscard]] std::optional<quint32> fromEvdev(quint32 evdevCode);
+/// The same for the key codes of X11, which Wayland programs use too.
+[[nodiscard]] std::optional<quint32> toX11(quint32 macCode);
+[[nodiscard]] std::optional<quint32> fromX11(quint32 keyCode);
 
 } // namespace orvesa::MacKeyCodes

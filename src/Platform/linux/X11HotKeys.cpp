@@ -20,18 +20,14 @@ namespace orvesa {
 
 namespace {
 
-constexpr quint32 x11KeyCodeOffset = 8;
 constexpr quint8 eventTypeMask = 0x7f; // the eighth bit says that another client sent the event
 constexpr unsigned allModifierBits = 0xff;
 constexpr quint32 macControlKeyCode = 0x3b;
 
 std::optional<xcb_keycode_t> x11KeyCode(quint32 macKeyCode)
 {
-    const auto evdev = MacKeyCodes::toEvdev(macKeyCode);
-    if (!evdev || *evdev > 255 - x11KeyCodeOffset) {
-        return std::nullopt;
-    }
-    return static_cast<xcb_keycode_t>(*evdev + x11KeyCodeOffset);
+    const auto keyCode = MacKeyCodes::toX11(macKeyCode);
+    return keyCode ? std::optional(static_cast<xcb_keycode_t>(*keyCode)) : std::nullopt;
 }
 
 } // namespace

@@ -1,0 +1,167 @@
+#include "Platform/linux/X11KeyboardGrab.h"
+
+#include "Platform/linux/KeySymbols.h"
+#include "Platform/linux/MacKeyCodes.h"
+
+#include <utility>
+
+// The header names a member with a C++ keyword.
+#define explicit explicitActions
+#include <xcb/xkb.h>
+#undef explicit
+
+namespace orvesa {
+
+namespace {
+
+constexpr quint8 eventTypeMask = 0x7f; // the eighth bit says that another client sent the event
+constexpr quint32 macEscape = 0x35;
+
+constexpr quint32 capsLockFlag = 0x10000;
+constexpr quint32 shiftFlag = 0x20000;
+constexpr quint32 controlFlag = 0x40000;
+constexpr quint32 optionFlag = 0x80000;
+constexpr quint32 commandFlag = 0x100000;
+
+quint32 flags(quint16 state, const X11Modifiers &modifiers)
+{
+    quint32 result = 0;
+    const auto add = [&](unsigned bit, quint32 flag) { result |= (state & bit) != 0 ? flag : 0; };
+    add(XCB_MOD_MASK_LOCK, capsLockFlag);
+    add(XCB_MOD_MASK_SHIFT, shiftFlag);
+    add(XCB_MOD_MASK_CONTROL, controlFlag);
+    add(modifiers.alt, optionFlag);
+    add(modifiers.super, commandFlag);
+    return result;
+}
+
+} // namespace
+
+X11KeyboardGrab::~X11KeyboardGrab()
+{
+    m_connection.removeEventHandler(m_token);
+}
+
+bool X11KeyboardGrab::prepare()
+{
+    if (!m_connection.isValid()) {
+        return false;
+    }
+    if (m_token != 0) {
+        return true;
+    }
+    m_token = m_connection.addEventHandler([this](const xcb_generic_event_t &event) { handle(event); });
+    xcb_connection_t *const raw = m_connection.connection();
+    const xcb_query_extension_reply_t *const extension = xcb_get_extension_data(raw, &xcb_xkb_id);
+    m_connection.settle();
+    if (extension == nullptr || extension->present == 0) {
+        return true;
+    }
+    m_hasKeyboardExtension =
+        m_connection.reply(xcb_xkb_use_extension_reply,
+                           xcb_xkb_use_extension(raw, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION)) != nullptr;
+    // A held key then sends presses only, and its one release means that it was let go.
+    constexpr quint32 detectable = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
+    (void)m_connection.reply(xcb_xkb_per_client_flags_reply,
+                             xcb_xkb_per_client_flags(raw, XCB_XKB_ID_USE_CORE_KBD, detectable, detectable, 0, 0, 0));
+    return true;
+}
+
+bool X11KeyboardGrab::begin(KeyMonitorPort::Handler handler)
+{
+    if (!prepare() || !m_hasKeyboardExtension) {
+        return false;
+    }
+    m_handler = std::move(handler);
+    if (m_isGrabbed) { // the last key of the time before is still down
+        return true;
+    }
+    m_faces = X11KeyFaces::read(m_connection);
+    m_modifiers = X11Modifiers::read(m_connection);
+    if (!grab()) {
+        m_handler = nullptr;
+        return false;
+    }
+    noteKeysThatAreDown();
+    return true;
+}
+
+bool X11KeyboardGrab::grab()
+{
+    xcb_connection_t *const raw = m_connection.connection();
+    const auto focus = m_connection.reply(xcb_get_input_focus_reply, xcb_get_input_focus(raw));
+    const bool isWindow = focus && focus->focus > XCB_INPUT_FOCUS_FOLLOW_KEYBOARD;
+    const auto answer = m_connection.reply(
+        xcb_grab_keyboard_reply, xcb_grab_keyboard(raw, 0, isWindow ? focus->focus : m_connection.root(),
+                                                   XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    m_isGrabbed = answer && answer->status == XCB_GRAB_STATUS_SUCCESS;
+    return m_isGrabbed;
+}
+
+void X11KeyboardGrab::noteKeysThatAreDown()
+{
+    // The key that pressed the control is often one of them, and neither it nor its repeats are meant.
+    m_heldKeys.clear();
+    const auto keys = m_connection.reply(xcb_query_keymap_reply, xcb_query_keymap(m_connection.connection()));
+    for (unsigned code = 0; keys && code < sizeof(keys->keys) * 8; ++code) {
+        const auto keyCode = static_cast<xcb_keycode_t>(code);
+        if (((keys->keys[code / 8] >> (code % 8)) & 1U) != 0 && !m_faces.isModifier(keyCode, 0)) {
+            m_heldKeys.insert(keyCode);
+        }
+    }
+}
+
+void X11KeyboardGrab::end()
+{
+    m_handler = nullptr;
+    giveBackWhenIdle();
+}
+
+void X11KeyboardGrab::giveBackWhenIdle()
+{
+    if (!m_isGrabbed || m_handler || !m_heldKeys.empty()) {
+        return;
+    }
+    m_isGrabbed = false;
+    if (m_connection.isValid()) {
+        xcb_ungrab_keyboard(m_connection.connection(), XCB_CURRENT_TIME);
+        m_connection.settle();
+    }
+}
+
+void X11KeyboardGrab::handle(const xcb_generic_event_t &event)
+{
+    const auto type = static_cast<quint8>(event.response_type & eventTypeMask);
+    if (type == XCB_KEY_PRESS) {
+        press(reinterpret_cast<const xcb_key_press_event_t &>(event));
+    } else if (type == XCB_KEY_RELEASE) {
+        m_heldKeys.erase(reinterpret_cast<const xcb_key_release_event_t &>(event).detail);
+        giveBackWhenIdle();
+    }
+}
+
+void X11KeyboardGrab::press(const xcb_key_press_event_t &event)
+{
+    if (!m_isGrabbed || m_faces.isModifier(event.detail, event.state) || !m_heldKeys.insert(event.detail).second) {
+        return;
+    }
+    if (const auto known = m_handler ? translated(event) : std::nullopt) {
+        const KeyMonitorPort::Handler handler = m_handler; // it may end the grab
+        handler(*known);
+    }
+}
+
+std::optional<MonitoredKeyPress> X11KeyboardGrab::translated(const xcb_key_press_event_t &event) const
+{
+    quint32 keyCode = MonitoredKeyPress::unknownKeyCode;
+    if (m_faces.plainSymbol(event.detail, event.state) == KeySymbols::escape) {
+        keyCode = macEscape; // wherever the layout has put the way out
+    } else if (const auto known = MacKeyCodes::fromX11(event.detail)) {
+        keyCode = *known;
+    }
+    return MonitoredKeyPress{.keyCode = keyCode,
+                             .modifierFlags = flags(event.state, m_modifiers),
+                             .characters = m_faces.characters(event.detail, event.state)};
+}
+
+} // namespace orvesa
