@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 
 #include <algorithm>
+#include <cmath>
 
 namespace orvesa::Style {
 
@@ -20,7 +21,9 @@ const Colors &lightColors()
         .fieldLine = QColor(0xd2, 0xd2, 0xd8),
         .hover = QColor(0xec, 0xec, 0xf1),
         .error = QColor(0xc8, 0x32, 0x2b),
-        .success = QColor(0x1f, 0x8a, 0x4c),
+        .warning = QColor(0xa8, 0x5b, 0x00),
+        .success = QColor(0x1a, 0x80, 0x45),
+        .card = QColor(0xf7, 0xf7, 0xf9),
         .border = QColor(0, 0, 0, 38),
     };
     return colors;
@@ -37,7 +40,9 @@ const Colors &darkColors()
         .fieldLine = QColor(0x47, 0x47, 0x4e),
         .hover = QColor(0x32, 0x32, 0x37),
         .error = QColor(0xff, 0x7a, 0x72),
+        .warning = QColor(0xff, 0xb2, 0x57),
         .success = QColor(0x54, 0xd0, 0x8a),
+        .card = QColor(0x29, 0x29, 0x2d),
         .border = QColor(255, 255, 255, 36),
     };
     return colors;
@@ -49,6 +54,30 @@ QFont desktopFont(int difference, int smallest)
     QFont font = QGuiApplication::font();
     font.setPixelSize(std::max(QFontInfo(font).pixelSize() + difference, smallest));
     return font;
+}
+
+/// WCAG's relative luminance.
+double luminance(const QColor &color)
+{
+    const auto linear = [](float component) {
+        const auto value = static_cast<double>(component);
+        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor &one, const QColor &other)
+{
+    const double first = luminance(one);
+    const double second = luminance(other);
+    return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
+}
+
+QColor mixed(const QColor &from, const QColor &to, float share)
+{
+    const auto mix = [share](float one, float other) { return one + (other - one) * share; };
+    return QColor::fromRgbF(mix(from.redF(), to.redF()), mix(from.greenF(), to.greenF()),
+                            mix(from.blueF(), to.blueF()));
 }
 
 } // namespace
@@ -74,6 +103,41 @@ QColor color(const SRGBColor &color)
 {
     return QColor::fromRgbF(static_cast<float>(color.red), static_cast<float>(color.green),
                             static_cast<float>(color.blue));
+}
+
+QColor badgeColor()
+{
+    return {0xd3, 0x40, 0x2c};
+}
+
+QPalette palette(Appearance appearance, const QColor &accent)
+{
+    const Colors &shown = colors(appearance);
+    QPalette result(shown.card, shown.window);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        result.setColor(role, shown.text);
+    }
+    result.setColor(QPalette::Base, shown.field);
+    result.setColor(QPalette::AlternateBase, shown.hover);
+    result.setColor(QPalette::PlaceholderText, shown.secondaryText);
+    result.setColor(QPalette::Highlight, readable(accent, shown.card, 3));
+    result.setColor(QPalette::HighlightedText, Qt::white);
+    result.setColor(QPalette::Link, readable(accent, shown.card, 4.5));
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        result.setColor(QPalette::Disabled, role, shown.secondaryText);
+    }
+    return result;
+}
+
+QColor readable(const QColor &color, const QColor &background, double ratio)
+{
+    constexpr float step = 0.05F;
+    const QColor target = luminance(background) > 0.18 ? Qt::black : Qt::white;
+    QColor result = color;
+    for (float share = step; contrast(result, background) < ratio && share < 1; share += step) {
+        result = mixed(color, target, share);
+    }
+    return result;
 }
 
 QLinearGradient horizontalGradient(const SRGBGradient &gradient, int width)
@@ -109,6 +173,20 @@ QFont statusFont()
 QFont captionFont()
 {
     return desktopFont(-2, 11);
+}
+
+QFont pageTitleFont()
+{
+    QFont font = desktopFont(8, 21);
+    font.setWeight(QFont::Bold);
+    return font;
+}
+
+QFont headlineFont()
+{
+    QFont font = controlFont();
+    font.setWeight(QFont::DemiBold);
+    return font;
 }
 
 } // namespace orvesa::Style

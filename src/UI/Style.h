@@ -27,10 +27,17 @@ inline constexpr int pickerPadding = 8;
 inline constexpr int controlRadius = 8;
 inline constexpr int iconButtonWidth = 38;
 inline constexpr int buttonHeight = 30;
+inline constexpr int borderlessButtonSize = 24;
 inline constexpr int closeSymbolSize = 20;
 inline constexpr int symbolSize = 16;
 inline constexpr int statusItemSymbolSize = 18;
 inline constexpr int focusRingWidth = 3;
+inline constexpr int cardRadius = 12;
+inline constexpr int cardPadding = 16;
+inline constexpr int fieldPadding = 8;
+inline constexpr int tileSize = 26;
+inline constexpr int tileRadius = 7;
+inline constexpr int tileSymbolSize = 15;
 inline constexpr int scrollBarWidth = 10;
 inline constexpr int scrollBarHandleWidth = 6;
 inline constexpr double disabledOpacity = 0.42;
@@ -44,7 +51,9 @@ struct Colors {
     QColor fieldLine;
     QColor hover;
     QColor error;
+    QColor warning;
     QColor success;
+    QColor card;
     QColor border; ///< hairline around floating windows
 };
 
@@ -56,6 +65,14 @@ enum class Appearance { light, dark };
 [[nodiscard]] const Colors &colors(const QPalette &palette);
 
 [[nodiscard]] QColor color(const SRGBColor &color);
+/// White on the badge's colour is readable on every theme's sidebar.
+[[nodiscard]] QColor badgeColor();
+/// What the settings window's widgets inherit: the interface's colours, the accent as Highlight, the accent as a text's
+/// colour as Link, and secondary texts as PlaceholderText.
+[[nodiscard]] QPalette palette(Appearance appearance, const QColor &accent);
+/// The colour itself, or as much lighter or darker as it takes to be told from the background: `ratio` is WCAG's
+/// contrast, 3 for shapes and 4.5 for texts.
+[[nodiscard]] QColor readable(const QColor &color, const QColor &background, double ratio);
 /// From left to right over `width`.
 [[nodiscard]] QLinearGradient horizontalGradient(const SRGBGradient &gradient, int width);
 
@@ -65,5 +82,7 @@ enum class Appearance { light, dark };
 [[nodiscard]] QFont controlFont();
 [[nodiscard]] QFont statusFont();
 [[nodiscard]] QFont captionFont();
+[[nodiscard]] QFont pageTitleFont();
+[[nodiscard]] QFont headlineFont();
 
 } // namespace orvesa::Style

@@ -2,6 +2,7 @@
 
 #include "UI/Symbols.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 
 namespace orvesa {
@@ -28,10 +29,20 @@ void SymbolButton::setAccent(const QColor &accent)
     update();
 }
 
+void SymbolButton::setSymbolOpacity(qreal opacity)
+{
+    m_symbolOpacity = opacity;
+    update();
+}
+
 QSize SymbolButton::sizeHint() const
 {
-    const QSize button = m_look == Look::plain ? QSize(Style::closeSymbolSize, Style::closeSymbolSize)
-                                               : QSize(Style::iconButtonWidth, Style::buttonHeight);
+    QSize button(Style::iconButtonWidth, Style::buttonHeight);
+    if (m_look == Look::plain) {
+        button = QSize(Style::closeSymbolSize, Style::closeSymbolSize);
+    } else if (m_look == Look::borderless) {
+        button = QSize(Style::borderlessButtonSize, Style::borderlessButtonSize);
+    }
     return button + QSize(2 * outset(), 2 * outset());
 }
 
@@ -54,7 +65,9 @@ void SymbolButton::paintEvent(QPaintEvent *)
     painter.setOpacity(isEnabled() ? 1 : Style::disabledOpacity);
     const QRectF button = QRectF(rect()).adjusted(outset(), outset(), -outset(), -outset());
     if (hasFocus()) {
-        QColor ring = m_look == Look::plain ? QColor(Qt::white) : m_accent;
+        QColor ring = m_look == Look::plain ? QColor(Qt::white)
+                      : m_accent.isValid()  ? m_accent
+                                            : palette().color(QPalette::Highlight);
         ring.setAlphaF(m_look == Look::plain ? 0.8F : 0.45F);
         painter.setPen(QPen(ring, Style::focusRingWidth));
         const qreal half = Style::focusRingWidth / 2.0;
@@ -63,6 +76,8 @@ void SymbolButton::paintEvent(QPaintEvent *)
     }
     if (m_look == Look::plain) {
         paintPlain(painter, button);
+    } else if (m_look == Look::borderless) {
+        paintBorderless(painter, button);
     } else {
         paintFramed(painter, button);
     }
@@ -74,6 +89,28 @@ void SymbolButton::paintPlain(QPainter &painter, const QRectF &button) const
     color.setAlphaF(isDown() || underMouse() ? 1.0F : 0.88F);
     painter.drawPixmap(button.topLeft(),
                        Symbols::pixmap(m_symbol, color, static_cast<int>(button.width()), devicePixelRatioF()));
+}
+
+void SymbolButton::paintBorderless(QPainter &painter, const QRectF &button) const
+{
+    const Style::Colors &colors = Style::colors(palette());
+    if (isEnabled() && (isDown() || underMouse())) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(isDown() ? colors.line : colors.hover);
+        painter.drawRoundedRect(button, Style::controlRadius, Style::controlRadius);
+    }
+    painter.setOpacity(painter.opacity() * m_symbolOpacity);
+    const QPointF origin(button.center().x() - Style::symbolSize / 2.0, button.center().y() - Style::symbolSize / 2.0);
+    painter.drawPixmap(origin, Symbols::pixmap(m_symbol, colors.secondaryText, Style::symbolSize, devicePixelRatioF()));
+}
+
+void SymbolButton::keyPressEvent(QKeyEvent *event)
+{
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && !event->isAutoRepeat()) {
+        click();
+        return;
+    }
+    QAbstractButton::keyPressEvent(event);
 }
 
 void SymbolButton::paintFramed(QPainter &painter, const QRectF &button) const

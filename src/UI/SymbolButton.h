@@ -13,9 +13,10 @@ class SymbolButton final : public QAbstractButton {
 
 public:
     enum class Look {
-        bordered,  ///< outlined, on the window's background
-        prominent, ///< filled with the accent colour
-        plain      ///< the symbol alone, white, for the coloured header
+        bordered,   ///< outlined, on the window's background
+        prominent,  ///< filled with the accent colour
+        borderless, ///< the symbol alone, in the secondary colour
+        plain       ///< the symbol alone, white, for the coloured header
     };
 
     SymbolButton(QString symbol, Look look, QWidget *parent = nullptr);
@@ -23,6 +24,8 @@ public:
     /// Tooltip and accessible name.
     void setDescription(const QString &text);
     void setAccent(const QColor &accent);
+    /// How solid a borderless symbol is, for one that offers nothing at the moment.
+    void setSymbolOpacity(qreal opacity);
 
     [[nodiscard]] QSize sizeHint() const override;
     /// The widget is larger than the button by this much on each side, so that the focus ring has room.
@@ -30,16 +33,19 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void enterEvent(QEnterEvent *event) override;
     void leaveEvent(QEvent *event) override;
 
 private:
     void paintPlain(QPainter &painter, const QRectF &button) const;
+    void paintBorderless(QPainter &painter, const QRectF &button) const;
     void paintFramed(QPainter &painter, const QRectF &button) const;
 
     QString m_symbol;
     Look m_look;
     QColor m_accent;
+    qreal m_symbolOpacity = 1;
 };
 
 } // namespace orvesa

@@ -1,0 +1,58 @@
+#include "UI/ControlPainting.h"
+
+#include "UI/Style.h"
+
+#include <QWidget>
+
+#include <algorithm>
+#include <cmath>
+
+namespace orvesa::ControlPainting {
+
+namespace {
+constexpr float ringOpacity = 0.55F;
+} // namespace
+
+QRectF controlArea(const QWidget &widget)
+{
+    constexpr int outset = Style::focusRingWidth;
+    return QRectF(widget.rect()).adjusted(outset, outset, -outset, -outset);
+}
+
+QRectF aligned(const QPainter &painter, const QRectF &area)
+{
+    const QTransform toDevice = painter.deviceTransform();
+    const QRectF device = toDevice.mapRect(area);
+    const QRectF rounded(QPointF(std::round(device.left()), std::round(device.top())),
+                         QPointF(std::round(device.right()), std::round(device.bottom())));
+    return toDevice.inverted().mapRect(rounded);
+}
+
+qreal hairline(const QPainter &painter)
+{
+    const qreal ratio = painter.device()->devicePixelRatioF();
+    return std::max(1.0, std::floor(ratio)) / ratio;
+}
+
+void paintFrame(QPainter &painter, const QRectF &area, qreal radius, const QBrush &fill, const QColor &line)
+{
+    const qreal width = hairline(painter);
+    const qreal half = width / 2;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(line, width));
+    painter.setBrush(fill);
+    painter.drawRoundedRect(aligned(painter, area).adjusted(half, half, -half, -half), radius - half, radius - half);
+}
+
+void paintFocusRing(QPainter &painter, const QRectF &area, qreal radius, const QColor &accent)
+{
+    constexpr qreal half = Style::focusRingWidth / 2.0;
+    QColor ring = accent;
+    ring.setAlphaF(ringOpacity);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(ring, Style::focusRingWidth));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(aligned(painter, area).adjusted(-half, -half, half, half), radius + half, radius + half);
+}
+
+} // namespace orvesa::ControlPainting

@@ -1,0 +1,86 @@
+#include "UI/Picker.h"
+
+#include "UI/ControlPainting.h"
+#include "UI/Style.h"
+#include "UI/Symbols.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QWheelEvent>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace orvesa {
+
+namespace {
+constexpr int smallestWidth = 178;
+constexpr int padding = 10;
+constexpr int chevronSize = 11;
+constexpr int chevronGap = 12;
+} // namespace
+
+Picker::Picker(QWidget *parent) : QComboBox(parent)
+{
+    setFocusPolicy(Qt::TabFocus);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setFont(Style::controlFont());
+}
+
+void Picker::setChoices(const QStringList &choices, int current)
+{
+    if (choices != m_choices) {
+        m_choices = choices;
+        clear();
+        addItems(choices);
+        updateGeometry();
+    }
+    setCurrentIndex(current);
+}
+
+QSize Picker::sizeHint() const
+{
+    constexpr int outset = Style::focusRingWidth;
+    int widest = 0;
+    for (const QString &choice : m_choices) {
+        widest = std::max(widest, fontMetrics().horizontalAdvance(choice));
+    }
+    const int width = std::max(smallestWidth, widest + 2 * padding + chevronGap + chevronSize);
+    return {width + 2 * outset, Style::buttonHeight + 2 * outset};
+}
+
+void Picker::paintEvent(QPaintEvent *)
+{
+    const Style::Colors &colors = Style::colors(palette());
+    const QRectF area = ControlPainting::controlArea(*this);
+    QPainter painter(this);
+    painter.setOpacity(isEnabled() ? 1 : Style::disabledOpacity);
+    if (hasFocus()) {
+        ControlPainting::paintFocusRing(painter, area, Style::controlRadius, palette().color(QPalette::Highlight));
+    }
+    ControlPainting::paintFrame(painter, area, Style::controlRadius, underMouse() ? colors.hover : colors.field,
+                                colors.fieldLine);
+    painter.setPen(colors.text);
+    const QRectF inner = area.adjusted(padding, 0, -padding, 0);
+    painter.drawText(inner.adjusted(0, 0, -chevronGap - chevronSize + 1, 0),
+                     Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, currentText());
+    painter.drawPixmap(QPointF(inner.right() - chevronSize, inner.center().y() - chevronSize / 2.0),
+                       Symbols::pixmap(u"chevron.down"_s, colors.secondaryText, chevronSize, devicePixelRatioF()));
+}
+
+void Picker::keyPressEvent(QKeyEvent *event)
+{
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && !event->isAutoRepeat()) {
+        showPopup();
+        return;
+    }
+    QComboBox::keyPressEvent(event);
+}
+
+void Picker::wheelEvent(QWheelEvent *event)
+{
+    event->ignore();
+}
+
+} // namespace orvesa
