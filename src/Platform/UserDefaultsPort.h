@@ -2,8 +2,8 @@
 
 // The user's preferences database: typed values by key, in named domains.
 //
-// Main thread. A write is on disk when set() or remove() returns. Nothing is thrown: what cannot be read is absent, what
-// cannot be written is logged once by the adapter and kept in memory.
+// Main thread. A write is on disk when set() or remove() returns. Nothing is thrown: what cannot be read is absent,
+// what cannot be written is logged once by the adapter and kept in memory.
 
 #include <QByteArray>
 #include <QString>
@@ -27,7 +27,8 @@ public:
     virtual void set(const QString &key, const DefaultsValue &value) = 0;
     virtual void remove(const QString &key) = 0;
 
-    /// Whether a change is kept in memory only, because it could not be written. It is written with the next one that can.
+    /// Whether a change is kept in memory only, because it could not be written. It is written with the next one that
+    /// can.
     [[nodiscard]] virtual bool hasUnwrittenChanges() const { return false; }
 
     /// All values of another domain (an earlier release's); absent when that domain does not exist.

@@ -118,6 +118,8 @@ TEST_F(FileUserDefaultsTest, IsOnDiskWhenTheSetterReturns)
 {
     FileUserDefaults defaults = make();
     EXPECT_FALSE(QFileInfo::exists(path())) << "nothing is written before the first change";
+    defaults.remove(u"a"_s);
+    EXPECT_FALSE(QFileInfo::exists(path())) << "there was nothing to remove";
     defaults.set(u"a"_s, true);
     EXPECT_TRUE(read().endsWith("a = true\n"));
     defaults.remove(u"a"_s);

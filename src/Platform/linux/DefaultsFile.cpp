@@ -58,8 +58,8 @@ DefaultsFile::Stamp stampOf(const struct stat &status)
             .size = status.st_size};
 }
 
-/// Makes the temporary file, mode 0600. Whoever holds the lock always takes the same name, so that what a killed process
-/// left there is gone with the next change; without the lock the name is one that nobody else has.
+/// Makes the temporary file, mode 0600. Whoever holds the lock always takes the same name, so that what a killed
+/// process left there is gone with the next change; without the lock the name is one that nobody else has.
 int makeTemporary(const QByteArray &path, const DefaultsFile::Lock &lock, QByteArray &temporary)
 {
     if (lock.isHeld()) {

@@ -150,8 +150,8 @@ bool FileUserDefaults::store(const Changes &changes)
         logOnce(u"cannot be kept beside itself; changes are kept in memory"_s);
         return false;
     }
-    if (const QByteArray bytes = document->bytes();
-        content.reading == DefaultsFile::Reading::absent || bytes != content.bytes) {
+    const bool isStillAbsent = content.reading == DefaultsFile::Reading::absent && document->values().empty();
+    if (const QByteArray bytes = document->bytes(); !isStillAbsent && bytes != content.bytes) {
         QString trouble;
         const auto stamp = file.replace(bytes, lock, trouble);
         if (!stamp) {
