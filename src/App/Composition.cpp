@@ -174,20 +174,6 @@ ExitCode runUtility(int &argc, char **argv)
     return QApplication::exec() == 0 ? ExitCode::success : ExitCode::failure;
 }
 
-ExitCode perform(int &argc, char **argv, const QString &action)
-{
-    QCoreApplication application(argc, argv);
-    const DeferredDeletion deletion;
-    nameApplication();
-    const QString identifier = text(BuildIdentity::bundleIdentifier);
-    LinuxDesktop desktop(identifier, text(BuildIdentity::name));
-    if (desktop.singleInstance().ask(identifier, action)) {
-        return ExitCode::success;
-    }
-    StandardStreams::writeError(u"The utility does not run in this session."_s);
-    return ExitCode::failure;
-}
-
 ExitCode runCommand(int &argc, char **argv, const CommandLine::Request &request)
 {
     QCoreApplication application(argc, argv);

@@ -1,28 +1,82 @@
 #include "Core/TextSelectionService.h"
 
+#include "Core/AppMenuItemService.h"
+#include "Core/CaptureReport.h"
+#include "Core/KeyboardEventSender.h"
 #include "Models/AppError.h"
 #include "Models/Text.h"
+
+#include <utility>
+#include <variant>
 
 namespace orvesa {
 
 using namespace Qt::StringLiterals;
 
-TextSelectionService::TextSelectionService(AccessibilityElementsPort &elements, const AccessibilityTrustPort &trust)
-    : m_elements(elements), m_trust(trust)
+namespace {
+
+/// The place of C on an ANSI keyboard.
+constexpr quint16 keyCodeOfC = 8;
+
+AppError noSelectedText()
 {
+    return AppError(AppError::Kind::noSelectedText);
 }
+
+} // namespace
+
+TextSelectionService::TextSelectionService(const Ports &ports) : m_state(std::make_shared<State>(ports)) {}
 
 QCoro::Task<QString> TextSelectionService::currentSelectedText()
 {
+    return capture(m_state);
+}
+
+QCoro::Task<QString> TextSelectionService::capture(SharedState state)
+{
     // The ways to the selection in their order; the first that gives one ends the search. The read comes before the
     // question of trust: it costs little and simply gives nothing when trust is missing.
-    if (const std::optional<QString> text = selectedTextViaAccessibility(m_elements); text && !isBlank(*text)) {
-        co_return *text;
+    CaptureReport report(state->with.clock);
+    std::optional<QString> read = selectedTextViaAccessibility(state->with.elements);
+    report.ended(u"accessibility"_s);
+    if (read && !isBlank(*read)) {
+        report.succeeded();
+        co_return *read;
     }
-    if (!m_trust.isTrusted()) {
+    if (!state->with.trust.isTrusted()) {
         throw AppError(AppError::Kind::accessibilityPermissionDenied);
     }
-    throw AppError(AppError::Kind::noSelectedText);
+
+    using Copy = AppMenuItemService;
+    const Copy::LookupResult copy = Copy::find(state->with.elements, state->with.workspace, Copy::EditAction::copy);
+    const auto *const item = std::get_if<Copy::Found>(&copy);
+    const bool isDisabled = std::holds_alternative<Copy::Disabled>(copy);
+    report.ended(item != nullptr ? u"menu item found"_s
+                 : isDisabled    ? u"menu item disabled"_s
+                                 : u"menu item not found"_s);
+    if (isDisabled) {
+        throw noSelectedText();
+    }
+
+    QString text;
+    std::exception_ptr failure;
+    try {
+        if (item != nullptr) {
+            const AccessibilityElement element = item->element;
+            text = co_await readPasteboard(
+                state, [&elements = state->with.elements, element] { elements.performAction(element, u"AXPress"_s); });
+        } else {
+            text = co_await selectedTextViaClipboard(state);
+        }
+        report.succeeded();
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    report.ended(item != nullptr ? u"copied by the menu item"_s : u"copied by keystroke"_s);
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+    co_return text;
 }
 
 std::optional<QString> TextSelectionService::selectedTextViaAccessibility(AccessibilityElementsPort &elements)
@@ -41,6 +95,44 @@ std::optional<QString> TextSelectionService::selectedTextViaAccessibility(Access
         return *text;
     }
     return std::nullopt;
+}
+
+QCoro::Task<QString> TextSelectionService::selectedTextViaClipboard(SharedState state)
+{
+    const std::chrono::milliseconds deadline = state->with.clock.now() + releaseBound;
+    while (state->with.clock.now() < deadline && (state->with.keyboard.modifierFlags() & KeyboardFlags::all) != 0) {
+        co_await state->with.clock.sleep(releaseRound);
+    }
+    co_return co_await readPasteboard(
+        state, [&keyboard = state->with.keyboard] { KeyboardEventSender::sendCommandKeystroke(keyboard, keyCodeOfC); });
+}
+
+QCoro::Task<QString> TextSelectionService::readPasteboard(SharedState state, Action action)
+{
+    co_await state->turn.next();
+    const CaptureTurn::Holder turn(state->turn);
+
+    // Contents that cannot be put back are not put at risk.
+    const std::optional<ClipboardService::Snapshot> snapshot = co_await state->clipboard.snapshot();
+    if (!snapshot) {
+        throw noSelectedText();
+    }
+    PasteboardPort &pasteboard = state->clipboard.pasteboard();
+    const qint64 before = pasteboard.changeCount();
+    action();
+    for (int round = 0; round < copyRounds; ++round) {
+        co_await state->with.clock.sleep(copyRound);
+        if (pasteboard.changeCount() == before) {
+            continue;
+        }
+        const std::optional<QString> text = co_await pasteboard.string();
+        state->clipboard.restore(*snapshot);
+        if (!text || isBlank(*text)) {
+            throw noSelectedText();
+        }
+        co_return *text;
+    }
+    throw noSelectedText();
 }
 
 } // namespace orvesa

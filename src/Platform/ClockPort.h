@@ -13,6 +13,8 @@ class ClockPort {
 public:
     virtual ~ClockPort() = default;
 
+    /// The time since some fixed moment; it never goes back.
+    [[nodiscard]] virtual std::chrono::milliseconds now() const = 0;
     /// Suspends for the duration. A stop request ends the wait early, without an error.
     [[nodiscard]] virtual QCoro::Task<void> sleep(std::chrono::milliseconds duration, std::stop_token stop = {}) = 0;
 };

@@ -11,11 +11,13 @@
 #include "fakes/FakeAccessibilityElements.h"
 #include "fakes/FakeAccessibilityTrust.h"
 #include "fakes/FakeClock.h"
+#include "fakes/FakeKeyboardEvents.h"
 #include "fakes/FakeMouseMonitor.h"
 #include "fakes/FakePanelWindow.h"
 #include "fakes/FakePasteboard.h"
 #include "fakes/FakePreferredLanguages.h"
 #include "fakes/FakeUserDefaults.h"
+#include "fakes/FakeWorkspace.h"
 
 #include <QFile>
 
@@ -53,12 +55,14 @@ struct ApplicationOnFakes {
     FakeAccessibilityTrust trust;
     FakeAccessibilityElements elements;
     FakePasteboard pasteboard;
+    FakeWorkspace workspace;
+    FakeKeyboardEvents keyboard;
     FakePanelWindow panelWindow;
     FakeMouseMonitor mouse;
     FakeClock clock;
     FakeScreen screen;
     FakeProviders providers;
-    TextSelectionService selection{elements, trust};
+    TextSelectionService selection{{elements, trust, workspace, keyboard, pasteboard, clock}};
     ClipboardService clipboard{pasteboard};
     OCRService ocr{screen, screen};
     FloatingResultPanelController panel{settings, panelWindow, mouse};

@@ -23,7 +23,7 @@ public:
     /// Moves the time and resumes, in the order of their ends, all sleeps that end by then, also those begun meanwhile.
     void advance(std::chrono::milliseconds duration);
 
-    [[nodiscard]] std::chrono::milliseconds now() const { return m_now; }
+    [[nodiscard]] std::chrono::milliseconds now() const override { return m_now; }
     [[nodiscard]] std::size_t pendingSleeps() const { return m_sleepers.size(); }
     /// The lengths of all sleeps that were asked for, in order.
     [[nodiscard]] const std::vector<std::chrono::milliseconds> &requestedSleeps() const { return m_requestedSleeps; }

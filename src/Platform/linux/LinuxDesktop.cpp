@@ -11,6 +11,7 @@
 #include "Platform/linux/SecretServiceKeyStore.h"
 #include "Platform/linux/X11Connection.h"
 #include "Platform/linux/X11HotKeys.h"
+#include "Platform/linux/X11KeyboardEvents.h"
 #include "Platform/linux/X11MouseMonitor.h"
 #include "Platform/linux/X11PanelWindow.h"
 #include "Platform/linux/X11Workspace.h"
@@ -24,7 +25,8 @@ namespace orvesa {
 struct LinuxDesktop::Adapters {
     Adapters(QString identifier, QString productName)
         : userDefaults(std::move(identifier)), keyStore(std::move(productName)), workspace(x11), bus(x11), hotKeys(x11),
-          mouseMonitor(x11), panelWindow(x11), elements(bus, workspace)
+          mouseMonitor(x11), panelWindow(x11), elements(bus, workspace),
+          keyboardEvents(captureConnection, [](qint64) { return false; })
     {
     }
 
@@ -36,6 +38,7 @@ struct LinuxDesktop::Adapters {
     QtPasteboard pasteboard;
     DBusSingleInstance singleInstance;
     X11Connection x11;
+    X11Connection captureConnection; ///< what it listens to is not the others' business
     X11Workspace workspace;
     ATSPIBus bus;
     X11HotKeys hotKeys;
@@ -43,6 +46,7 @@ struct LinuxDesktop::Adapters {
     X11MouseMonitor mouseMonitor;
     X11PanelWindow panelWindow;
     ATSPIElements elements;
+    X11KeyboardEvents keyboardEvents;
     // This one asks the session bus when it is made.
     std::optional<ATSPITrust> trust;
 };
@@ -99,10 +103,16 @@ AccessibilityElementsPort &LinuxDesktop::accessibilityElements()
     return m_adapters->elements;
 }
 
+KeyboardEventPort &LinuxDesktop::keyboardEvents()
+{
+    return m_adapters->keyboardEvents;
+}
+
 ATSPITrust &LinuxDesktop::accessibilityTrust()
 {
     if (!m_adapters->trust) {
         m_adapters->trust.emplace();
+        m_adapters->workspace.setPermissionPage([this] { m_adapters->trust->requestTrust(); });
     }
     return *m_adapters->trust;
 }

@@ -11,6 +11,7 @@
 #include "Platform/HotKeyPort.h"
 #include "Platform/KeyMonitorPort.h"
 #include "Platform/KeyStorePort.h"
+#include "Platform/KeyboardEventPort.h"
 #include "Platform/MouseMonitorPort.h"
 #include "Platform/PanelWindowPort.h"
 #include "Platform/PasteboardPort.h"
@@ -40,6 +41,7 @@ public:
     [[nodiscard]] KeyMonitorPort &keyMonitor();
     [[nodiscard]] WorkspacePort &workspace();
     [[nodiscard]] AccessibilityElementsPort &accessibilityElements();
+    [[nodiscard]] KeyboardEventPort &keyboardEvents();
     /// The adapter itself: whoever shows the request's dialog sets the presenter and calls enable().
     [[nodiscard]] ATSPITrust &accessibilityTrust();
     [[nodiscard]] PasteboardPort &pasteboard();

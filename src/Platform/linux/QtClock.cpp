@@ -6,6 +6,12 @@
 
 namespace orvesa {
 
+std::chrono::milliseconds QtClock::now() const
+{
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(steady_clock::now().time_since_epoch());
+}
+
 QCoro::Task<void> QtClock::sleep(std::chrono::milliseconds duration, std::stop_token stop)
 {
     if (stop.stop_requested()) {

@@ -8,6 +8,7 @@ namespace orvesa {
 
 class QtClock final : public ClockPort {
 public:
+    [[nodiscard]] std::chrono::milliseconds now() const override;
     [[nodiscard]] QCoro::Task<void> sleep(std::chrono::milliseconds duration, std::stop_token stop = {}) override;
 };
 

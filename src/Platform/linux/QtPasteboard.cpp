@@ -19,6 +19,21 @@ QClipboard *clipboard()
 
 } // namespace
 
+QCoro::Task<std::optional<std::vector<QStringList>>> QtPasteboard::itemTypes()
+{
+    co_return std::nullopt;
+}
+
+QCoro::Task<PasteboardReading> QtPasteboard::data(std::size_t, QString)
+{
+    co_return PasteboardReading{};
+}
+
+QCoro::Task<std::optional<QString>> QtPasteboard::string()
+{
+    co_return std::nullopt;
+}
+
 void QtPasteboard::clear()
 {
     if (QClipboard *const general = clipboard()) {
@@ -34,7 +49,8 @@ bool QtPasteboard::write(const std::vector<PasteboardItem> &items)
     }
     // A selection holds one item; of several, the first is the one that pastes.
     auto content = std::make_unique<QMimeData>();
-    for (const auto &[type, bytes] : items.front()) {
+    for (const auto &[type, data] : items.front()) {
+        const QByteArray &bytes = data.bytes;
         if (type == QLatin1StringView(pasteboardPlainText)) {
             content->setText(QString::fromUtf8(bytes)); // offered under all the names that text goes by
         } else {

@@ -4,8 +4,10 @@
 #include <QMetaObject>
 #include <QSocketNotifier>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <iterator>
 #include <utility>
 
 #include <poll.h>
@@ -185,6 +187,21 @@ void X11Connection::settle()
             },
             Qt::QueuedConnection);
     }
+}
+
+std::vector<X11Reply<xcb_generic_event_t>>
+X11Connection::takeEvents(const std::function<bool(const xcb_generic_event_t &event)> &test)
+{
+    std::vector<X11Reply<xcb_generic_event_t>> taken;
+    if (!isValid()) {
+        return taken;
+    }
+    (void)reply(xcb_get_input_focus_reply, xcb_get_input_focus(m_connection)); // reads everything sent before it
+    const auto rest = std::stable_partition(m_readEvents.begin(), m_readEvents.end(),
+                                            [&test](const auto &event) { return !test(*event); });
+    std::move(rest, m_readEvents.end(), std::back_inserter(taken));
+    m_readEvents.erase(rest, m_readEvents.end());
+    return taken;
 }
 
 void X11Connection::dispatchEvents()

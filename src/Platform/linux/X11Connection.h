@@ -2,10 +2,10 @@
 
 // The program's own connection to the X server, beside Qt's, shared by every adapter that speaks X11.
 //
-// Main thread. Events are handed to the registered handlers from the event loop: a socket notifier wakes for new ones,
-// and those that a round trip has read on the way are dispatched right after it. No timer runs. When the server goes
-// away the connection becomes invalid and stays so; every operation then does nothing. Nothing here touches the server
-// before the first call of isValid() or of an operation.
+// One thread, the one that makes it. Events are handed to the registered handlers from the event loop: a socket
+// notifier wakes for new ones, and those that a round trip has read on the way are dispatched right after it. No timer
+// runs. When the server goes away the connection becomes invalid and stays so; every operation then does nothing.
+// Nothing here touches the server before the first call of isValid() or of an operation.
 
 #include "Platform/linux/X11Reply.h"
 
@@ -54,6 +54,11 @@ public:
     /// Sends what is buffered and sees to it that events read meanwhile are dispatched from the event loop. Call after
     /// every round trip made directly on connection().
     void settle();
+
+    /// Takes the events that the server had sent before it answered this call, and for which the test holds, out of
+    /// what will be dispatched; oldest first.
+    [[nodiscard]] std::vector<X11Reply<xcb_generic_event_t>>
+    takeEvents(const std::function<bool(const xcb_generic_event_t &event)> &test);
 
     /// Waits for a request's reply, at most `replyBound`: a program that stopped while it had the server to itself
     /// would otherwise stop this one as well. `reply(xcb_query_pointer_reply, xcb_query_pointer(...))`, where the

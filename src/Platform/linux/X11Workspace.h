@@ -5,6 +5,8 @@
 #include "Platform/WorkspacePort.h"
 #include "Platform/linux/X11Connection.h"
 
+#include <functional>
+
 namespace orvesa {
 
 class X11Workspace final : public WorkspacePort {
@@ -15,10 +17,12 @@ public:
     [[nodiscard]] std::optional<qint64> frontmostApplication() const override;
     bool open(const QUrl &url) override;
 
-private:
-    [[nodiscard]] std::optional<qint64> clientProcess(xcb_window_t window) const;
+    /// What opens in place of the system's page for the accessibility permission, which this desktop does not have.
+    void setPermissionPage(std::function<void()> open);
 
+private:
     X11Connection &m_connection;
+    std::function<void()> m_openPermissionPage;
 };
 
 } // namespace orvesa
