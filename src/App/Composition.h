@@ -9,9 +9,6 @@ namespace orvesa::Composition {
 /// Runs the utility until it is quit, or hands over to the one that runs already.
 [[nodiscard]] CommandLine::ExitCode runUtility(int &argc, char **argv);
 
-/// Asks the running utility for an action.
-[[nodiscard]] CommandLine::ExitCode perform(int &argc, char **argv, const QString &action);
-
 /// Runs translate, polish or prompt and prints the answer.
 [[nodiscard]] CommandLine::ExitCode runCommand(int &argc, char **argv, const CommandLine::Request &request);
 

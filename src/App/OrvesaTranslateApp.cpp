@@ -1,9 +1,15 @@
 // The process entry: what the arguments ask for is done, nothing else is decided here.
+//
+// What needs no window and no service is done right here, so that a key bound to `--perform` costs next to nothing. The
+// rest of the program, with the libraries that it needs, is loaded only when it is wanted.
 
 #include "App/BuildIdentity.h"
 #include "App/CommandLine.h"
-#include "App/Composition.h"
+#include "App/CompositionPerform.h"
+#include "App/ProgramEntry.h"
 #include "App/StandardStreams.h"
+
+#include <dlfcn.h>
 
 using namespace Qt::StringLiterals;
 
@@ -18,7 +24,20 @@ ExitCode printed(const QString &text)
     return StandardStreams::writeOutput(text) ? ExitCode::success : ExitCode::failure;
 }
 
-ExitCode run(int &argc, char **argv)
+/// The program proper. It stays loaded to the end.
+int runLoaded(int &argc, char **argv)
+{
+    void *const library = ::dlopen(orvesa::programLibrary, RTLD_NOW | RTLD_LOCAL);
+    void *const entry = library != nullptr ? ::dlsym(library, orvesa::programEntry) : nullptr;
+    if (entry == nullptr) {
+        StandardStreams::writeError(
+            u"orvesa-translate: a part of the program cannot be loaded: %1"_s.arg(QString::fromLocal8Bit(::dlerror())));
+        return static_cast<int>(ExitCode::failure);
+    }
+    return reinterpret_cast<orvesa::ProgramEntry *>(entry)(argc, argv);
+}
+
+int run(int &argc, char **argv)
 {
     QStringList arguments;
     for (int index = 1; index < argc; ++index) {
@@ -27,27 +46,24 @@ ExitCode run(int &argc, char **argv)
     const CommandLine::Request request = CommandLine::parse(arguments);
     if (const auto *error = std::get_if<CommandLine::UsageError>(&request)) {
         StandardStreams::writeError(u"orvesa-translate: %1\nTry: orvesa-translate --help"_s.arg(error->message));
-        return ExitCode::usage;
+        return static_cast<int>(ExitCode::usage);
     }
     if (std::holds_alternative<CommandLine::ShowHelp>(request)) {
-        return printed(CommandLine::helpText().chopped(1));
+        return static_cast<int>(printed(CommandLine::helpText().chopped(1)));
     }
     if (std::holds_alternative<CommandLine::ShowVersion>(request)) {
-        return printed(
-            u"%1 %2"_s.arg(QStringView(orvesa::BuildIdentity::name), QStringView(orvesa::BuildIdentity::version)));
+        return static_cast<int>(printed(
+            u"%1 %2"_s.arg(QStringView(orvesa::BuildIdentity::name), QStringView(orvesa::BuildIdentity::version))));
     }
     if (const auto *perform = std::get_if<CommandLine::Perform>(&request)) {
-        return orvesa::Composition::perform(argc, argv, perform->action);
+        return static_cast<int>(orvesa::Composition::perform(argc, argv, perform->action));
     }
-    if (std::holds_alternative<CommandLine::StartUtility>(request)) {
-        return orvesa::Composition::runUtility(argc, argv);
-    }
-    return orvesa::Composition::runCommand(argc, argv, request);
+    return runLoaded(argc, argv);
 }
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    return static_cast<int>(run(argc, argv));
+    return run(argc, argv);
 }
