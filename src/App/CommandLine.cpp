@@ -1,5 +1,7 @@
 #include "App/CommandLine.h"
 
+#include "App/StoreCommandLine.h"
+
 #include <QCommandLineParser>
 
 using namespace Qt::StringLiterals;
@@ -125,6 +127,12 @@ Request parseCommand(const QCommandLineParser &parser, qsizetype literalCount)
 {
     QStringList words = parser.positionalArguments();
     const QString command = words.takeFirst();
+    if (command == "settings"_L1 || command == "key"_L1) {
+        if (const auto misplaced = misplacedOption(parser, command, {})) {
+            return *misplaced;
+        }
+        return command == "key"_L1 ? StoreCommandLine::parseKey(words) : StoreCommandLine::parseSettings(words);
+    }
     QStringList allowed{providerOption, modelOption, thinkingOption};
     if (command == "translate"_L1) {
         allowed.append(toOption);
@@ -196,6 +204,14 @@ QString helpText()
       --mode MODE                       %1
   orvesa-translate prompt NAME [TEXT...]
                                         run a saved prompt on a text and print the answer
+  orvesa-translate settings list        print every preference as KEY=VALUE
+  orvesa-translate settings get KEY     print one, for example settings.targetLanguage or settings.model.openAI
+  orvesa-translate settings set KEY VALUE
+                                        change one; the running utility follows at once
+  orvesa-translate settings reset KEY   go back to its default
+  orvesa-translate key set PROVIDER     keep the API key that standard input holds
+  orvesa-translate key clear PROVIDER   remove it
+  orvesa-translate key status           say for which services a key is kept
   orvesa-translate --version            print the version
   orvesa-translate --help               print this help
 

@@ -61,12 +61,28 @@ struct Prompt {
     QList<TextArgument> text;
     bool operator==(const Prompt &) const = default;
 };
+/// Preferences by the keys under which they are stored.
+struct Settings {
+    enum class Action { list, get, set, reset };
+    Action action;
+    QString key;   ///< empty for list
+    QString value; ///< in its stored form; empty unless it is set
+    bool operator==(const Settings &) const = default;
+};
+/// API keys.
+struct Key {
+    enum class Action { set, clear, status };
+    Action action;
+    std::optional<AIProviderType> provider; ///< absent for status
+    bool operator==(const Key &) const = default;
+};
 struct UsageError {
     QString message; ///< one English line
     bool operator==(const UsageError &) const = default;
 };
 
-using Request = std::variant<StartUtility, ShowVersion, ShowHelp, Perform, Translate, Polish, Prompt, UsageError>;
+using Request =
+    std::variant<StartUtility, ShowVersion, ShowHelp, Perform, Translate, Polish, Prompt, Settings, Key, UsageError>;
 
 /// `arguments` without the program's name.
 [[nodiscard]] Request parse(const QStringList &arguments);

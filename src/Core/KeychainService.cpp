@@ -1,6 +1,7 @@
 #include "Core/KeychainService.h"
 
 #include "Core/KeychainError.h"
+#include "Platform/SecretBuffer.h"
 
 #include <QStringDecoder>
 
@@ -50,13 +51,19 @@ QCoro::Task<std::optional<QString>> KeychainService::get(QString key) const
 
 QCoro::Task<bool> KeychainService::hasValue(QString key) const
 {
-    const std::optional<QString> secret = co_await get(key);
-    co_return secret.has_value() && !secret->isEmpty();
+    std::optional<QString> secret = co_await get(key);
+    const bool hasSecret = secret.has_value() && !secret->isEmpty();
+    if (secret) {
+        clearSecret(*secret);
+    }
+    co_return hasSecret;
 }
 
 QCoro::Task<void> KeychainService::set(QString value, QString key) const
 {
-    const QByteArray data = value.toUtf8();
+    const SecretClearing clearingValue(value);
+    QByteArray data = value.toUtf8();
+    const SecretClearing clearingData(data);
     const KeyStoreQuery query = baseQuery(m_service, key);
     const qint32 updated = co_await m_store.update(query, data);
     if (updated == KeyStoreStatus::success) {
@@ -86,7 +93,8 @@ KeyStoreQuery KeychainService::baseQuery(const QString &service, const QString &
 
 QCoro::Task<std::optional<QString>> KeychainService::read(QString service, QString key) const
 {
-    const KeyStoreCopyResult result = co_await m_store.copyMatching(baseQuery(service, key));
+    KeyStoreCopyResult result = co_await m_store.copyMatching(baseQuery(service, key));
+    const SecretClearing clearing(result.data);
     if (result.status != KeyStoreStatus::success) {
         co_return std::nullopt;
     }

@@ -49,47 +49,12 @@ struct BooleanCoercion {
     bool operator()(const QByteArray &) const { return false; }
 };
 
-/// The stored JSON, or a discarded value when there is none or it does not parse.
-JSON storedJSON(const UserDefaultsPort &defaults, QLatin1StringView key)
+/// The stored data; empty when there is none, which no value decodes from.
+QByteArray storedData(const UserDefaultsPort &defaults, QLatin1StringView key)
 {
     const std::optional<DefaultsValue> value = defaults.value(key);
     const QByteArray *data = value ? std::get_if<QByteArray>(&*value) : nullptr;
-    if (data == nullptr) {
-        return JSON(JSON::value_t::discarded);
-    }
-    return JSON::parse(data->begin(), data->end(), nullptr, false);
-}
-
-HotKeyOverrides decodedHotKeys(const JSON &json)
-{
-    HotKeyOverrides overrides;
-    try {
-        JSONReading::requireObject(json);
-        for (const auto &[name, member] : json.items()) {
-            // Decoded before the name is looked at: one bad combination, under whatever name, spoils the whole object.
-            KeyCombo combo = keyComboFromJSON(member);
-            if (const auto action = fromRawValue<HotKeyAction>(QString::fromStdString(name))) {
-                overrides.insert_or_assign(*action, std::move(combo));
-            }
-        }
-    } catch (const DecodingError &) {
-        return {};
-    }
-    return overrides;
-}
-
-std::vector<CustomPrompt> decodedPrompts(const JSON &json)
-{
-    if (!json.is_array()) {
-        return {};
-    }
-    std::vector<CustomPrompt> prompts;
-    try {
-        std::ranges::transform(json, std::back_inserter(prompts), customPromptFromJSON);
-    } catch (const DecodingError &) {
-        return {};
-    }
-    return prompts;
+    return data == nullptr ? QByteArray() : *data;
 }
 
 } // namespace
@@ -121,12 +86,50 @@ SettingsValues readSettings(const UserDefaultsPort &defaults, const PreferredLan
         storedCase<TargetLanguage>(defaults, SettingsKey::targetLanguage).value_or(values.targetLanguage);
     values.polishMode = storedCase<PolishMode>(defaults, SettingsKey::polishMode).value_or(values.polishMode);
     values.thinkingEnabled = storedBoolean(defaults, SettingsKey::thinkingEnabled);
-    values.hotKeyOverrides = decodedHotKeys(storedJSON(defaults, SettingsKey::hotKeys));
+    values.hotKeyOverrides =
+        decodedHotKeys(storedData(defaults, SettingsKey::hotKeys), UnknownActions::skipped).value_or(HotKeyOverrides());
     const auto language = storedCase<AppLanguage>(defaults, SettingsKey::appLanguage);
     values.appLanguage = language ? *language : systemDefaultLanguage(languages.preferredLanguages());
     values.theme = storedCase<AppTheme>(defaults, SettingsKey::theme).value_or(values.theme);
-    values.customPrompts = decodedPrompts(storedJSON(defaults, SettingsKey::customPrompts));
+    values.customPrompts =
+        decodedPrompts(storedData(defaults, SettingsKey::customPrompts)).value_or(std::vector<CustomPrompt>());
     return values;
+}
+
+std::optional<HotKeyOverrides> decodedHotKeys(const QByteArray &data, UnknownActions unknown)
+{
+    const JSON json = JSON::parse(data.begin(), data.end(), nullptr, false);
+    HotKeyOverrides overrides;
+    try {
+        JSONReading::requireObject(json);
+        for (const auto &[name, member] : json.items()) {
+            // Decoded before the name is looked at: one bad combination, under whatever name, spoils the whole object.
+            KeyCombo combo = keyComboFromJSON(member);
+            if (const auto action = fromRawValue<HotKeyAction>(QString::fromStdString(name))) {
+                overrides.insert_or_assign(*action, std::move(combo));
+            } else if (unknown == UnknownActions::refused) {
+                return std::nullopt;
+            }
+        }
+    } catch (const DecodingError &) {
+        return std::nullopt;
+    }
+    return overrides;
+}
+
+std::optional<std::vector<CustomPrompt>> decodedPrompts(const QByteArray &data)
+{
+    const JSON json = JSON::parse(data.begin(), data.end(), nullptr, false);
+    if (!json.is_array()) {
+        return std::nullopt;
+    }
+    std::vector<CustomPrompt> prompts;
+    try {
+        std::ranges::transform(json, std::back_inserter(prompts), customPromptFromJSON);
+    } catch (const DecodingError &) {
+        return std::nullopt;
+    }
+    return prompts;
 }
 
 QByteArray encodedHotKeys(const HotKeyOverrides &overrides)

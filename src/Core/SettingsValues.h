@@ -59,6 +59,14 @@ struct SettingsValues {
 /// missing or data.
 [[nodiscard]] bool storedBoolean(const UserDefaultsPort &defaults, const QString &key);
 
+/// What an object of overrides does with names that are no actions.
+enum class UnknownActions { skipped, refused };
+
+/// The overrides that the JSON text stands for; nothing when it is not understood.
+[[nodiscard]] std::optional<HotKeyOverrides> decodedHotKeys(const QByteArray &data, UnknownActions unknown);
+/// The prompts that the JSON text stands for, in its order; nothing when it is not understood.
+[[nodiscard]] std::optional<std::vector<CustomPrompt>> decodedPrompts(const QByteArray &data);
+
 /// A JSON object with one member per override, named by the action.
 [[nodiscard]] QByteArray encodedHotKeys(const HotKeyOverrides &overrides);
 /// A JSON array in the list's order.

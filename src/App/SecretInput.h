@@ -1,0 +1,16 @@
+#pragma once
+
+// Reads a secret from standard input: all of it, or from a terminal one line that is not shown while it is typed.
+// Blocks until it is there.
+
+#include <QString>
+
+#include <optional>
+
+namespace orvesa::SecretInput {
+
+/// `question` is written to standard error where somebody sits at a terminal. Nothing when the input cannot be read, is
+/// not UTF-8, is longer than 64 KiB, or was interrupted.
+[[nodiscard]] std::optional<QString> read(const QString &question);
+
+} // namespace orvesa::SecretInput
