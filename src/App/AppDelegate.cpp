@@ -43,7 +43,9 @@ void AppDelegate::applicationDidFinishLaunching()
 void AppDelegate::openSettings()
 {
     if (!m_settingsWindowController) {
-        m_settingsWindowController = std::make_unique<SettingsWindowController>(m_with.settings, m_with.keychain);
+        m_settingsWindowController = std::make_unique<SettingsWindowController>(
+            SettingsServices{m_with.settings, m_with.keychain, m_with.providers, m_with.trust, m_with.recording,
+                             m_with.keyMonitor, m_with.workspace});
     }
     m_settingsWindowController->showWindow();
 }

@@ -16,10 +16,12 @@
 namespace orvesa {
 
 class AccessibilityTrustPort;
+class AIProviderSource;
 class HotKeyRecordingState;
 class KeychainService;
 class KeyMonitorPort;
 class SettingsWindowController;
+class WorkspacePort;
 
 class AppDelegate final : public QObject {
     Q_OBJECT
@@ -29,10 +31,12 @@ public:
         TranslationCoordinator &coordinator;
         SettingsStore &settings;
         KeychainService &keychain;
+        const AIProviderSource &providers;
         HotKeyPort &hotKeys;
         HotKeyRecordingState &recording;
         KeyMonitorPort &keyMonitor;
         AccessibilityTrustPort &trust;
+        WorkspacePort &workspace;
     };
 
     explicit AppDelegate(const Collaborators &collaborators);

@@ -3,13 +3,18 @@
 #include "App/AppDelegate.h"
 #include "App/BuildIdentity.h"
 #include "App/CommandRunner.h"
+#include "App/KeyCommand.h"
+#include "App/SecretInput.h"
 #include "App/Services.h"
+#include "App/SettingsCommand.h"
 #include "App/StandardStreams.h"
 #include "App/TranslationCoordinator.h"
 #include "Core/ClipboardService.h"
 #include "Core/HotKeyRecordingState.h"
+#include "Core/LegacyMigration.h"
 #include "Core/OCRService.h"
 #include "Core/TextSelectionService.h"
+#include "Platform/linux/CoreDumps.h"
 #include "Platform/linux/DisplayProbe.h"
 #include "Platform/linux/LinuxDesktop.h"
 #include "Platform/linux/ToolScreenCapture.h"
@@ -46,6 +51,14 @@ void nameApplication()
     QCoreApplication::setApplicationVersion(text(BuildIdentity::version));
     // Qt reports every HTTP/2 stream that ends early, cancelled ones too; what matters reaches the user as a failure.
     QLoggingCategory::setFilterRules(u"qt.network.http2.warning=false"_s);
+}
+
+/// Takes over what an earlier release saved, before anything reads the preferences.
+void migratePreferences(LinuxDesktop &desktop)
+{
+    LegacyMigration::migrateUserDefaultsIfNeeded(
+        desktop.userDefaults(),
+        QStringList{text(BuildIdentity::firstLegacyIdentifier), text(BuildIdentity::secondLegacyIdentifier)});
 }
 
 /// Authorities of a company's own, in the variable that other programs read them from. They come on top of the
@@ -90,8 +103,8 @@ struct Utility {
           ocr(capture, recognition), panel(services.settings, platform.panelWindow(), platform.mouseMonitor()),
           coordinator({platform.accessibilityTrust(), selection, clipboard, ocr, services.settings, services.providers,
                        panel, platform.clock()}),
-          delegate({coordinator, services.settings, services.keychain, platform.hotKeys(), recording,
-                    platform.keyMonitor(), platform.accessibilityTrust()})
+          delegate({coordinator, services.settings, services.keychain, services.providers, platform.hotKeys(),
+                    recording, platform.keyMonitor(), platform.accessibilityTrust(), platform.workspace()})
     {
         platform.accessibilityTrust().setRequestPresenter([this] { requestTrust(); });
     }
@@ -141,6 +154,7 @@ ExitCode runUtility(int &argc, char **argv)
             u"the commands that --help lists."_s);
         return ExitCode::failure;
     }
+    CoreDumps::turnOff();
     QApplication application(argc, argv);
     const DeferredDeletion deletion;
     nameApplication();
@@ -167,6 +181,7 @@ ExitCode runUtility(int &argc, char **argv)
     if (desktop.singleInstance().claim(identifier, handlers) == SingleInstancePort::Claim::runsAlready) {
         return desktop.singleInstance().ask(identifier, QString()) ? ExitCode::success : ExitCode::failure;
     }
+    migratePreferences(desktop);
     utility = std::make_unique<Utility>(desktop);
     QGuiApplication::setWindowIcon(Symbols::icon(u"character.bubble"_s, Style::color(accent(AppTheme::violet))));
     utility->delegate.applicationDidFinishLaunching();
@@ -176,17 +191,27 @@ ExitCode runUtility(int &argc, char **argv)
 
 ExitCode runCommand(int &argc, char **argv, const CommandLine::Request &request)
 {
+    CoreDumps::turnOff();
     QCoreApplication application(argc, argv);
     const DeferredDeletion deletion;
     nameApplication();
-    addCertificateAuthorities();
     LinuxDesktop desktop(text(BuildIdentity::bundleIdentifier), text(BuildIdentity::name));
+    migratePreferences(desktop);
+    if (const auto *settings = std::get_if<CommandLine::Settings>(&request)) {
+        return SettingsCommand(desktop.userDefaults(), desktop.preferredLanguages()).run(*settings);
+    }
+    addCertificateAuthorities();
     Services services(desktop.userDefaults(), desktop.preferredLanguages(), desktop.keyStore());
     const CommandRunner runner(services.settings, services.providers);
+    const KeyCommand keyCommand(services.keychain, SecretInput::read);
     ExitCode result = ExitCode::failure;
     QTimer::singleShot(std::chrono::milliseconds::zero(), &application, [&] {
         (void)Job::start([&](std::stop_token) -> QCoro::Task<void> {
-            result = co_await runner.run(request);
+            if (const auto *key = std::get_if<CommandLine::Key>(&request)) {
+                result = co_await keyCommand.run(*key);
+            } else {
+                result = co_await runner.run(request);
+            }
             QCoreApplication::quit();
         });
     });

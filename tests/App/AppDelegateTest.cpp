@@ -56,7 +56,8 @@ protected:
     KeychainService keychain{keyStore, u"service"_s, {}};
     HotKeyRecordingState recording;
     FakeKeyMonitor keyMonitor;
-    AppDelegate delegate{{*coordinator, settings, keychain, hotKeys, recording, keyMonitor, trust}};
+    AppDelegate delegate{
+        {*coordinator, settings, keychain, providers, hotKeys, recording, keyMonitor, trust, workspace}};
 
 private:
     QtMessageHandler m_earlier = nullptr;

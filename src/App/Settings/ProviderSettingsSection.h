@@ -1,49 +1,64 @@
 #pragma once
 
-// One service's API key: a password field, Save and Clear, and what became of them.
+// One service's card: its API key, the test of it, and the model. Draws and forwards; the view model decides.
 //
-// The field is never filled from the key store and is emptied after a save. Main thread only; the key store must
-// outlive it.
+// The key's field is never filled from the key store. Main thread only.
 
-#include "AI/AIProviderType.h"
+#include "App/Settings/ProviderSettingsViewModel.h"
+#include "App/Settings/SettingsCard.h"
+#include "App/Settings/SettingsServices.h"
 
-#include <QCoroTask>
-
-#include <QGroupBox>
-#include <QPointer>
-
+class QHBoxLayout;
 class QLabel;
-class QLineEdit;
-class QPushButton;
 
 namespace orvesa {
 
-class KeychainService;
+class LinkButton;
+class SecretField;
+class Spinner;
+class StatusLabel;
+class SymbolButton;
+class TextButton;
+class TextField;
 
-class ProviderSettingsSection final : public QGroupBox {
+class ProviderSettingsSection final : public SettingsCard {
     Q_OBJECT
 
 public:
-    ProviderSettingsSection(AIProviderType type, KeychainService &keychain, QWidget *parent);
+    ProviderSettingsSection(AIProviderType type, const SettingsServices &services, ProviderKeyStatus &keyStatus,
+                            QWidget *parent = nullptr);
 
-    /// Texts in the interface language; asks whether a key is stored.
-    void refresh();
+    [[nodiscard]] ProviderSettingsViewModel &model() { return m_model; }
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
-    using Weak = QPointer<ProviderSettingsSection>;
+    void buildHeader(const SettingsServices &services);
+    void buildKeyRow();
+    void buildFeedback();
+    void buildModelRow();
+    void wireControls();
+    void openModelMenu();
+    void refreshTexts();
+    void refresh();
 
-    void updateButtons();
-    static QCoro::Task<void> load(Weak self, const KeychainService *keychain, QString account);
-    static QCoro::Task<void> save(Weak self, const KeychainService *keychain, QString account, QString value);
-    static QCoro::Task<void> clear(Weak self, const KeychainService *keychain, QString account);
-
-    KeychainService &m_keychain;
-    QString m_account;
-    bool m_hasKey = false;
-    QLineEdit *m_field;
-    QPushButton *m_save;
-    QPushButton *m_clear;
-    QLabel *m_message;
+    ProviderSettingsViewModel m_model;
+    LinkButton *m_getKey = nullptr;
+    StatusLabel *m_keySaved = nullptr;
+    QLabel *m_keyCaption = nullptr;
+    SecretField *m_key = nullptr;
+    TextButton *m_save = nullptr;
+    TextButton *m_test = nullptr;
+    TextButton *m_clear = nullptr;
+    QWidget *m_feedback = nullptr;
+    Spinner *m_spinner = nullptr;
+    StatusLabel *m_status = nullptr;
+    QLabel *m_modelCaption = nullptr;
+    TextField *m_modelField = nullptr;
+    SymbolButton *m_modelMenu = nullptr;
 };
 
 } // namespace orvesa

@@ -1,111 +1,144 @@
 #include "App/Settings/SettingsView.h"
 
-#include "App/Settings/ProviderSettingsSection.h"
+#include "App/Settings/GeneralSettingsView.h"
+#include "App/Settings/PromptsSettingsView.h"
+#include "App/Settings/ProvidersSettingsView.h"
+#include "App/Settings/SettingsSidebar.h"
+#include "App/Settings/ShortcutsSettingsView.h"
 #include "Core/Localization.h"
 #include "Core/SettingsStore.h"
 #include "UI/PlainLabel.h"
+#include "UI/SlimScrollBar.h"
 #include "UI/Style.h"
+#include "UI/WrappingLabel.h"
 
-#include <QComboBox>
-#include <QFormLayout>
-#include <QVBoxLayout>
-
-using namespace Qt::StringLiterals;
+#include <QEvent>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QMouseEvent>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QWindow>
 
 namespace orvesa {
 
 namespace {
-
-constexpr int windowWidth = 620;
-constexpr int pageMargin = 26;
-
-/// Each language in its own words, so that somebody who landed in the wrong one finds the way back.
-QString ownName(AppLanguage language)
-{
-    switch (language) {
-    case AppLanguage::traditionalChinese:
-        return u"繁體中文"_s;
-    case AppLanguage::japanese:
-        return u"日本語"_s;
-    case AppLanguage::english:
-        return u"English"_s;
-    }
-    return {};
-}
-
-template <typename Enumeration, typename Text>
-void fill(QComboBox &picker, Enumeration current, Text text)
-{
-    picker.clear();
-    for (const Enumeration value : allCases<Enumeration>()) {
-        picker.addItem(text(value));
-    }
-    picker.setCurrentIndex(static_cast<int>(current));
-}
-
+constexpr int pagePadding = 26;
+constexpr int headerSpacing = 2;
 } // namespace
 
-SettingsView::SettingsView(SettingsStore &settings, KeychainService &keychain)
-    : m_settings(settings), m_languageLabel(makePlainLabel(Style::controlFont(), this)),
-      m_language(new QComboBox(this)), m_providerLabel(makePlainLabel(Style::controlFont(), this)),
-      m_provider(new QComboBox(this)), m_targetLabel(makePlainLabel(Style::controlFont(), this)),
-      m_target(new QComboBox(this))
+SettingsView::SettingsView(SettingsServices services, ProviderKeyStatus &keyStatus, QWidget *parent)
+    : QWidget(parent), m_services(std::move(services)), m_keyStatus(keyStatus),
+      m_sidebar(new SettingsSidebar(
+          m_services.settings, keyStatus, [this](SettingsSection section) { setSelection(section); }, this)),
+      m_scrollView(new QScrollArea(this))
 {
-    setWindowFlag(Qt::Window);
-    setAttribute(Qt::WA_QuitOnClose, false);
-    setMinimumWidth(windowWidth);
-    auto *page = new QVBoxLayout(this);
-    page->setContentsMargins(pageMargin, pageMargin, pageMargin, pageMargin);
-    page->setSpacing(Style::contentMargin);
-    auto *form = new QFormLayout;
-    form->setVerticalSpacing(Style::spacing);
-    form->addRow(m_languageLabel, m_language);
-    form->addRow(m_providerLabel, m_provider);
-    form->addRow(m_targetLabel, m_target);
-    m_languageLabel->setBuddy(m_language);
-    m_providerLabel->setBuddy(m_provider);
-    m_targetLabel->setBuddy(m_target);
-    page->addLayout(form);
-    for (const AIProviderType type : allCases<AIProviderType>()) {
-        m_sections.push_back(new ProviderSettingsSection(type, keychain, this));
-        page->addWidget(m_sections.back());
-    }
-    page->addStretch();
-    buildPickers();
-    connect(&settings, &SettingsStore::appLanguageChanged, this, &SettingsView::refresh);
-    connect(&settings, &SettingsStore::defaultProviderChanged, this, &SettingsView::refresh);
-    connect(&settings, &SettingsStore::targetLanguageChanged, this, &SettingsView::refresh);
+    setFixedSize(viewWidth, viewHeight);
+    // Whoever opens the window with the mouse sees no focus ring until the Tab key asks for one.
+    setFocusPolicy(Qt::ClickFocus);
+    auto *row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+    m_sidebar->setFixedWidth(sidebarWidth);
+    row->addWidget(m_sidebar);
+    row->addWidget(m_scrollView, 1);
+    buildScrollView();
+    refreshColors();
+    showPage();
+    connect(&m_services.settings, &SettingsStore::appLanguageChanged, this, &SettingsView::refreshTexts);
+    connect(&m_services.settings, &SettingsStore::themeChanged, this, &SettingsView::refreshColors);
 }
 
-void SettingsView::buildPickers()
+void SettingsView::buildScrollView()
 {
-    connect(m_language, &QComboBox::activated, this, [this](int index) {
-        m_settings.setAppLanguage(allCases<AppLanguage>().at(static_cast<std::size_t>(index)));
-    });
-    connect(m_provider, &QComboBox::activated, this, [this](int index) {
-        m_settings.setDefaultProvider(allCases<AIProviderType>().at(static_cast<std::size_t>(index)));
-    });
-    connect(m_target, &QComboBox::activated, this, [this](int index) {
-        m_settings.setTargetLanguage(allCases<TargetLanguage>().at(static_cast<std::size_t>(index)));
-    });
+    m_scrollView->setFrameShape(QFrame::NoFrame);
+    m_scrollView->setWidgetResizable(true);
+    m_scrollView->setFocusPolicy(Qt::NoFocus);
+    m_scrollView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scrollView->setVerticalScrollBar(new SlimScrollBar(m_scrollView));
+    auto *document = new QWidget;
+    document->setFixedWidth(viewWidth - sidebarWidth);
+    m_column = new QVBoxLayout(document);
+    m_column->setContentsMargins(pagePadding, pagePadding, pagePadding, pagePadding);
+    m_column->setSpacing(Style::contentMargin);
+    auto *header = new QVBoxLayout;
+    header->setSpacing(headerSpacing);
+    m_title = makePlainLabel(Style::pageTitleFont(), document);
+    m_subtitle = new WrappingLabel(Style::controlFont(), document);
+    m_subtitle->setForegroundRole(QPalette::PlaceholderText);
+    header->addWidget(m_title);
+    header->addWidget(m_subtitle);
+    m_column->addLayout(header);
+    m_scrollView->setWidget(document);
 }
 
-void SettingsView::refresh()
+void SettingsView::setSelection(SettingsSection section)
 {
-    setWindowTitle(Localization::string(L10nKey::sidebarSettings));
-    const auto name = [](QLabel *label, QComboBox *picker, L10nKey key) {
-        label->setText(Localization::string(key));
-        picker->setAccessibleName(Localization::string(key));
-    };
-    name(m_languageLabel, m_language, L10nKey::labelAppLanguage);
-    name(m_providerLabel, m_provider, L10nKey::labelDefaultProvider);
-    name(m_targetLabel, m_target, L10nKey::labelTargetLanguage);
-    fill(*m_language, m_settings.appLanguage(), ownName);
-    fill(*m_provider, m_settings.defaultProvider(), [](AIProviderType type) { return displayName(type); });
-    fill(*m_target, m_settings.targetLanguage(), [](TargetLanguage language) { return displayText(language); });
-    for (ProviderSettingsSection *section : m_sections) {
-        section->refresh();
+    if (section != m_selection) {
+        m_selection = section;
+        showPage();
     }
+}
+
+QWidget *SettingsView::makePage(SettingsSection section)
+{
+    switch (section) {
+    case SettingsSection::general:
+        return new GeneralSettingsView(m_services, m_scrollView->widget());
+    case SettingsSection::shortcuts:
+        return new ShortcutsSettingsView(m_services, m_scrollView->widget());
+    case SettingsSection::prompts:
+        return new PromptsSettingsView(m_services, m_scrollView->widget());
+    case SettingsSection::providers:
+        break;
+    }
+    return new ProvidersSettingsView(m_services, m_keyStatus, m_scrollView->widget());
+}
+
+void SettingsView::showPage()
+{
+    if (m_page != nullptr) {
+        m_column->removeWidget(m_page);
+        m_page->hide();
+        // One of its buttons may be on the call stack.
+        m_page->deleteLater();
+    }
+    m_sidebar->setSelection(m_selection);
+    refreshTexts();
+    m_page = makePage(m_selection);
+    m_column->addWidget(m_page, 1);
+    m_page->show();
+    m_scrollView->verticalScrollBar()->setValue(0);
+}
+
+void SettingsView::refreshTexts()
+{
+    m_title->setText(Localization::string(titleKey(m_selection)));
+    m_subtitle->setText(Localization::string(subtitleKey(m_selection)));
+}
+
+void SettingsView::refreshColors()
+{
+    const QColor accentColor = Style::color(accent(m_services.settings.theme()));
+    setPalette(Style::palette(Style::appearance(QGuiApplication::palette()), accentColor));
+}
+
+void SettingsView::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::ApplicationPaletteChange) {
+        refreshColors();
+    }
+    QWidget::changeEvent(event);
+}
+
+void SettingsView::mousePressEvent(QMouseEvent *event)
+{
+    // The window can be dragged by its background, which is whatever takes no clicks itself.
+    QWindow *handle = window()->windowHandle();
+    if (event->button() == Qt::LeftButton && handle != nullptr) {
+        handle->startSystemMove();
+    }
+    QWidget::mousePressEvent(event);
 }
 
 } // namespace orvesa

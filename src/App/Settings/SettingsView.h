@@ -1,45 +1,58 @@
 #pragma once
 
-// The settings window: interface language, service, target language, and one key per service.
+// The settings window's content: the sidebar, and the page of the selected section.
 //
-// Live: a change is saved at once and the texts follow the interface language. Keys are never read back into the
-// fields. Main thread only; settings and key store must outlive it.
+// A page is made when its section is selected and goes when another one is. Main thread only.
 
-#include "AI/AIProviderType.h"
+#include "App/Settings/SettingsSection.h"
+#include "App/Settings/SettingsServices.h"
 
 #include <QWidget>
 
-#include <vector>
-
-class QComboBox;
 class QLabel;
+class QScrollArea;
+class QVBoxLayout;
 
 namespace orvesa {
 
-class KeychainService;
-class ProviderSettingsSection;
-class SettingsStore;
+class ProviderKeyStatus;
+class SettingsSidebar;
 
 class SettingsView final : public QWidget {
     Q_OBJECT
 
 public:
-    SettingsView(SettingsStore &settings, KeychainService &keychain);
+    static constexpr int viewWidth = 780;
+    static constexpr int viewHeight = 560;
+    static constexpr int sidebarWidth = 208;
 
-    /// Takes texts and choices from the settings, and asks the key store which keys are there.
-    void refresh();
+    SettingsView(SettingsServices services, ProviderKeyStatus &keyStatus, QWidget *parent = nullptr);
+
+    [[nodiscard]] SettingsSection selection() const { return m_selection; }
+    void setSelection(SettingsSection section);
+    [[nodiscard]] SettingsSidebar &sidebar() const { return *m_sidebar; }
+    [[nodiscard]] QWidget &page() const { return *m_page; }
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
 
 private:
-    void buildPickers();
+    [[nodiscard]] QWidget *makePage(SettingsSection section);
+    void buildScrollView();
+    void showPage();
+    void refreshTexts();
+    void refreshColors();
 
-    SettingsStore &m_settings;
-    QLabel *m_languageLabel;
-    QComboBox *m_language;
-    QLabel *m_providerLabel;
-    QComboBox *m_provider;
-    QLabel *m_targetLabel;
-    QComboBox *m_target;
-    std::vector<ProviderSettingsSection *> m_sections;
+    SettingsServices m_services;
+    ProviderKeyStatus &m_keyStatus;
+    SettingsSection m_selection = SettingsSection::general;
+    SettingsSidebar *m_sidebar;
+    QScrollArea *m_scrollView;
+    QLabel *m_title = nullptr;
+    QLabel *m_subtitle = nullptr;
+    QVBoxLayout *m_column = nullptr;
+    QWidget *m_page = nullptr;
 };
 
 } // namespace orvesa

@@ -1,29 +1,33 @@
 #pragma once
 
-// Shows the settings window; made on the first request and kept. Main thread only.
+// The settings window: made on the first request, kept until the program ends, and shown again on later requests.
+//
+// Main thread only; the services must outlive the controller.
+
+#include "App/Settings/ProviderKeyStatus.h"
+#include "App/Settings/SettingsServices.h"
 
 #include <memory>
 
+class QWidget;
+
 namespace orvesa {
 
-class KeychainService;
-class SettingsStore;
 class SettingsView;
 
 class SettingsWindowController final {
 public:
-    /// Both must outlive the controller.
-    SettingsWindowController(SettingsStore &settings, KeychainService &keychain);
+    explicit SettingsWindowController(const SettingsServices &services);
     ~SettingsWindowController();
     SettingsWindowController(const SettingsWindowController &) = delete;
     SettingsWindowController &operator=(const SettingsWindowController &) = delete;
 
     /// Shows the window in front of others, with the keyboard.
     void showWindow();
+    [[nodiscard]] SettingsView &view() const { return *m_view; }
 
 private:
-    SettingsStore &m_settings;
-    KeychainService &m_keychain;
+    ProviderKeyStatus m_keyStatus;
     std::unique_ptr<SettingsView> m_view;
 };
 

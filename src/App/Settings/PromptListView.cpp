@@ -1,0 +1,94 @@
+#include "App/Settings/PromptListView.h"
+
+#include "App/Settings/PromptsSettingsViewModel.h"
+#include "UI/Style.h"
+#include "UI/TextButton.h"
+
+#include <QTimerEvent>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace orvesa {
+
+namespace {
+constexpr std::size_t firstRows = 10;
+constexpr std::size_t rowsPerStep = 12;
+constexpr int rowSpacing = 10;
+} // namespace
+
+PromptListView::PromptListView(PromptsSettingsViewModel &model, QWidget *parent)
+    : QWidget(parent), m_model(model), m_column(new QVBoxLayout(this))
+{
+    m_column->setContentsMargins(0, 0, 0, 0);
+    m_column->setSpacing(rowSpacing);
+    refresh();
+}
+
+bool PromptListView::isComplete() const
+{
+    return m_rows.size() == m_model.prompts().size();
+}
+
+void PromptListView::refresh()
+{
+    const std::vector<CustomPrompt> &prompts = m_model.prompts();
+    while (m_rows.size() > prompts.size()) {
+        PromptRow *row = m_rows.back();
+        m_rows.pop_back();
+        m_column->removeWidget(row);
+        row->hide();
+        // Its own button may be on the call stack.
+        row->deleteLater();
+    }
+    for (std::size_t index = 0; index < m_rows.size(); ++index) {
+        m_rows[index]->setPrompt(prompts[index]);
+    }
+    makeRows(std::max(firstRows, m_rows.size()));
+}
+
+void PromptListView::makeRows(std::size_t count)
+{
+    const std::vector<CustomPrompt> &prompts = m_model.prompts();
+    while (m_rows.size() < std::min(count, prompts.size())) {
+        auto *row = new PromptRow(
+            {.edit = [this](const QUuid &id) { m_model.edit(id); }, .remove = [this](const QUuid &id) { remove(id); }},
+            this);
+        row->setPrompt(prompts[m_rows.size()]);
+        m_column->addWidget(row);
+        if (!m_rows.empty()) {
+            setTabOrder(&m_rows.back()->deleteButton(), &row->editButton());
+            setTabOrder(&row->editButton(), &row->deleteButton());
+        }
+        m_rows.push_back(row);
+    }
+    if (isComplete()) {
+        m_fillTimer.stop();
+    } else if (!m_fillTimer.isActive()) {
+        m_fillTimer.start(0, this);
+    }
+}
+
+void PromptListView::remove(const QUuid &id)
+{
+    // The keyboard stays at the place in the list: with the next prompt, else with the one before.
+    const auto focused =
+        std::ranges::find_if(m_rows, [](const PromptRow *row) { return row->deleteButton().hasFocus(); });
+    const auto place = static_cast<std::size_t>(focused - m_rows.begin());
+    const bool hadFocus = focused != m_rows.end();
+    m_model.remove(id);
+    if (hadFocus && !m_rows.empty()) {
+        m_rows[std::min(place, m_rows.size() - 1)]->deleteButton().setFocus(Qt::OtherFocusReason);
+    }
+}
+
+void PromptListView::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() == m_fillTimer.timerId()) {
+        makeRows(m_rows.size() + rowsPerStep);
+    } else {
+        QWidget::timerEvent(event);
+    }
+}
+
+} // namespace orvesa
