@@ -1,6 +1,8 @@
 #include "Platform/linux/X11HotKeys.h"
 
+#include "Platform/linux/KeySymbols.h"
 #include "Platform/linux/MacKeyCodes.h"
+#include "Platform/linux/X11KeyFaces.h"
 
 #include <QMetaObject>
 
@@ -9,7 +11,6 @@
 #include <utility>
 
 #include <xcb/xinput.h>
-#include <xcb/xtest.h>
 
 // The header names a member with a C++ keyword.
 #define explicit explicitActions
@@ -32,14 +33,13 @@ std::optional<xcb_keycode_t> x11KeyCode(quint32 macKeyCode)
 
 } // namespace
 
-X11HotKeys::X11HotKeys(X11Connection &connection) : m_connection(connection) {}
+X11HotKeys::X11HotKeys(X11Connection &connection)
+    : m_connection(connection), m_grabs([this](xcb_keycode_t keyCode, quint16 state) { press(keyCode, state); })
+{
+}
 
 X11HotKeys::~X11HotKeys()
 {
-    for (auto &[reference, hotKey] : m_hotKeys) {
-        ungrab(hotKey);
-    }
-    m_connection.settle();
     m_connection.removeEventHandler(m_token);
 }
 
@@ -55,7 +55,7 @@ bool X11HotKeys::prepare()
     m_token = m_connection.addEventHandler([this](const xcb_generic_event_t &event) { handle(event); });
     useKeyboardExtension();
     useInputExtension();
-    m_modifiers = X11Modifiers::read(m_connection);
+    readModifiers();
     return true;
 }
 
@@ -69,10 +69,6 @@ void X11HotKeys::useKeyboardExtension()
                             xcb_xkb_use_extension(raw, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION))) {
         return;
     }
-    // With detectable repeat a held key sends presses only, and its one release means that it was let go.
-    constexpr quint32 detectable = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
-    (void)m_connection.reply(xcb_xkb_per_client_flags_reply,
-                             xcb_xkb_per_client_flags(raw, XCB_XKB_ID_USE_CORE_KBD, detectable, detectable, 0, 0, 0));
     // A client of this extension is told of changes through its events, and no longer by the core protocol's.
     constexpr quint16 events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
     constexpr quint16 symbolsAndModifiers = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
@@ -92,6 +88,15 @@ void X11HotKeys::useInputExtension()
         m_connection.reply(xcb_input_xi_query_version_reply, xcb_input_xi_query_version(raw, 2, 2))) {
         m_inputOpcode = extension->major_opcode;
     }
+}
+
+void X11HotKeys::readModifiers()
+{
+    m_modifiers = X11Modifiers::read(m_connection);
+    // Control by itself has no meaning anywhere, unless the layout gives it one together with Alt.
+    const auto control = x11KeyCode(macControlKeyCode);
+    const bool isHarmless = control && X11KeyFaces::read(m_connection).isPlainModifier(*control);
+    m_grabs.setLoneModifier(m_modifiers.alt, isHarmless ? *control : xcb_keycode_t{0});
 }
 
 void X11HotKeys::listenForReleases(Listening listening)
@@ -146,7 +151,6 @@ qint32 X11HotKeys::unregisterHotKey(HotKeyRef reference)
         return HotKeyStatus::hotKeyInvalid;
     }
     ungrab(found->second);
-    m_connection.settle();
     m_hotKeys.erase(found);
     return HotKeyStatus::noErr;
 }
@@ -160,40 +164,25 @@ qint32 X11HotKeys::grab(HotKey &hotKey)
     }
     hotKey.keyCode = *keyCode;
     hotKey.modifiers = *modifiers;
-    xcb_connection_t *const raw = m_connection.connection();
-    std::vector<xcb_void_cookie_t> requests;
-    for (const quint16 locks : m_modifiers.lockCombinations(hotKey.modifiers)) {
-        requests.push_back(xcb_grab_key_checked(raw, 0, m_connection.root(),
-                                                static_cast<quint16>(hotKey.modifiers | locks), hotKey.keyCode,
-                                                XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    switch (m_grabs.grab(hotKey.keyCode, m_modifiers.masks(hotKey.modifiers))) {
+    case X11KeyGrabs::Outcome::granted:
+        hotKey.isGrabbed = true;
+        return HotKeyStatus::noErr;
+    case X11KeyGrabs::Outcome::taken:
+        return HotKeyStatus::hotKeyExists;
+    case X11KeyGrabs::Outcome::refused:
+        return HotKeyStatus::hotKeyInvalid;
+    case X11KeyGrabs::Outcome::noServer:
+        break;
     }
-    qint32 status = HotKeyStatus::noErr;
-    for (const xcb_void_cookie_t request : requests) {
-        const X11Reply<xcb_generic_error_t> error(xcb_request_check(raw, request));
-        if (error && status == HotKeyStatus::noErr) {
-            status = error->error_code == XCB_ACCESS ? HotKeyStatus::hotKeyExists : HotKeyStatus::hotKeyInvalid;
-        }
-    }
-    if (!m_connection.isValid()) {
-        return HotKeyStatus::notAvailable;
-    }
-    hotKey.isGrabbed = true;
-    if (status != HotKeyStatus::noErr) {
-        ungrab(hotKey); // those lock states that did succeed
-    }
-    m_connection.settle();
-    return status;
+    return HotKeyStatus::notAvailable;
 }
 
 void X11HotKeys::ungrab(HotKey &hotKey)
 {
-    if (!hotKey.isGrabbed || !m_connection.isValid()) {
-        return;
-    }
-    hotKey.isGrabbed = false;
-    for (const quint16 locks : m_modifiers.lockCombinations(hotKey.modifiers)) {
-        xcb_ungrab_key(m_connection.connection(), hotKey.keyCode, m_connection.root(),
-                       static_cast<quint16>(hotKey.modifiers | locks));
+    if (hotKey.isGrabbed) {
+        hotKey.isGrabbed = false;
+        m_grabs.ungrab(hotKey.keyCode, m_modifiers.masks(hotKey.modifiers));
     }
 }
 
@@ -202,14 +191,16 @@ void X11HotKeys::grabAllAnew()
     if (!m_connection.isValid()) {
         return;
     }
-    const X11Modifiers modifiers = X11Modifiers::read(m_connection);
-    if (modifiers == m_modifiers) {
-        return;
+    const X11Modifiers before = m_modifiers;
+    readModifiers();
+    if (m_modifiers == before) {
+        return; // keys are held by their place, which no layout changes
     }
+    const X11Modifiers now = std::exchange(m_modifiers, before);
     for (auto &[reference, hotKey] : m_hotKeys) {
         ungrab(hotKey);
     }
-    m_modifiers = modifiers;
+    m_modifiers = now;
     for (auto &[reference, hotKey] : m_hotKeys) {
         // One that another program holds now stays registered and comes back with a later change.
         (void)grab(hotKey);
@@ -219,11 +210,7 @@ void X11HotKeys::grabAllAnew()
 void X11HotKeys::handle(const xcb_generic_event_t &event)
 {
     const auto type = static_cast<quint8>(event.response_type & eventTypeMask);
-    if (type == XCB_KEY_PRESS) {
-        press(reinterpret_cast<const xcb_key_press_event_t &>(event));
-    } else if (type == XCB_KEY_RELEASE) {
-        release(reinterpret_cast<const xcb_key_release_event_t &>(event).detail);
-    } else if (type == XCB_GE_GENERIC && m_inputOpcode != 0) {
+    if (type == XCB_GE_GENERIC && m_inputOpcode != 0) {
         const auto &generic = reinterpret_cast<const xcb_ge_generic_event_t &>(event);
         if (generic.extension == m_inputOpcode && generic.event_type == XCB_INPUT_RAW_KEY_RELEASE) {
             release(
@@ -252,29 +239,19 @@ void X11HotKeys::scheduleGrabAllAnew()
         Qt::QueuedConnection);
 }
 
-void X11HotKeys::press(const xcb_key_press_event_t &event)
+void X11HotKeys::press(xcb_keycode_t keyCode, quint16 state)
 {
-    const bool isRepeat = !m_heldKeys.insert(event.detail).second;
-    if (m_inputOpcode != 0) {
-        // While the grab is active, toolkits hold that their window has lost the keyboard, and do not tell what is
-        // selected in it. So it gets the keyboard back at once, although the key is still down; its release is heard of
-        // in another way.
-        if (!isRepeat && m_heldKeys.size() == 1) {
-            listenForReleases(Listening::on);
-        }
-        xcb_ungrab_keyboard(m_connection.connection(), event.time);
-        m_connection.settle();
+    if (!m_heldKeys.insert(keyCode).second) {
+        return; // the server repeats it
     }
-    if (isRepeat) {
-        return;
-    }
+    awaitRelease(keyCode);
     const unsigned locks =
         XCB_MOD_MASK_LOCK | static_cast<unsigned>(m_modifiers.numLock) | static_cast<unsigned>(m_modifiers.scrollLock);
     const auto matches = [&](const auto &entry) {
         const HotKey &hotKey = entry.second;
         const unsigned ignored = locks & ~static_cast<unsigned>(hotKey.modifiers);
-        return hotKey.keyCode == event.detail &&
-               (event.state & allModifierBits & ~ignored) == static_cast<unsigned>(hotKey.modifiers);
+        return hotKey.keyCode == keyCode &&
+               (state & allModifierBits & ~ignored) == static_cast<unsigned>(hotKey.modifiers);
     };
     const auto pressed = std::ranges::find_if(m_hotKeys, matches);
     if (pressed != m_hotKeys.end() && m_handler) {
@@ -283,36 +260,24 @@ void X11HotKeys::press(const xcb_key_press_event_t &event)
     }
 }
 
-void X11HotKeys::release(xcb_keycode_t keyCode)
+void X11HotKeys::awaitRelease(xcb_keycode_t keyCode)
 {
-    if (m_heldKeys.erase(keyCode) == 0) {
-        return;
+    if (m_heldKeys.size() == 1) {
+        listenForReleases(Listening::on);
     }
-    if (m_heldKeys.empty() && m_inputOpcode != 0) {
-        listenForReleases(Listening::off);
-        m_connection.settle();
-    }
-    if (m_modifiers.alt != 0) {
-        spoilLoneAlt();
+    // It may have been let go before this program came to listen.
+    const auto keys = m_connection.reply(xcb_query_keymap_reply, xcb_query_keymap(m_connection.connection()));
+    if (!keys || ((keys->keys[keyCode / 8] >> (keyCode % 8)) & 1U) == 0) {
+        release(keyCode);
     }
 }
 
-void X11HotKeys::spoilLoneAlt()
+void X11HotKeys::release(xcb_keycode_t keyCode)
 {
-    // The grab has ended with the key's release, so the application in front sees Alt pressed and, soon, released with
-    // nothing in between, which toolkits take for "open the menu bar". A tap of a key in between prevents that. Control
-    // alone has no meaning anywhere, and Alt is looked up once more so that the tap never comes without it.
-    const auto pointer =
-        m_connection.reply(xcb_query_pointer_reply, xcb_query_pointer(m_connection.connection(), m_connection.root()));
-    const auto control = x11KeyCode(macControlKeyCode);
-    if (!pointer || !control || (pointer->mask & m_modifiers.alt) == 0 || (pointer->mask & XCB_MOD_MASK_CONTROL) != 0) {
-        return;
+    if (m_heldKeys.erase(keyCode) != 0 && m_heldKeys.empty()) {
+        listenForReleases(Listening::off);
+        m_connection.settle();
     }
-    xcb_connection_t *const raw = m_connection.connection();
-    xcb_test_fake_input(raw, XCB_KEY_PRESS, *control, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
-    xcb_test_fake_input(raw, XCB_KEY_RELEASE, *control, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
-    // Returns once the server has done it: before whatever the user, or this program, types next.
-    (void)m_connection.reply(xcb_get_input_focus_reply, xcb_get_input_focus(raw));
 }
 
 } // namespace orvesa

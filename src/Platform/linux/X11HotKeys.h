@@ -3,11 +3,12 @@
 // System-wide hot keys as passive key grabs on the root window.
 //
 // Main thread. Each hot key is grabbed for every state of the lock modifiers. Only the grabbed combinations ever reach
-// this program; no other key is seen, and none is recorded. When the keyboard's layout or modifiers change, every hot
-// key is grabbed anew at its place under the new layout.
+// this program; while one of them is down, releases of keys are noticed too, and no other key is seen. When the
+// keyboard's layout or modifiers change, every hot key is grabbed anew at its place under the new layout.
 
 #include "Platform/HotKeyPort.h"
 #include "Platform/linux/X11Connection.h"
+#include "Platform/linux/X11KeyGrabs.h"
 #include "Platform/linux/X11Modifiers.h"
 
 #include <map>
@@ -18,7 +19,7 @@ namespace orvesa {
 
 class X11HotKeys final : public HotKeyPort {
 public:
-    /// The connection must outlive this object.
+    /// The connection must outlive this object. It serves for everything but the grabs.
     explicit X11HotKeys(X11Connection &connection);
     ~X11HotKeys() override;
 
@@ -40,20 +41,21 @@ private:
     bool prepare();
     void useKeyboardExtension();
     void useInputExtension();
+    void readModifiers();
     void handle(const xcb_generic_event_t &event);
-    void press(const xcb_key_press_event_t &event);
+    void press(xcb_keycode_t keyCode, quint16 state);
     void release(xcb_keycode_t keyCode);
-    /// Whether releases of keys are told of while no grab is active.
+    void awaitRelease(xcb_keycode_t keyCode);
+    /// Whether releases of keys are told of.
     enum class Listening { off, on };
     void listenForReleases(Listening listening);
     [[nodiscard]] qint32 grab(HotKey &hotKey);
     void ungrab(HotKey &hotKey);
     void scheduleGrabAllAnew();
     void grabAllAnew();
-    /// Keeps the application in front from taking the coming release of Alt for "open the menu bar".
-    void spoilLoneAlt();
 
     X11Connection &m_connection;
+    X11KeyGrabs m_grabs;
     X11Connection::HandlerToken m_token = 0;
     X11Modifiers m_modifiers;
     bool m_prepared = false;

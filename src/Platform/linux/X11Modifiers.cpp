@@ -136,4 +136,13 @@ std::vector<quint16> X11Modifiers::lockCombinations(quint16 wanted) const
     return combinations;
 }
 
+std::vector<quint16> X11Modifiers::masks(quint16 wanted) const
+{
+    std::vector<quint16> masks = lockCombinations(wanted);
+    for (quint16 &mask : masks) {
+        mask = static_cast<quint16>(mask | wanted);
+    }
+    return masks;
+}
+
 } // namespace orvesa

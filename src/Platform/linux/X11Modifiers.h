@@ -24,6 +24,8 @@ struct X11Modifiers {
     /// Every combination of the lock modifiers (Caps Lock, Num Lock, Scroll Lock) that may be on while a shortcut with
     /// these modifiers is pressed; the first is none.
     [[nodiscard]] std::vector<quint16> lockCombinations(quint16 wanted) const;
+    /// `wanted` with each of those combinations.
+    [[nodiscard]] std::vector<quint16> masks(quint16 wanted) const;
 
     bool operator==(const X11Modifiers &) const = default;
 };

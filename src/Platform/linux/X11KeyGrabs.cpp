@@ -1,0 +1,184 @@
+#include "Platform/linux/X11KeyGrabs.h"
+
+#include "Platform/linux/X11Reply.h"
+
+#include <QMetaObject>
+
+#include <utility>
+#include <vector>
+
+#include <pthread.h>
+#include <signal.h>
+#include <xcb/xtest.h>
+
+// The header names a member with a C++ keyword.
+#define explicit explicitActions
+#include <xcb/xkb.h>
+#undef explicit
+
+namespace orvesa {
+
+namespace {
+
+constexpr quint8 eventTypeMask = 0x7f; // the eighth bit says that another client sent the event
+constexpr unsigned keyShift = 16;
+constexpr quint32 maskOfModifier = 0xffff;
+
+xcb_window_t rootOf(xcb_connection_t *connection, int screenNumber)
+{
+    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
+    for (int skipped = 0; skipped < screenNumber && screens.rem > 1; ++skipped) {
+        xcb_screen_next(&screens);
+    }
+    return screens.data->root;
+}
+
+/// Key events carry the keyboard's group only for clients of this extension.
+void announceKeyboardExtension(xcb_connection_t *connection)
+{
+    const xcb_query_extension_reply_t *const extension = xcb_get_extension_data(connection, &xcb_xkb_id);
+    if (extension != nullptr && extension->present != 0) {
+        const X11Reply<xcb_xkb_use_extension_reply_t> reply(xcb_xkb_use_extension_reply(
+            connection, xcb_xkb_use_extension(connection, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION), nullptr));
+    }
+}
+
+} // namespace
+
+X11KeyGrabs::X11KeyGrabs(PressHandler handler) : m_handler(std::move(handler)) {}
+
+X11KeyGrabs::~X11KeyGrabs()
+{
+    stop();
+}
+
+bool X11KeyGrabs::open()
+{
+    if (m_opened) {
+        return m_connection != nullptr && xcb_connection_has_error(m_connection) == 0;
+    }
+    m_opened = true;
+    int screenNumber = 0;
+    xcb_connection_t *const connection = xcb_connect(nullptr, &screenNumber);
+    if (xcb_connection_has_error(connection) != 0) {
+        xcb_disconnect(connection);
+        return false;
+    }
+    m_connection = connection;
+    m_root = rootOf(connection, screenNumber);
+    announceKeyboardExtension(connection);
+    m_wakeWindow = xcb_generate_id(connection);
+    xcb_create_window(connection, XCB_COPY_FROM_PARENT, m_wakeWindow, m_root, 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    // Signals are for the main thread.
+    sigset_t all;
+    sigset_t before;
+    ::sigfillset(&all);
+    ::pthread_sigmask(SIG_SETMASK, &all, &before);
+    m_thread = std::thread([this] { readEvents(); });
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    return true;
+}
+
+void X11KeyGrabs::stop()
+{
+    if (m_connection == nullptr) {
+        return;
+    }
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = m_wakeWindow;
+    message.type = XCB_ATOM_CARDINAL;
+    // An event sent with no mask goes to the window's creator.
+    xcb_send_event(m_connection, 0, m_wakeWindow, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char *>(&message));
+    xcb_flush(m_connection);
+    m_thread.join();
+    xcb_disconnect(m_connection); // and with it all its grabs end
+    m_connection = nullptr;
+}
+
+X11KeyGrabs::Outcome X11KeyGrabs::grab(xcb_keycode_t keyCode, std::span<const quint16> masks)
+{
+    if (!open()) {
+        return Outcome::noServer;
+    }
+    std::vector<xcb_void_cookie_t> requests;
+    requests.reserve(masks.size());
+    for (const quint16 mask : masks) {
+        requests.push_back(
+            xcb_grab_key_checked(m_connection, 0, m_root, mask, keyCode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_SYNC));
+    }
+    Outcome outcome = Outcome::granted;
+    for (const xcb_void_cookie_t request : requests) {
+        const X11Reply<xcb_generic_error_t> error(xcb_request_check(m_connection, request));
+        if (error && outcome == Outcome::granted) {
+            outcome = error->error_code == XCB_ACCESS ? Outcome::taken : Outcome::refused;
+        }
+    }
+    if (xcb_connection_has_error(m_connection) != 0) {
+        return Outcome::noServer;
+    }
+    if (outcome != Outcome::granted) {
+        ungrab(keyCode, masks); // those that did succeed
+    }
+    return outcome;
+}
+
+void X11KeyGrabs::ungrab(xcb_keycode_t keyCode, std::span<const quint16> masks)
+{
+    if (m_connection == nullptr) {
+        return;
+    }
+    for (const quint16 mask : masks) {
+        xcb_ungrab_key(m_connection, keyCode, m_root, mask);
+    }
+    xcb_flush(m_connection);
+}
+
+void X11KeyGrabs::setLoneModifier(quint16 modifier, xcb_keycode_t tappedKey)
+{
+    m_loneModifier = modifier | (quint32{tappedKey} << keyShift);
+}
+
+void X11KeyGrabs::readEvents()
+{
+    while (const X11Reply<xcb_generic_event_t> event{xcb_wait_for_event(m_connection)}) {
+        const auto type = static_cast<quint8>(event->response_type & eventTypeMask);
+        if (type == XCB_KEY_PRESS) {
+            const auto &press = reinterpret_cast<const xcb_key_press_event_t &>(*event);
+            letGo(press);
+            QMetaObject::invokeMethod(
+                &m_receiver, [this, keyCode = press.detail, state = press.state] { m_handler(keyCode, state); },
+                Qt::QueuedConnection);
+        } else if (type == XCB_CLIENT_MESSAGE &&
+                   reinterpret_cast<const xcb_client_message_event_t &>(*event).window == m_wakeWindow) {
+            return;
+        }
+    }
+}
+
+void X11KeyGrabs::letGo(const xcb_key_press_event_t &event)
+{
+    // Also because toolkits hold that their window has lost the keyboard while it is grabbed, and do not tell what is
+    // selected in it.
+    xcb_ungrab_keyboard(m_connection, event.time);
+    xcb_flush(m_connection);
+    const quint32 lone = m_loneModifier;
+    const auto modifier = static_cast<quint16>(lone & maskOfModifier);
+    const auto tappedKey = static_cast<quint8>(lone >> keyShift);
+    if (tappedKey == 0 || (event.state & modifier) == 0 || (event.state & XCB_MOD_MASK_CONTROL) != 0) {
+        return;
+    }
+    // The tap must not come without the modifier.
+    const X11Reply<xcb_query_pointer_reply_t> now(
+        xcb_query_pointer_reply(m_connection, xcb_query_pointer(m_connection, m_root), nullptr));
+    if (!now || (now->mask & modifier) == 0 || (now->mask & XCB_MOD_MASK_CONTROL) != 0) {
+        return;
+    }
+    xcb_test_fake_input(m_connection, XCB_KEY_PRESS, tappedKey, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+    xcb_test_fake_input(m_connection, XCB_KEY_RELEASE, tappedKey, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+    xcb_flush(m_connection);
+}
+
+} // namespace orvesa
