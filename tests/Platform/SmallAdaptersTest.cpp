@@ -1,7 +1,6 @@
 #include "Platform/linux/LocalePreferredLanguages.h"
 #include "Platform/linux/MacKeyCodes.h"
 #include "Platform/linux/QtClock.h"
-#include "Platform/linux/QtPasteboard.h"
 
 #include <gtest/gtest.h>
 
@@ -123,13 +122,6 @@ TEST(QtClockTest, WakesWhenStopped)
     bool isOverAtOnce = false;
     note(clock, 60s, source.get_token(), isOverAtOnce);
     EXPECT_TRUE(isOverAtOnce);
-}
-
-TEST(QtPasteboardTest, RefusesWithoutADisplay)
-{
-    QtPasteboard pasteboard;
-    pasteboard.clear();
-    EXPECT_FALSE(pasteboard.write({{{QString::fromLatin1(pasteboardPlainText), "text"}}}));
 }
 
 } // namespace orvesa

@@ -19,7 +19,12 @@ Selections::Selections(XSession &session) : m_session(session) {}
 
 xcb_window_t Selections::owner(Selection selection) const
 {
-    const xcb_atom_t atom = m_session.atom(atomNameOf(selection));
+    return owner(atomNameOf(selection));
+}
+
+xcb_window_t Selections::owner(const QByteArray &selection) const
+{
+    const xcb_atom_t atom = m_session.atom(selection);
     const XReply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
         m_session.connection(), xcb_get_selection_owner(m_session.connection(), atom), nullptr));
     return reply ? reply->owner : XCB_NONE;

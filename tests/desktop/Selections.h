@@ -7,6 +7,7 @@
 
 #include "desktop/Waiting.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <xcb/xcb.h>
@@ -25,6 +26,8 @@ public:
     explicit Selections(XSession &session);
 
     [[nodiscard]] xcb_window_t owner(Selection selection) const; ///< 0 for none
+    /// Of any selection by its name.
+    [[nodiscard]] xcb_window_t owner(const QByteArray &selection) const;
     [[nodiscard]] int changes(Selection selection) const;
     /// Its text as UTF8_STRING; absent when nobody owns it or the owner has no text. Throws DeadlineError when the
     /// owner never answers.

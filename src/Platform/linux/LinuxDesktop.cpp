@@ -7,13 +7,13 @@
 #include "Platform/linux/FileUserDefaults.h"
 #include "Platform/linux/LocalePreferredLanguages.h"
 #include "Platform/linux/QtClock.h"
-#include "Platform/linux/QtPasteboard.h"
 #include "Platform/linux/SecretServiceKeyStore.h"
 #include "Platform/linux/X11Connection.h"
 #include "Platform/linux/X11HotKeys.h"
 #include "Platform/linux/X11KeyboardEvents.h"
 #include "Platform/linux/X11MouseMonitor.h"
 #include "Platform/linux/X11PanelWindow.h"
+#include "Platform/linux/X11Pasteboard.h"
 #include "Platform/linux/X11Workspace.h"
 
 #include <optional>
@@ -26,7 +26,7 @@ struct LinuxDesktop::Adapters {
     Adapters(QString identifier, QString productName)
         : userDefaults(std::move(identifier)), keyStore(std::move(productName)), workspace(x11), bus(x11), hotKeys(x11),
           mouseMonitor(x11), panelWindow(x11), elements(bus, workspace),
-          keyboardEvents(captureConnection, [](qint64) { return false; })
+          keyboardEvents(captureConnection, [](qint64) { return false; }), pasteboard(captureConnection)
     {
     }
 
@@ -35,7 +35,6 @@ struct LinuxDesktop::Adapters {
     SecretServiceKeyStore keyStore;
     LocalePreferredLanguages languages;
     QtClock clock;
-    QtPasteboard pasteboard;
     DBusSingleInstance singleInstance;
     X11Connection x11;
     X11Connection captureConnection; ///< what it listens to is not the others' business
@@ -47,6 +46,7 @@ struct LinuxDesktop::Adapters {
     X11PanelWindow panelWindow;
     ATSPIElements elements;
     X11KeyboardEvents keyboardEvents;
+    X11Pasteboard pasteboard;
     // This one asks the session bus when it is made.
     std::optional<ATSPITrust> trust;
 };

@@ -1,6 +1,5 @@
 #include "Platform/linux/X11Connection.h"
 
-#include <QDeadlineTimer>
 #include <QMetaObject>
 #include <QSocketNotifier>
 
@@ -103,6 +102,26 @@ xcb_atom_t X11Connection::atom(std::string_view name)
     return answer->atom;
 }
 
+std::vector<QByteArray> X11Connection::atomNames(const std::vector<xcb_atom_t> &atoms)
+{
+    std::vector<QByteArray> names(atoms.size());
+    if (!isValid()) {
+        return names;
+    }
+    std::vector<xcb_get_atom_name_cookie_t> questions;
+    questions.reserve(atoms.size());
+    for (const xcb_atom_t wanted : atoms) {
+        questions.push_back(xcb_get_atom_name(m_connection, wanted));
+    }
+    for (std::size_t index = 0; index < atoms.size(); ++index) {
+        if (const auto answer = reply(xcb_get_atom_name_reply, questions[index])) {
+            names[index] =
+                QByteArray(xcb_get_atom_name_name(answer.get()), xcb_get_atom_name_name_length(answer.get()));
+        }
+    }
+    return names;
+}
+
 std::vector<quint32> X11Connection::property(xcb_window_t window, std::string_view name, quint32 maximum)
 {
     const xcb_atom_t wanted = atom(name);
@@ -154,6 +173,16 @@ void *X11Connection::awaitReply(unsigned sequence)
     std::free(error);
     settle();
     return answer;
+}
+
+void X11Connection::awaitInput(const QDeadlineTimer &deadline)
+{
+    if (!isValid()) {
+        return;
+    }
+    xcb_flush(m_connection);
+    pollfd descriptor{.fd = xcb_get_file_descriptor(m_connection), .events = POLLIN, .revents = 0};
+    (void)::poll(&descriptor, 1, static_cast<int>(deadline.remainingTime()));
 }
 
 X11Connection::HandlerToken X11Connection::addEventHandler(EventHandler handler)

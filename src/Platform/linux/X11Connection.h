@@ -10,6 +10,7 @@
 #include "Platform/linux/X11Reply.h"
 
 #include <QByteArray>
+#include <QDeadlineTimer>
 #include <QObject>
 
 #include <chrono>
@@ -42,6 +43,8 @@ public:
     [[nodiscard]] int screenNumber();
     /// The atom of a name, asked for once; XCB_ATOM_NONE without a server.
     [[nodiscard]] xcb_atom_t atom(std::string_view name);
+    /// The names of atoms, asked for together. An empty one where there is none.
+    [[nodiscard]] std::vector<QByteArray> atomNames(const std::vector<xcb_atom_t> &atoms);
     /// The first 32-bit values of a property, at most `maximum` of them; empty when it is absent or of another format.
     [[nodiscard]] std::vector<quint32> property(xcb_window_t window, std::string_view name, quint32 maximum = 1);
     /// A property of format 8 as bytes.
@@ -59,6 +62,9 @@ public:
     /// what will be dispatched; oldest first.
     [[nodiscard]] std::vector<X11Reply<xcb_generic_event_t>>
     takeEvents(const std::function<bool(const xcb_generic_event_t &event)> &test);
+
+    /// Waits until the server has sent something, or until the deadline.
+    void awaitInput(const QDeadlineTimer &deadline);
 
     /// Waits for a request's reply, at most `replyBound`: a program that stopped while it had the server to itself
     /// would otherwise stop this one as well. `reply(xcb_query_pointer_reply, xcb_query_pointer(...))`, where the
