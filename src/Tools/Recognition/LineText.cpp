@@ -1,0 +1,198 @@
+#include "Tools/Recognition/LineText.h"
+
+#include "Tools/Recognition/GlyphPlaces.h"
+#include "Tools/Recognition/Scripts.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace orvesa {
+
+using namespace Qt::StringLiterals;
+using Scripts::isNarrow;
+using Scripts::isWide;
+using Scripts::isWidePunctuation;
+
+namespace {
+
+bool isWideCharacter(const SpacedGlyph &glyph)
+{
+    return isWide(glyph.text) && !isWidePunctuation(glyph.text);
+}
+
+const SpacedGlyph *at(const std::vector<SpacedGlyph> &glyphs, std::size_t index)
+{
+    return index < glyphs.size() ? &glyphs[index] : nullptr;
+}
+
+bool isWideAt(const std::vector<SpacedGlyph> &glyphs, std::size_t index)
+{
+    const SpacedGlyph *glyph = at(glyphs, index);
+    return glyph != nullptr && isWide(glyph->text);
+}
+
+void replaceText(SpacedGlyph &glyph, QChar character)
+{
+    glyph.text = character;
+}
+
+/// Sentence marks that follow a wide character are wide themselves, unless the room says otherwise.
+void widenSentenceMarks(std::vector<SpacedGlyph> &glyphs)
+{
+    constexpr double besideWide = 0.24;
+    for (std::size_t index = 0; index < glyphs.size(); ++index) {
+        SpacedGlyph &glyph = glyphs[index];
+        const bool afterWide = index > 0 && isWideAt(glyphs, index - 1);
+        const bool beforeWide = isWideAt(glyphs, index + 1);
+        if (glyph.text == ","_L1 && (afterWide || beforeWide)) {
+            replaceText(glyph, u'，');
+        } else if (glyph.text == "!"_L1 && afterWide) {
+            replaceText(glyph, u'！');
+        } else if (glyph.text == "?"_L1 && afterWide) {
+            replaceText(glyph, u'？');
+        } else if ((glyph.text == ":"_L1 || glyph.text == ";"_L1) && (afterWide || beforeWide) &&
+                   glyph.gapBefore >= besideWide) {
+            replaceText(glyph, glyph.text == ":"_L1 ? u'：' : u'；');
+        } else if (afterWide &&
+                   (glyph.text == "."_L1 || glyph.text == "o"_L1 || glyph.text == "©"_L1 || glyph.text == "°"_L1 ||
+                    glyph.text == "｡"_L1) &&
+                   (beforeWide || index + 1 == glyphs.size())) {
+            replaceText(glyph, u'。');
+        }
+    }
+}
+
+/// A wide parenthesis fills half of its square with nothing, on the outside.
+void widenParentheses(std::vector<SpacedGlyph> &glyphs)
+{
+    constexpr double emptyHalf = 0.48;
+    constexpr std::size_t none = static_cast<std::size_t>(-1);
+    std::size_t open = none;
+    for (std::size_t index = 0; index < glyphs.size(); ++index) {
+        const QString &text = glyphs[index].text;
+        if (text == "("_L1 || text == "（"_L1) {
+            open = index;
+        }
+        if (text != ")"_L1 && text != "）"_L1) {
+            continue;
+        }
+        const SpacedGlyph *next = at(glyphs, index + 1);
+        const bool wideRoomAfter = next != nullptr && isWide(next->text) && next->gapBefore >= emptyHalf;
+        if (open == none) {
+            replaceText(glyphs[index], wideRoomAfter ? u'）' : u')');
+            continue;
+        }
+        const bool afterWide = open > 0 && isWideAt(glyphs, open - 1);
+        const bool holdsWide = isWideAt(glyphs, open + 1) || isWideAt(glyphs, index - 1);
+        const bool wideRoomBefore = open > 0 && glyphs[open].gapBefore >= emptyHalf;
+        const bool wide =
+            (afterWide && wideRoomBefore) || (wideRoomAfter && (afterWide || holdsWide)) || (open == 0 && holdsWide);
+        replaceText(glyphs[open], wide ? u'（' : u'(');
+        replaceText(glyphs[index], wide ? u'）' : u')');
+        open = none;
+    }
+}
+
+/// Digits that stand as far apart as ideographs are the wide forms.
+void widenDigits(std::vector<SpacedGlyph> &glyphs)
+{
+    constexpr double leastAdvance = 0.85;
+    constexpr double mostAdvance = 1.3;
+    constexpr char16_t wideOffset = 0xFEE0;
+    const auto isDigit = [](const SpacedGlyph &glyph) {
+        return glyph.text.size() == 1 && isNarrow(glyph.text) && glyph.text[0].isDigit();
+    };
+    for (std::size_t first = 0; first < glyphs.size(); ++first) {
+        if (!isDigit(glyphs[first])) {
+            continue;
+        }
+        std::size_t last = first;
+        while (last + 1 < glyphs.size() && isDigit(glyphs[last + 1]) && glyphs[last + 1].advance >= leastAdvance &&
+               glyphs[last + 1].advance <= mostAdvance) {
+            ++last;
+        }
+        const bool besideWide = (first > 0 && isWideAt(glyphs, first - 1)) || isWideAt(glyphs, last + 1);
+        if (last > first && besideWide) {
+            for (std::size_t index = first; index <= last; ++index) {
+                replaceText(glyphs[index], QChar(static_cast<char16_t>(glyphs[index].text[0].unicode() + wideOffset)));
+            }
+        }
+        first = last;
+    }
+}
+
+double usualGap(const std::vector<SpacedGlyph> &glyphs)
+{
+    std::vector<double> gaps;
+    for (std::size_t index = 1; index < glyphs.size(); ++index) {
+        if (isWideCharacter(glyphs[index - 1]) && isWideCharacter(glyphs[index])) {
+            gaps.push_back(glyphs[index].gapBefore);
+        }
+    }
+    if (gaps.empty()) {
+        return 0.1;
+    }
+    const auto middle = gaps.begin() + static_cast<std::ptrdiff_t>(gaps.size() / 2);
+    std::nth_element(gaps.begin(), middle, gaps.end());
+    return *middle;
+}
+
+bool hasBlankBefore(const std::vector<SpacedGlyph> &glyphs, std::size_t index, double usual)
+{
+    const SpacedGlyph &before = glyphs[index - 1];
+    const SpacedGlyph &glyph = glyphs[index];
+    if (isWidePunctuation(before.text) || isWidePunctuation(glyph.text)) {
+        constexpr double beyondAnySquare = 0.95;
+        return glyph.gapBefore >= beyondAnySquare;
+    }
+    if (isWideCharacter(before) && isWideCharacter(glyph)) {
+        // Kana and digits do not fill their squares; two ideographs nearly do.
+        const bool full = Scripts::isIdeograph(before.text) && Scripts::isIdeograph(glyph.text);
+        const double leastBlank = full ? 0.36 : 0.62;
+        return glyph.gapBefore >= std::max(leastBlank, usual + 0.2);
+    }
+    if (isWideCharacter(before) || isWideCharacter(glyph)) {
+        constexpr double leastBlank = 0.2;
+        return glyph.gapBefore >= leastBlank;
+    }
+    return glyph.beginsWord;
+}
+
+} // namespace
+
+std::vector<SpacedGlyph> spaced(const ReadLine &line, const GrayImage &image, double text)
+{
+    const std::vector<Span> places = glyphPlaces(line, image, text);
+    std::vector<SpacedGlyph> glyphs;
+    glyphs.reserve(line.glyphs.size());
+    for (std::size_t index = 0; index < line.glyphs.size(); ++index) {
+        const Glyph &glyph = line.glyphs[index];
+        SpacedGlyph result{glyph.text, glyph.beginsWord, 0, 0, places[index].length() / text, glyph.confidence};
+        if (index > 0) {
+            const Span &before = places[index - 1];
+            const Span &own = places[index];
+            result.gapBefore = std::max(0, own.begin - before.end - 1) / text;
+            result.advance = (own.begin + own.end - before.begin - before.end) / (2 * text);
+        }
+        glyphs.push_back(std::move(result));
+    }
+    return glyphs;
+}
+
+QString lineText(std::vector<SpacedGlyph> glyphs)
+{
+    widenSentenceMarks(glyphs);
+    widenParentheses(glyphs);
+    widenDigits(glyphs);
+    const double usual = usualGap(glyphs);
+    QString text;
+    for (std::size_t index = 0; index < glyphs.size(); ++index) {
+        if (index > 0 && hasBlankBefore(glyphs, index, usual)) {
+            text += u' ';
+        }
+        text += glyphs[index].text;
+    }
+    return text;
+}
+
+} // namespace orvesa

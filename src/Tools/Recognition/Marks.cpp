@@ -1,0 +1,131 @@
+#include "Tools/Recognition/Marks.h"
+
+#include "Tools/Recognition/Regions.h"
+
+#include <algorithm>
+
+namespace orvesa {
+
+namespace {
+
+constexpr int ruleThickness = 3;
+constexpr int leastRuleLength = 40;
+constexpr double ruleToText = 3.5; ///< a dash is shorter than this many text heights
+constexpr double frameToText = 1.6;
+constexpr double mostFrameFill = 0.45;
+
+bool isRule(const QRect &box, int text)
+{
+    const int least = std::max(leastRuleLength, static_cast<int>(ruleToText * text));
+    return (box.height() <= ruleThickness && box.width() >= least) ||
+           (box.width() <= ruleThickness && box.height() >= least);
+}
+
+/// Of the pixels along the four sides of the box, how many carry the mark.
+double sideShare(const RegionMap &map, std::int32_t number)
+{
+    const QRect box = map.regions[static_cast<std::size_t>(number)].box;
+    const auto isNearSide = [&](int x, int y, int stepX, int stepY) {
+        for (int depth = 0; depth <= ruleThickness; ++depth) {
+            if (map.at(x + depth * stepX, y + depth * stepY) == number) {
+                return 1;
+            }
+        }
+        return 0;
+    };
+    int covered = 0;
+    for (int x = box.left(); x <= box.right(); ++x) {
+        covered += isNearSide(x, box.top(), 0, 1) + isNearSide(x, box.bottom(), 0, -1);
+    }
+    for (int y = box.top(); y <= box.bottom(); ++y) {
+        covered += isNearSide(box.left(), y, 1, 0) + isNearSide(box.right(), y, -1, 0);
+    }
+    return static_cast<double>(covered) / (2.0 * (box.width() + box.height()));
+}
+
+/// The outline of a button, a field or a table: large, mostly empty, with ink along its sides.
+bool isFrame(const RegionMap &map, std::int32_t number, int text)
+{
+    const Region &region = map.regions[static_cast<std::size_t>(number)];
+    const int width = region.box.width();
+    const int height = region.box.height();
+    const double least = frameToText * text;
+    if (std::min(width, height) <= 2 * ruleThickness || height < least || width < least) {
+        return false;
+    }
+    const double fill = static_cast<double>(region.pixels) / (static_cast<double>(width) * height);
+    constexpr double leastSideShare = 0.7;
+    return fill < mostFrameFill && sideShare(map, number) >= leastSideShare;
+}
+
+/// Lattices of several cells have no ink along some sides, yet nearly nothing in their box.
+bool isGrid(const Region &region, int text)
+{
+    constexpr double gridToText = 4;
+    constexpr double mostGridFill = 0.1;
+    const int width = region.box.width();
+    const int height = region.box.height();
+    return width >= gridToText * text && height >= gridToText * text &&
+           region.pixels < mostGridFill * static_cast<double>(width) * height;
+}
+
+} // namespace
+
+QRect boundsOf(const Marks &marks)
+{
+    QRect bounds;
+    for (const QRect &mark : marks) {
+        bounds |= mark;
+    }
+    return bounds;
+}
+
+int typicalHeight(const Marks &marks)
+{
+    constexpr int leastHeight = 4; // dots and dashes say nothing about the size of the text
+    std::vector<int> heights;
+    for (const QRect &mark : marks) {
+        if (mark.height() >= leastHeight) {
+            heights.push_back(mark.height());
+        }
+    }
+    if (heights.empty()) {
+        return boundsOf(marks).height();
+    }
+    const auto place = heights.begin() + static_cast<std::ptrdiff_t>(heights.size() * 4 / 5);
+    std::nth_element(heights.begin(), place, heights.end());
+    return *place;
+}
+
+Marks takeMarks(Writing &writing)
+{
+    const RegionMap map = markedRegions(writing.mask);
+    Marks all;
+    all.reserve(map.regions.size());
+    for (const Region &region : map.regions) {
+        all.push_back(region.box);
+    }
+    const int text = typicalHeight(all);
+    std::vector<bool> dropped(map.regions.size());
+    Marks kept;
+    for (std::size_t number = 0; number < map.regions.size(); ++number) {
+        const Region &region = map.regions[number];
+        dropped[number] =
+            isRule(region.box, text) || isGrid(region, text) || isFrame(map, static_cast<std::int32_t>(number), text);
+        if (!dropped[number]) {
+            kept.push_back(region.box);
+        }
+    }
+    for (int y = 0; y < map.height; ++y) {
+        for (int x = 0; x < map.width; ++x) {
+            const std::int32_t label = map.at(x, y);
+            if (label != RegionMap::none && dropped[static_cast<std::size_t>(label)]) {
+                writing.ink.at(x, y) = 0;
+                writing.mask.at(x, y) = 0;
+            }
+        }
+    }
+    return kept;
+}
+
+} // namespace orvesa

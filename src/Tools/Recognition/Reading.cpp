@@ -1,0 +1,44 @@
+#include "Tools/Recognition/Reading.h"
+
+namespace orvesa {
+
+namespace {
+
+double meanOf(const Reading &reading, double Glyph::*confidence)
+{
+    double sum = 0;
+    int count = 0;
+    for (const ReadLine &line : reading.lines) {
+        for (const Glyph &glyph : line.glyphs) {
+            sum += glyph.*confidence;
+            ++count;
+        }
+    }
+    return count == 0 ? 0 : sum / count;
+}
+
+} // namespace
+
+double confidenceOf(const Reading &reading)
+{
+    return meanOf(reading, &Glyph::confidence);
+}
+
+double wordConfidenceOf(const Reading &reading)
+{
+    return meanOf(reading, &Glyph::wordConfidence);
+}
+
+QString textOf(const ReadLine &line)
+{
+    QString text;
+    for (const Glyph &glyph : line.glyphs) {
+        if (glyph.beginsWord && !text.isEmpty()) {
+            text += u' ';
+        }
+        text += glyph.text;
+    }
+    return text;
+}
+
+} // namespace orvesa

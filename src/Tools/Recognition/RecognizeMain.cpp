@@ -1,0 +1,86 @@
+// orvesa-recognize IMAGE prints the text in an image file; orvesa-recognize --serve answers images on standard input.
+
+#include "Tools/Recognition/RecognitionServer.h"
+
+#include <QFile>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include <signal.h>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+using namespace orvesa;
+
+namespace {
+
+constexpr const char *threadLimit = "OMP_THREAD_LIMIT";
+
+/// The recognition library's own threads cost several times what they give on small pieces; it reads their limit when
+/// it is loaded, which is before main().
+void startAgainWithoutThreads(char **arguments)
+{
+    if (std::getenv(threadLimit) == nullptr && ::setenv(threadLimit, "1", 1) == 0) {
+        ::execv("/proc/self/exe", arguments);
+        // Without /proc it is slower, not wrong.
+    }
+}
+
+void complain(const QString &message)
+{
+    std::fprintf(stderr, "orvesa-recognize: %s\n", qUtf8Printable(message));
+}
+
+/// What is missing is said once, however many images come.
+void complainAboutMissing(EnginePool &pool)
+{
+    const QStringList missing = pool.missingPackages();
+    if (!missing.isEmpty()) {
+        complain(u"some languages cannot be read; install "_s + missing.join(u", "_s));
+    }
+}
+
+int serve()
+{
+    // Whoever asked may die without a word.
+    ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+    ::signal(SIGPIPE, SIG_IGN);
+    EnginePool pool;
+    return RecognitionServer(STDIN_FILENO, STDOUT_FILENO, pool).serve() ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+int recognizeFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        complain(file.errorString());
+        return EXIT_FAILURE;
+    }
+    EnginePool pool;
+    const RecognitionServer::Outcome outcome = RecognitionServer::recognize(pool, file.readAll());
+    complainAboutMissing(pool);
+    if (!outcome.text) {
+        complain(outcome.failure);
+        return EXIT_FAILURE;
+    }
+    std::printf("%s\n", qUtf8Printable(*outcome.text));
+    return EXIT_SUCCESS;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    startAgainWithoutThreads(argv);
+    if (argc == 2 && std::strcmp(argv[1], "--serve") == 0) {
+        return serve();
+    }
+    if (argc == 2 && argv[1][0] != '-') {
+        return recognizeFile(QFile::decodeName(argv[1]));
+    }
+    std::fprintf(stderr, "usage: orvesa-recognize IMAGE\n       orvesa-recognize --serve\n");
+    return 2;
+}

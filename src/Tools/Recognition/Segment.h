@@ -1,0 +1,53 @@
+#pragma once
+
+// One segment of a row on its way through the engines. Values and pure functions; any thread.
+
+#include "Tools/Recognition/GrayImage.h"
+#include "Tools/Recognition/Reading.h"
+
+#include <QRect>
+#include <QString>
+
+#include <cstddef>
+#include <vector>
+
+namespace orvesa {
+
+struct NarrowRun {
+    std::size_t line = 0;
+    std::size_t first = 0; ///< glyphs, both inside
+    std::size_t last = 0;
+    QRect part; ///< of the segment's image
+    GrayImage image;
+    Reading english;
+};
+
+struct Segment {
+    std::size_t row = 0;
+    QRect box;       ///< in the capture
+    double text = 0; ///< height of a full-size character in `image`
+    GrayImage image;
+    double chineseText = 0; ///< the same for the image that the Chinese engine reads
+    GrayImage chineseImage;
+    bool isReadWide = false; ///< or about to be: by the Japanese and the Chinese engine
+    Reading english;
+    Reading japanese;
+    Reading chinese;
+    Reading chosen;
+    std::vector<NarrowRun> runs;
+};
+
+/// Stretches of Latin letters among wide characters, with the parts of the image that show them.
+[[nodiscard]] std::vector<NarrowRun> narrowRunsIn(const Reading &reading, const GrayImage &image, double text);
+
+/// Puts what the English engine read in the runs in their places where it is surer of it.
+void mergeRuns(Reading &reading, const std::vector<NarrowRun> &runs);
+
+/// Whether an English reading can stand by itself.
+[[nodiscard]] bool isSure(const Reading &reading);
+
+[[nodiscard]] bool hasWide(const Reading &reading);
+[[nodiscard]] bool hasKana(const Reading &reading);
+[[nodiscard]] std::size_t glyphCount(const Reading &reading);
+
+} // namespace orvesa

@@ -1,0 +1,21 @@
+#pragma once
+
+// A segment of writing made ready for the recognition engine: black on white, at full contrast, with a border, at the
+// size that the engine reads best. Pure; any thread.
+
+#include "Tools/Recognition/GrayImage.h"
+
+#include <QRect>
+
+namespace orvesa {
+
+/// How often the writing is enlarged for characters of that height. Captures of a screen with a high density are large
+/// already.
+[[nodiscard]] double enlargementFor(int textHeight);
+/// The same for the Chinese engine, which reads smaller characters better than enlarged ones.
+[[nodiscard]] double chineseEnlargementFor(int textHeight);
+
+/// `part` of the ink, which may reach beyond the image a little; `text` is the height of a full-size character.
+[[nodiscard]] GrayImage segmentImage(const GrayImage &ink, const QRect &part, int text, double enlargement);
+
+} // namespace orvesa
