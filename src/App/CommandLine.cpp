@@ -133,6 +133,13 @@ Request parseCommand(const QCommandLineParser &parser, qsizetype literalCount)
         }
         return command == "key"_L1 ? StoreCommandLine::parseKey(words) : StoreCommandLine::parseSettings(words);
     }
+    if (command == "recognize"_L1) {
+        if (const auto misplaced = misplacedOption(parser, command, {})) {
+            return *misplaced;
+        }
+        return words.size() == 1 ? Request(Recognize{words.first()})
+                                 : Request(UsageError{u"recognize takes the name of one image file"_s});
+    }
     QStringList allowed{providerOption, modelOption, thinkingOption};
     if (command == "translate"_L1) {
         allowed.append(toOption);
@@ -204,6 +211,7 @@ QString helpText()
       --mode MODE                       %1
   orvesa-translate prompt NAME [TEXT...]
                                         run a saved prompt on a text and print the answer
+  orvesa-translate recognize IMAGE      print the text in an image file
   orvesa-translate settings list        print every preference as KEY=VALUE
   orvesa-translate settings get KEY     print one, for example settings.targetLanguage or settings.model.openAI
   orvesa-translate settings set KEY VALUE

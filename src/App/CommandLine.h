@@ -76,13 +76,18 @@ struct Key {
     std::optional<AIProviderType> provider; ///< absent for status
     bool operator==(const Key &) const = default;
 };
+struct Recognize {
+    QString imagePath;
+    bool operator==(const Recognize &) const = default;
+};
 struct UsageError {
     QString message; ///< one English line
     bool operator==(const UsageError &) const = default;
 };
 
 using Request =
-    std::variant<StartUtility, ShowVersion, ShowHelp, Perform, Translate, Polish, Prompt, Settings, Key, UsageError>;
+    std::variant<StartUtility, ShowVersion, ShowHelp, Perform, Translate, Polish, Prompt, Settings, Key, Recognize,
+                 UsageError>;
 
 /// `arguments` without the program's name.
 [[nodiscard]] Request parse(const QStringList &arguments);

@@ -4,6 +4,7 @@
 #include "App/BuildIdentity.h"
 #include "App/CommandRunner.h"
 #include "App/KeyCommand.h"
+#include "App/RecognizeCommand.h"
 #include "App/SecretInput.h"
 #include "App/Services.h"
 #include "App/SettingsCommand.h"
@@ -125,6 +126,7 @@ struct Utility {
     void warmUp()
     {
         addCertificateAuthorities();
+        OCRService::removeLeftovers();
         QSslSocket::supportsSsl();
         desktop.warmUp();
         panel.prepare();
@@ -204,11 +206,15 @@ ExitCode runCommand(int &argc, char **argv, const CommandLine::Request &request)
     Services services(desktop.userDefaults(), desktop.preferredLanguages(), desktop.keyStore());
     const CommandRunner runner(services.settings, services.providers);
     const KeyCommand keyCommand(services.keychain, SecretInput::read);
+    ToolTextRecognition recognition(toolBesideProgram(u"orvesa-recognize"_s));
+    const RecognizeCommand recognizeCommand(recognition);
     ExitCode result = ExitCode::failure;
     QTimer::singleShot(std::chrono::milliseconds::zero(), &application, [&] {
         (void)Job::start([&](std::stop_token) -> QCoro::Task<void> {
             if (const auto *key = std::get_if<CommandLine::Key>(&request)) {
                 result = co_await keyCommand.run(*key);
+            } else if (const auto *recognize = std::get_if<CommandLine::Recognize>(&request)) {
+                result = co_await recognizeCommand.run(*recognize);
             } else {
                 result = co_await runner.run(request);
             }

@@ -117,7 +117,7 @@ QCoro::Task<void> TranslationCoordinator::recognizeAndGenerate(Weak self, std::s
     std::optional<AppError> failure;
     std::optional<QString> text;
     try {
-        text = co_await self->m_with.ocrService.captureAndRecognizeText();
+        text = co_await self->m_with.ocrService.captureAndRecognizeText(stop);
     } catch (const std::exception &error) {
         failure = mapToAppError(error);
     }

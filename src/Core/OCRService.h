@@ -11,6 +11,7 @@
 #include <QString>
 
 #include <optional>
+#include <stop_token>
 
 namespace orvesa {
 
@@ -18,9 +19,12 @@ class OCRService final {
 public:
     OCRService(ScreenCapturePort &capture, TextRecognitionPort &recognition);
 
-    /// The recognised text, never blank; nothing when the user cancelled. Throws AppError: ocrCaptureFailed or
-    /// ocrNoTextFound. The screenshot's file is gone when the operation ends, however it ends.
-    [[nodiscard]] QCoro::Task<std::optional<QString>> captureAndRecognizeText();
+    /// The recognised text, never blank; nothing when the user cancelled or a stop was requested. Throws AppError:
+    /// ocrCaptureFailed or ocrNoTextFound. The screenshot's file is gone when the operation ends, however it ends.
+    [[nodiscard]] QCoro::Task<std::optional<QString>> captureAndRecognizeText(std::stop_token stop = {});
+
+    /// Removes the screenshots of an earlier run that was killed in the middle. For the start, before any capture.
+    static void removeLeftovers();
 
 private:
     ScreenCapturePort &m_capture;

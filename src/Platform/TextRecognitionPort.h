@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <stop_token>
 
 namespace orvesa {
 
@@ -15,9 +16,13 @@ class TextRecognitionPort {
 public:
     virtual ~TextRecognitionPort() = default;
 
-    /// The recognised lines of the image file in reading order; nothing when the file is no readable image or the
-    /// recognition failed.
-    [[nodiscard]] virtual QCoro::Task<std::optional<QStringList>> recognize(QString imagePath) = 0;
+    /// An image is about to come: what takes time to load may be loaded now.
+    virtual void prepare() = 0;
+
+    /// The recognised lines of the image file in reading order; nothing when the file is no readable image, the
+    /// recognition failed, or a stop was requested, which ends it.
+    [[nodiscard]] virtual QCoro::Task<std::optional<QStringList>> recognize(QString imagePath,
+                                                                            std::stop_token stop) = 0;
 };
 
 } // namespace orvesa

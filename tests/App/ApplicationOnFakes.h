@@ -28,7 +28,7 @@ namespace orvesa {
 /// A screenshot tool that the user leaves, or that writes a file for the recognition to read.
 class FakeScreen final : public ScreenCapturePort, public TextRecognitionPort {
 public:
-    QCoro::Task<bool> captureInteractively(QString outputPath) override
+    QCoro::Task<bool> captureInteractively(QString outputPath, std::stop_token) override
     {
         if (starts && captures) {
             QFile file(outputPath);
@@ -38,7 +38,8 @@ public:
         co_return starts;
     }
 
-    QCoro::Task<std::optional<QStringList>> recognize(QString) override { co_return lines; }
+    void prepare() override {}
+    QCoro::Task<std::optional<QStringList>> recognize(QString, std::stop_token) override { co_return lines; }
 
     bool starts = true;
     bool captures = true;

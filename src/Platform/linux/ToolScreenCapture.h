@@ -11,7 +11,7 @@ public:
     /// `executable` is an absolute path.
     explicit ToolScreenCapture(QString executable);
 
-    [[nodiscard]] QCoro::Task<bool> captureInteractively(QString outputPath) override;
+    [[nodiscard]] QCoro::Task<bool> captureInteractively(QString outputPath, std::stop_token stop) override;
 
 private:
     QString m_executable;

@@ -6,22 +6,39 @@
 #include "Platform/TextRecognitionPort.h"
 
 #include <chrono>
+#include <memory>
 
 namespace orvesa {
 
+class RecognitionWorker;
+
 class ToolTextRecognition final : public TextRecognitionPort {
 public:
-    /// A screen full of text takes seconds; what takes longer than this has run away.
-    static constexpr std::chrono::milliseconds defaultBound = std::chrono::seconds(60);
+    struct Bounds {
+        std::chrono::milliseconds keep = std::chrono::minutes(1); ///< of a worker with nothing to do
+        std::chrono::milliseconds least = std::chrono::seconds(20);
+        /// More for each million pixels. A screen full of text takes a few seconds; what takes much longer has run
+        /// away.
+        std::chrono::milliseconds forMillionPixels = std::chrono::seconds(10);
+    };
 
     /// `executable` is an absolute path.
-    explicit ToolTextRecognition(QString executable, std::chrono::milliseconds bound = defaultBound);
+    explicit ToolTextRecognition(QString executable);
+    ToolTextRecognition(QString executable, Bounds bounds);
+    ~ToolTextRecognition() override;
 
-    [[nodiscard]] QCoro::Task<std::optional<QStringList>> recognize(QString imagePath) override;
+    void prepare() override;
+    [[nodiscard]] QCoro::Task<std::optional<QStringList>> recognize(QString imagePath, std::stop_token stop) override;
+
+    /// The process that is kept; 0 for none.
+    [[nodiscard]] qint64 workerProcess() const;
 
 private:
+    RecognitionWorker &worker();
+
     QString m_executable;
-    std::chrono::milliseconds m_bound;
+    Bounds m_bounds;
+    std::unique_ptr<RecognitionWorker> m_worker;
 };
 
 } // namespace orvesa

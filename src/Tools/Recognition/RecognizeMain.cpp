@@ -49,6 +49,8 @@ int serve()
     ::prctl(PR_SET_PDEATHSIG, SIGTERM);
     ::signal(SIGPIPE, SIG_IGN);
     EnginePool pool;
+    pool.waitUntilLoaded();
+    complainAboutMissing(pool);
     return RecognitionServer(STDIN_FILENO, STDOUT_FILENO, pool).serve() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
