@@ -3,8 +3,8 @@
 // The desktop's secret store (GNOME Keyring, KWallet, KeePassXC) through libsecret.
 //
 // Main thread; every operation is asynchronous and ends within its bound. Items carry the attributes "service" and
-// "account"; others, and the schema, are ignored when searching. New items go to the user's default collection, never
-// to the one that is forgotten at logout. A locked collection is unlocked through the desktop's own prompt.
+// "account"; others, and the schema, are ignored when searching. New items go to the user's default collection; where
+// there is none, the store makes one. A locked collection is unlocked through the desktop's own prompt.
 // Construction is free: the library is loaded and the bus is used at the first operation or at warmUp(). No bus is ever
 // started. An operation that is running when the object is destroyed is cancelled and still ends with a status.
 
@@ -19,7 +19,7 @@ class SecretServiceSession;
 
 struct SecretServiceBounds {
     std::chrono::milliseconds answer{5000};   ///< for a store that does not answer
-    std::chrono::milliseconds prompt{120000}; ///< while the desktop's prompt is open
+    std::chrono::milliseconds prompt{120000}; ///< for one that is alive while it may be showing a prompt
 };
 
 class SecretServiceKeyStore final : public KeyStorePort {

@@ -1,6 +1,6 @@
 #include "Platform/linux/SecretServiceSession.h"
 
-#include "Platform/linux/SecretServiceOperation.h"
+#include "Platform/linux/SecretServiceConversation.h"
 
 #include <utility>
 
@@ -11,24 +11,24 @@ SecretServiceSession::SecretServiceSession(QString productName, SecretServiceBou
 {
 }
 
-void SecretServiceSession::add(SecretServiceOperation &operation)
+void SecretServiceSession::add(SecretServiceConversation &conversation)
 {
-    m_operations.insert(&operation);
+    m_conversations.insert(&conversation);
 }
 
-void SecretServiceSession::remove(SecretServiceOperation &operation)
+void SecretServiceSession::remove(SecretServiceConversation &conversation)
 {
-    m_operations.erase(&operation);
+    m_conversations.erase(&conversation);
 }
 
 void SecretServiceSession::close()
 {
     m_isClosed = true;
-    while (!m_operations.empty()) {
+    while (!m_conversations.empty()) {
         // Taken out first: ending it resumes its job, which removes it or begins nothing new.
-        SecretServiceOperation *const operation = *m_operations.begin();
-        m_operations.erase(m_operations.begin());
-        operation->abandon(KeyStoreStatus::userCanceled);
+        SecretServiceConversation *const conversation = *m_conversations.begin();
+        m_conversations.erase(m_conversations.begin());
+        conversation->abandon(KeyStoreStatus::userCanceled);
     }
 }
 

@@ -10,7 +10,7 @@
 
 namespace orvesa {
 
-class SecretServiceOperation;
+class SecretServiceConversation;
 
 class SecretServiceSession final {
 public:
@@ -19,8 +19,8 @@ public:
     [[nodiscard]] const QString &productName() const { return m_productName; }
     [[nodiscard]] const SecretServiceBounds &bounds() const { return m_bounds; }
 
-    void add(SecretServiceOperation &operation);
-    void remove(SecretServiceOperation &operation);
+    void add(SecretServiceConversation &conversation);
+    void remove(SecretServiceConversation &conversation);
     /// Ends what runs, and whatever would begin after this.
     void close();
     [[nodiscard]] bool isClosed() const { return m_isClosed; }
@@ -29,7 +29,7 @@ private:
     QString m_productName;
     SecretServiceBounds m_bounds;
     bool m_isClosed = false;
-    std::set<SecretServiceOperation *> m_operations;
+    std::set<SecretServiceConversation *> m_conversations;
 };
 
 } // namespace orvesa
