@@ -18,7 +18,7 @@ WrappingLabel::WrappingLabel(const QFont &font, QWidget *parent) : QLabel(parent
     setTextFormat(Qt::PlainText);
     setFont(font);
     setWordWrap(true);
-    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
 }

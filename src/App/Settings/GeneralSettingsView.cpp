@@ -23,8 +23,6 @@ namespace orvesa {
 
 namespace {
 
-constexpr int noteWidth = 420;
-
 /// Each language in its own words, so that somebody who landed in the wrong one finds the way back.
 QString ownName(AppLanguage language)
 {
@@ -68,9 +66,11 @@ void nameControl(QLabel &caption, QWidget &control, L10nKey key)
 } // namespace
 
 GeneralSettingsView::GeneralSettingsView(SettingsServices services, QWidget *parent)
-    : QWidget(parent), m_services(std::move(services)), m_generalCard(makeGeneralCard()),
-      m_requestsCard(makeRequestsCard()), m_permissionsCard(makePermissionsCard())
+    : QWidget(parent), m_services(std::move(services))
 {
+    m_generalCard = makeGeneralCard();
+    m_requestsCard = makeRequestsCard();
+    m_permissionsCard = makePermissionsCard();
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(Style::contentMargin);
@@ -117,7 +117,6 @@ SettingsCard *GeneralSettingsView::makeRequestsCard()
     card->addRow(m_thinkingCaption, m_thinking);
     m_thinkingNote = new WrappingLabel(Style::statusFont(), card);
     m_thinkingNote->setForegroundRole(QPalette::PlaceholderText);
-    m_thinkingNote->setMaximumWidth(noteWidth);
     card->addSpacing(-Style::spacing);
     card->addText(m_thinkingNote);
     return card;
@@ -131,7 +130,7 @@ SettingsCard *GeneralSettingsView::makePermissionsCard()
     row->setContentsMargins(Style::focusRingWidth, 0, 0, 0);
     m_permission = new StatusLabel(Style::controlFont(), permission);
     m_openSystemSettings = new TextButton(TextButton::Look::bordered, permission);
-    row->addWidget(m_permission, 1);
+    row->addWidget(m_permission, 1, Qt::AlignVCenter);
     row->addWidget(m_openSystemSettings);
     card->addControl(permission);
     return card;

@@ -46,12 +46,12 @@ private:
     void refreshPermission();
 
     SettingsServices m_services;
-    SettingsCard *m_generalCard;
+    SettingsCard *m_generalCard = nullptr;
     QLabel *m_languageCaption = nullptr;
     Picker *m_language = nullptr;
     QLabel *m_themeCaption = nullptr;
     std::vector<ThemeSwatch *> m_themes;
-    SettingsCard *m_requestsCard;
+    SettingsCard *m_requestsCard = nullptr;
     QLabel *m_providerCaption = nullptr;
     Picker *m_provider = nullptr;
     QLabel *m_targetCaption = nullptr;
@@ -61,7 +61,7 @@ private:
     QLabel *m_thinkingCaption = nullptr;
     Switch *m_thinking = nullptr;
     WrappingLabel *m_thinkingNote = nullptr;
-    SettingsCard *m_permissionsCard;
+    SettingsCard *m_permissionsCard = nullptr;
     StatusLabel *m_permission = nullptr;
     TextButton *m_openSystemSettings = nullptr;
 };

@@ -61,13 +61,13 @@ void HotKeyRow::refresh()
     m_reset->setDescription(ShortcutsSettingsViewModel::resetHelp(m_action));
     m_reset->setAccessibleDescription(m_title->text());
     m_reset->setSymbolOpacity(m_model.isCustomized(m_action) ? 1 : faintOpacity);
-    m_recorder->setAccent(palette().color(QPalette::Highlight));
+    m_recorder->setAccent(palette().color(QPalette::Link));
 }
 
 void HotKeyRow::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::PaletteChange && m_reset != nullptr) {
-        m_recorder->setAccent(palette().color(QPalette::Highlight));
+        m_recorder->setAccent(palette().color(QPalette::Link));
     }
     QWidget::changeEvent(event);
 }

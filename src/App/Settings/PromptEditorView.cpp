@@ -112,7 +112,7 @@ void PromptEditorView::refreshTexts()
     m_removeShortcut->setAccessibleDescription(m_shortcutCaption->text());
     m_cancel->setText(Localization::string(L10nKey::btnCancel));
     m_save->setText(Localization::string(L10nKey::btnSave));
-    m_recorder->setAccent(palette().color(QPalette::Highlight));
+    m_recorder->setAccent(palette().color(QPalette::Link));
 }
 
 void PromptEditorView::refreshHotKey()
@@ -129,7 +129,7 @@ void PromptEditorView::refreshFeedback()
 void PromptEditorView::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::PaletteChange && m_save != nullptr) {
-        m_recorder->setAccent(palette().color(QPalette::Highlight));
+        m_recorder->setAccent(palette().color(QPalette::Link));
     }
     SettingsCard::changeEvent(event);
 }

@@ -99,6 +99,7 @@ void ProviderSettingsSection::buildHeader(const SettingsServices &services)
     connect(m_getKey, &QAbstractButton::clicked, this,
             [&workspace = services.workspace, address] { workspace.open(address); });
     m_keySaved = new StatusLabel(Style::statusFont(), header, u"checkmark.seal.fill"_s);
+    m_keySaved->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
     row->addWidget(name);
     row->addWidget(m_getKey);
     row->addStretch();

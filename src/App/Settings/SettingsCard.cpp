@@ -17,7 +17,7 @@ constexpr int smallestRow = 28;
 SettingsCard::SettingsCard(QWidget *parent)
     : QWidget(parent), m_title(makePlainLabel(Style::headlineFont(), this)), m_content(new QVBoxLayout(this))
 {
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Minimum);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     constexpr int side = Style::cardPadding - outset;
     m_content->setContentsMargins(side, Style::cardPadding, side, Style::cardPadding);
     m_content->setSpacing(spacing - 2 * outset);

@@ -36,6 +36,7 @@ SettingsView::SettingsView(SettingsServices services, ProviderKeyStatus &keyStat
     setFixedSize(viewWidth, viewHeight);
     // Whoever opens the window with the mouse sees no focus ring until the Tab key asks for one.
     setFocusPolicy(Qt::ClickFocus);
+    setFocus(Qt::OtherFocusReason);
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);

@@ -1,0 +1,120 @@
+#include "App/Settings/ProviderKeyStatus.h"
+
+#include "AI/AIProviderType.h"
+#include "App/SettingsFixture.h"
+#include "fakes/SignalCount.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace orvesa {
+namespace {
+
+class ProviderKeyStatusTest : public testing::Test, protected SettingsOnFakes {};
+
+TEST_F(ProviderKeyStatusTest, KnowsThatThereIsNoKey)
+{
+    const ProviderKeyStatus status(keychain);
+    EXPECT_FALSE(status.hasAnyKey());
+    EXPECT_TRUE(status.hasNoKey());
+}
+
+TEST_F(ProviderKeyStatusTest, FindsAKeyOfAnyService)
+{
+    keyStore.setItem(u"current"_s, u"xai_api_key"_s, "secret");
+    const ProviderKeyStatus status(keychain);
+    EXPECT_TRUE(status.hasAnyKey());
+    EXPECT_FALSE(status.hasNoKey());
+}
+
+TEST_F(ProviderKeyStatusTest, IgnoresAnEmptyKey)
+{
+    keyStore.setItem(u"current"_s, u"openai_api_key"_s, "");
+    const ProviderKeyStatus status(keychain);
+    EXPECT_FALSE(status.hasAnyKey());
+    EXPECT_TRUE(status.hasNoKey());
+}
+
+TEST_F(ProviderKeyStatusTest, CarriesEveryEarlierKeyForward)
+{
+    keyStore.setItem(u"second-legacy"_s, u"gemini_api_key"_s, "old");
+    keyStore.setItem(u"first-legacy"_s, u"xai_api_key"_s, "older");
+    const ProviderKeyStatus status(keychain);
+    EXPECT_TRUE(status.hasAnyKey());
+    EXPECT_EQ(keyStore.item(u"current"_s, u"gemini_api_key"_s), QByteArray("old"));
+    EXPECT_EQ(keyStore.item(u"current"_s, u"xai_api_key"_s), QByteArray("older"));
+}
+
+TEST_F(ProviderKeyStatusTest, ReadsTheServicesInTheirOrder)
+{
+    const ProviderKeyStatus status(keychain);
+    QStringList accounts;
+    for (const FakeKeyStore::Call &call : keyStore.calls()) {
+        if (call.service == u"current"_s) {
+            accounts.append(call.account);
+        }
+    }
+    EXPECT_EQ(accounts,
+              (QStringList{u"openai_api_key"_s, u"gemini_api_key"_s, u"anthropic_api_key"_s, u"xai_api_key"_s}));
+}
+
+TEST_F(ProviderKeyStatusTest, TellsOfChangesOnly)
+{
+    ProviderKeyStatus status(keychain);
+    const SignalCount changes(&status, &ProviderKeyStatus::changed);
+    status.refresh();
+    EXPECT_EQ(changes.size(), 0);
+    keyStore.setItem(u"current"_s, u"openai_api_key"_s, "secret");
+    status.refresh();
+    EXPECT_EQ(changes.size(), 1);
+    EXPECT_TRUE(status.hasAnyKey());
+}
+
+TEST_F(ProviderKeyStatusTest, IsUnknownUntilTheKeyStoreAnswers)
+{
+    keyStore.gate().close();
+    const ProviderKeyStatus status(keychain);
+    EXPECT_FALSE(status.hasAnyKey());
+    EXPECT_FALSE(status.hasNoKey());
+    EXPECT_TRUE(status.isRefreshing());
+    keyStore.gate().open();
+    EXPECT_TRUE(status.hasNoKey());
+    EXPECT_FALSE(status.isRefreshing());
+}
+
+TEST_F(ProviderKeyStatusTest, ForgetsWhatAnEarlierRefreshFindsOut)
+{
+    keyStore.gate().close();
+    ProviderKeyStatus status(keychain);
+    const SignalCount changes(&status, &ProviderKeyStatus::changed);
+    status.refresh();
+    keyStore.setItem(u"current"_s, u"openai_api_key"_s, "secret");
+    keyStore.gate().open();
+    EXPECT_TRUE(status.hasAnyKey());
+    EXPECT_EQ(changes.size(), 1);
+    EXPECT_FALSE(status.isRefreshing());
+}
+
+TEST_F(ProviderKeyStatusTest, ReadsALockedOrMissingStoreAsNoKey)
+{
+    keyStore.setItem(u"current"_s, u"openai_api_key"_s, "secret");
+    for (const qint32 refusal :
+         {KeyStoreStatus::userCanceled, KeyStoreStatus::notAvailable, KeyStoreStatus::interactionNotAllowed}) {
+        keyStore.setStatus(FakeKeyStore::Operation::copyMatching, refusal);
+        const ProviderKeyStatus status(keychain);
+        EXPECT_TRUE(status.hasNoKey());
+    }
+}
+
+TEST_F(ProviderKeyStatusTest, MayGoWhileTheKeyStoreIsAsked)
+{
+    keyStore.gate().close();
+    auto status = std::make_unique<ProviderKeyStatus>(keychain);
+    status.reset();
+    keyStore.gate().open();
+    EXPECT_EQ(keyStore.calls().size(), 3U); // one account in three services, and no further one
+}
+
+} // namespace
+} // namespace orvesa
