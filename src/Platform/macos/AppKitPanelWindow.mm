@@ -1,0 +1,66 @@
+#include "Platform/macos/AppKitPanelWindow.h"
+
+#import <AppKit/AppKit.h>
+
+#include <QEvent>
+#include <QWindow>
+
+namespace orvesa {
+
+namespace {
+
+NSWindow *nativeWindow(const QWindow &window)
+{
+    // On macOS a window's identifier is its view, lent for as long as the window lives.
+    const auto *const view = (__bridge NSView *)reinterpret_cast<void *>(window.winId());
+    return view.window;
+}
+
+void setChrome(NSWindow *window)
+{
+    window.styleMask = NSWindowStyleMaskTitled | NSWindowStyleMaskClosable | NSWindowStyleMaskUtilityWindow |
+                       NSWindowStyleMaskNonactivatingPanel | NSWindowStyleMaskFullSizeContentView;
+    window.titleVisibility = NSWindowTitleHidden;
+    window.titlebarAppearsTransparent = YES;
+    window.movableByWindowBackground = YES;
+    for (const NSWindowButton button : {NSWindowMiniaturizeButton, NSWindowZoomButton, NSWindowCloseButton}) {
+        [window standardWindowButton:button].hidden = YES;
+    }
+}
+
+void setFloating(NSWindow *window)
+{
+    if ([window isKindOfClass:[NSPanel class]]) {
+        auto *const panel = static_cast<NSPanel *>(window);
+        panel.floatingPanel = YES;
+        panel.becomesKeyOnlyIfNeeded = YES;
+    }
+    window.level = NSFloatingWindowLevel;
+    window.collectionBehavior =
+        NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorFullScreenAuxiliary;
+    window.hidesOnDeactivate = NO;
+    window.releasedWhenClosed = NO;
+}
+
+} // namespace
+
+void AppKitPanelWindow::makePanel(QWindow &window)
+{
+    NSWindow *const native = nativeWindow(window);
+    setChrome(native);
+    setFloating(native);
+    window.removeEventFilter(this);
+    window.installEventFilter(this);
+}
+
+bool AppKitPanelWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    auto *const window = qobject_cast<QWindow *>(watched);
+    if (window != nullptr && event->type() == QEvent::Expose && window->isExposed()) {
+        // Qt orders it front, which counts only within the active application.
+        [nativeWindow(*window) orderFrontRegardless];
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace orvesa
