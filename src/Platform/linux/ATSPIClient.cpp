@@ -105,6 +105,7 @@ std::vector<std::optional<QVariantList>> ATSPIClient::send(const std::vector<Cal
             QDBusMessage::createMethodCall(call.object.busName, call.object.path, call.interface, call.method);
         message.setArguments(call.arguments);
         message.setAutoStartService(false);
+        ++m_calls;
         pending.emplace_back(m_bus.asyncCall(message, static_cast<int>(bound.count())));
     }
     std::vector<std::optional<QVariantList>> answers;
@@ -131,11 +132,21 @@ std::optional<QVariantList> ATSPIClient::answerTo(const QDBusPendingCall &pendin
     return std::nullopt;
 }
 
+ATSPIClient::Call ATSPIClient::propertyCall(const ATSPIReference &object, const QString &interface, const QString &name)
+{
+    return {object, u"org.freedesktop.DBus.Properties"_s, u"Get"_s, {"org.a11y.atspi."_L1 + interface, name}};
+}
+
+std::vector<ATSPIReference> ATSPIClient::referencesIn(const std::optional<QVariantList> &answer)
+{
+    const auto list = listIn<ATSPIReference>(answer, u"a(so)"_s);
+    return {list.begin(), list.end()};
+}
+
 std::optional<QVariant> ATSPIClient::property(const ATSPIReference &object, const QString &interface,
                                               const QString &name)
 {
-    const auto answer =
-        send(Call{object, u"org.freedesktop.DBus.Properties"_s, u"Get"_s, {"org.a11y.atspi."_L1 + interface, name}});
+    const auto answer = send(propertyCall(object, interface, name));
     if (!answer || answer->isEmpty()) {
         return std::nullopt;
     }
@@ -144,8 +155,7 @@ std::optional<QVariant> ATSPIClient::property(const ATSPIReference &object, cons
 
 std::vector<ATSPIReference> ATSPIClient::children(const ATSPIReference &object)
 {
-    const auto list = listIn<ATSPIReference>(call(object, accessible(), u"GetChildren"_s), u"a(so)"_s);
-    return {list.begin(), list.end()};
+    return referencesIn(call(object, accessible(), u"GetChildren"_s));
 }
 
 ATSPIStateSet ATSPIClient::states(const ATSPIReference &object)

@@ -31,7 +31,7 @@ struct ATSPIReference {
 const QDBusArgument &operator>>(const QDBusArgument &argument, ATSPIReference &reference);
 
 /// Bits of a state set.
-enum class ATSPIState { active = 1, focused = 12, showing = 25, managesDescendants = 31 };
+enum class ATSPIState { active = 1, enabled = 8, focused = 12, sensitive = 24, showing = 25, managesDescendants = 31 };
 
 /// Roles by their numbers in the protocol.
 namespace ATSPIRole {
@@ -78,6 +78,17 @@ public:
                                                    const QString &method, const QVariantList &arguments = {});
     /// Several calls at once, which together take about as long as one. An answer, or nothing, for each.
     [[nodiscard]] std::vector<std::optional<QVariantList>> callTogether(const std::vector<Call> &calls);
+    /// The same for calls with their interfaces' full names.
+    [[nodiscard]] std::vector<std::optional<QVariantList>> sendTogether(const std::vector<Call> &calls)
+    {
+        return send(calls);
+    }
+    /// The call that asks for a property, with its full name. Its answer holds one QDBusVariant.
+    [[nodiscard]] static Call propertyCall(const ATSPIReference &object, const QString &interface, const QString &name);
+    /// What a call of GetChildren answered.
+    [[nodiscard]] static std::vector<ATSPIReference> referencesIn(const std::optional<QVariantList> &answer);
+    /// How many calls were made so far.
+    [[nodiscard]] std::size_t callCount() const { return m_calls; }
     /// A property's value.
     [[nodiscard]] std::optional<QVariant> property(const ATSPIReference &object, const QString &interface,
                                                    const QString &name);
@@ -106,6 +117,7 @@ private:
     QDBusConnection m_bus;
     std::chrono::nanoseconds m_left = totalBound;
     std::set<QString> m_silent;
+    std::size_t m_calls = 0;
 };
 
 } // namespace orvesa

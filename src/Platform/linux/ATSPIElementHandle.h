@@ -4,9 +4,11 @@
 
 #include "Platform/AccessibilityElementsPort.h"
 #include "Platform/linux/ATSPIClient.h"
+#include "Platform/linux/ATSPIMenus.h"
 
 #include <memory>
 #include <variant>
+#include <vector>
 
 namespace orvesa {
 
@@ -16,7 +18,21 @@ public:
     struct Application {
         qint64 processIdentifier = 0;
     };
-    using Target = std::variant<SystemWide, Application, ATSPIReference>;
+    /// An element that no program has: a menu bar with what macOS has in front of a program's own menus, or a menu
+    /// for a command that is in none.
+    struct Made {
+        std::vector<AccessibilityElement> children;
+    };
+    /// One of an element's own commands, as an item of a menu.
+    struct Command {
+        ATSPIReference element;
+        int action = 0;
+    };
+    /// A terminal that is not on the accessibility bus, as the element that has the focus.
+    struct Terminal {
+        qint64 processIdentifier = 0;
+    };
+    using Target = std::variant<SystemWide, Application, ATSPIReference, ATSPIMenuItem, Made, Command, Terminal>;
 
     /// Elements reached from one another share the client and so its budget of waiting time.
     ATSPIElementHandle(Target target, std::shared_ptr<ATSPIClient> client);

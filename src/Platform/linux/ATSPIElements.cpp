@@ -3,10 +3,12 @@
 #include "Platform/linux/ATSPIElementHandle.h"
 #include "Platform/linux/ATSPIFocus.h"
 #include "Platform/linux/ATSPISelection.h"
+#include "Platform/linux/X11TerminalSelection.h"
 
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace orvesa {
@@ -27,7 +29,10 @@ AccessibilityElement element(ATSPIElementHandle::Target target, ATSPIBus &bus)
 
 } // namespace
 
-ATSPIElements::ATSPIElements(ATSPIBus &bus, const WorkspacePort &workspace) : m_bus(bus), m_workspace(workspace) {}
+ATSPIElements::ATSPIElements(ATSPIBus &bus, const WorkspacePort &workspace, X11TerminalSelection *terminals)
+    : m_bus(bus), m_workspace(workspace), m_terminals(terminals)
+{
+}
 
 ATSPIElements::~ATSPIElements() = default;
 
@@ -46,6 +51,12 @@ const std::map<QString, ATSPIElements::Reader> &ATSPIElements::readers()
     static const std::map<QString, Reader> table{
         {u"AXFocusedUIElement"_s, &ATSPIElements::focusedElement},
         {u"AXSelectedText"_s, &ATSPIElements::selectedText},
+        {u"AXMenuBar"_s, &ATSPIElements::menuBar},
+        {u"AXChildren"_s, &ATSPIElements::children},
+        {u"AXIdentifier"_s, &ATSPIElements::identifier},
+        {u"AXMenuItemCmdChar"_s, &ATSPIElements::commandCharacter},
+        {u"AXMenuItemCmdModifiers"_s, &ATSPIElements::commandModifiers},
+        {u"AXEnabled"_s, &ATSPIElements::isEnabled},
     };
     return table;
 }
@@ -64,11 +75,20 @@ bool ATSPIElements::performAction(const AccessibilityElement &element, const QSt
 {
     // AT-SPI names an element's one main action as its toolkit likes ("click", "Press", "activate"); it comes first.
     const auto *const handle = dynamic_cast<const ATSPIElementHandle *>(element.get());
-    const auto *const reference = handle == nullptr ? nullptr : std::get_if<ATSPIReference>(&handle->target());
-    if (reference == nullptr || action != "AXPress"_L1) {
+    if (handle == nullptr || action != "AXPress"_L1) {
         return false;
     }
-    const auto answer = handle->client()->call(*reference, u"Action"_s, u"DoAction"_s, {0});
+    ATSPIElementHandle::Command command;
+    if (const auto *const given = std::get_if<ATSPIElementHandle::Command>(&handle->target())) {
+        command = *given;
+    } else if (const auto *const item = std::get_if<ATSPIMenuItem>(&handle->target())) {
+        command.element = item->element;
+    } else if (const auto *const reference = std::get_if<ATSPIReference>(&handle->target())) {
+        command.element = *reference;
+    } else {
+        return false;
+    }
+    const auto answer = handle->client()->call(command.element, u"Action"_s, u"DoAction"_s, {command.action});
     return answer && !answer->isEmpty() && answer->constFirst().toBool();
 }
 
@@ -84,6 +104,10 @@ AccessibilityValue ATSPIElements::focusedElement(const ATSPIElementHandle &eleme
         return {};
     }
     const auto focused = focusedElement(*process, *element.client());
+    if (!focused && m_terminals != nullptr && !m_applications.contains(*process) && m_terminals->isTerminal(*process)) {
+        return AccessibilityElement(
+            std::make_shared<ATSPIElementHandle>(ATSPIElementHandle::Terminal{*process}, element.client()));
+    }
     if (!focused) {
         return {};
     }
@@ -112,12 +136,122 @@ std::optional<ATSPIReference> ATSPIElements::focusedElement(qint64 processIdenti
 
 AccessibilityValue ATSPIElements::selectedText(const ATSPIElementHandle &element)
 {
+    if (const auto *const terminal = std::get_if<ATSPIElementHandle::Terminal>(&element.target())) {
+        auto text = m_terminals->text(terminal->processIdentifier);
+        return text ? AccessibilityValue(*std::move(text)) : AccessibilityValue();
+    }
     const auto *const reference = std::get_if<ATSPIReference>(&element.target());
     if (reference == nullptr) {
         return {};
     }
     auto text = ATSPISelection(*element.client()).read(*reference);
     return text ? AccessibilityValue(*std::move(text)) : AccessibilityValue();
+}
+
+AccessibilityValue ATSPIElements::menuBar(const ATSPIElementHandle &element)
+{
+    const auto *const process = std::get_if<ATSPIElementHandle::Application>(&element.target());
+    if (process == nullptr || process->processIdentifier == QCoreApplication::applicationPid()) {
+        return {};
+    }
+    const std::shared_ptr<ATSPIClient> &client = element.client();
+    const auto made = [&client](std::vector<AccessibilityElement> children) {
+        return AccessibilityElement(
+            std::make_shared<ATSPIElementHandle>(ATSPIElementHandle::Made{std::move(children)}, client));
+    };
+    // The focus, since its own command stands in for a menu; and it tells which window is the active one.
+    const auto focused = focusedElement(process->processIdentifier, *client);
+    const auto application = m_applications.find(process->processIdentifier);
+    if (application == m_applications.end() || !application->second.window) {
+        return {};
+    }
+    if (const auto bar = ATSPIMenus(*client).menuBar(*application->second.window)) {
+        // On macOS the system's menu and the program's own come before the first one here.
+        std::vector<AccessibilityElement> menus{made({}), made({})};
+        std::ranges::move(items(*bar, client), std::back_inserter(menus));
+        return menus.size() > 2 ? AccessibilityValue(made(std::move(menus))) : AccessibilityValue();
+    }
+    const auto action = focused ? ATSPIMenus(*client).copyAction(*focused) : std::nullopt;
+    if (!action) {
+        return {};
+    }
+    const auto command = std::make_shared<ATSPIElementHandle>(ATSPIElementHandle::Command{*focused, *action}, client);
+    return made({made({AccessibilityElement(command)})});
+}
+
+std::vector<AccessibilityElement> ATSPIElements::items(const ATSPIReference &menu,
+                                                       const std::shared_ptr<ATSPIClient> &client)
+{
+    std::vector<AccessibilityElement> elements;
+    for (ATSPIMenuItem &item : ATSPIMenus(*client).items(menu)) {
+        elements.push_back(std::make_shared<ATSPIElementHandle>(std::move(item), client));
+    }
+    return elements;
+}
+
+AccessibilityValue ATSPIElements::children(const ATSPIElementHandle &element)
+{
+    if (const auto *const made = std::get_if<ATSPIElementHandle::Made>(&element.target())) {
+        return made->children;
+    }
+    const auto *const item = std::get_if<ATSPIMenuItem>(&element.target());
+    if (item == nullptr || !item->hasChildren) {
+        return {};
+    }
+    return items(item->element, element.client());
+}
+
+AccessibilityValue ATSPIElements::identifier(const ATSPIElementHandle &element)
+{
+    // The identifier that macOS gives the copy command of every program.
+    const QString copy = u"copy:"_s;
+    if (std::holds_alternative<ATSPIElementHandle::Command>(element.target())) {
+        return copy;
+    }
+    const auto *const item = std::get_if<ATSPIMenuItem>(&element.target());
+    if (item == nullptr || item->identifier.isEmpty()) {
+        return {};
+    }
+    return item->isNamedCopy() ? copy : item->identifier;
+}
+
+AccessibilityValue ATSPIElements::commandCharacter(const ATSPIElementHandle &element)
+{
+    const auto *const item = std::get_if<ATSPIMenuItem>(&element.target());
+    return item != nullptr && item->accelerator ? AccessibilityValue(item->accelerator->character)
+                                                : AccessibilityValue();
+}
+
+AccessibilityValue ATSPIElements::commandModifiers(const ATSPIElementHandle &element)
+{
+    const auto *const item = std::get_if<ATSPIMenuItem>(&element.target());
+    return item != nullptr && item->accelerator ? AccessibilityValue(item->accelerator->modifiers)
+                                                : AccessibilityValue();
+}
+
+AccessibilityValue ATSPIElements::isEnabled(const ATSPIElementHandle &element)
+{
+    const auto *const item = std::get_if<ATSPIMenuItem>(&element.target());
+    return item != nullptr ? AccessibilityValue(ATSPIMenus(*element.client()).isEnabled(item->element))
+                           : AccessibilityValue();
+}
+
+bool ATSPIElements::isFocusNoTerminal(qint64 processIdentifier)
+{
+    auto connection = m_bus.connection();
+    if (!connection || processIdentifier == QCoreApplication::applicationPid()) {
+        return false;
+    }
+    ATSPIClient client(*std::move(connection));
+    const auto focused = focusedElement(processIdentifier, client);
+    if (!focused) {
+        return false;
+    }
+    // A terminal drawn by a web page is an ordinary text field to everybody.
+    const auto toolkit =
+        client.property({focused->busName, u"/org/a11y/atspi/accessible/root"_s}, u"Application"_s, u"ToolkitName"_s);
+    const auto role = client.role(*focused);
+    return toolkit && toolkit->toString() != "Chromium"_L1 && role && *role != ATSPIRole::terminal;
 }
 
 QString ATSPIElements::busName(qint64 processIdentifier, ATSPIClient &client)

@@ -17,11 +17,12 @@
 namespace orvesa {
 
 class ATSPIElementHandle;
+class X11TerminalSelection;
 
 class ATSPIElements final : public AccessibilityElementsPort {
 public:
-    /// Both must outlive this object.
-    ATSPIElements(ATSPIBus &bus, const WorkspacePort &workspace);
+    /// All must outlive this object. Without terminals, those that are not on the bus have no selection.
+    ATSPIElements(ATSPIBus &bus, const WorkspacePort &workspace, X11TerminalSelection *terminals = nullptr);
     ~ATSPIElements() override;
 
     [[nodiscard]] AccessibilityElement systemWide() override;
@@ -30,6 +31,8 @@ public:
                                                    const QString &attribute) override;
     bool performAction(const AccessibilityElement &element, const QString &action) override;
 
+    /// Whether the process' focused element is known, and is no terminal.
+    [[nodiscard]] bool isFocusNoTerminal(qint64 processIdentifier);
     /// Connects to the bus ahead of the first read.
     void warmUp();
 
@@ -40,11 +43,21 @@ private:
     [[nodiscard]] AccessibilityValue focusedElement(const ATSPIElementHandle &element);
     [[nodiscard]] std::optional<ATSPIReference> focusedElement(qint64 processIdentifier, ATSPIClient &client);
     [[nodiscard]] AccessibilityValue selectedText(const ATSPIElementHandle &element);
+    [[nodiscard]] AccessibilityValue menuBar(const ATSPIElementHandle &element);
+    [[nodiscard]] AccessibilityValue children(const ATSPIElementHandle &element);
+    [[nodiscard]] AccessibilityValue identifier(const ATSPIElementHandle &element);
+    [[nodiscard]] AccessibilityValue commandCharacter(const ATSPIElementHandle &element);
+    [[nodiscard]] AccessibilityValue commandModifiers(const ATSPIElementHandle &element);
+    [[nodiscard]] AccessibilityValue isEnabled(const ATSPIElementHandle &element);
+    /// Items of a menu or a menu bar.
+    [[nodiscard]] static std::vector<AccessibilityElement> items(const ATSPIReference &menu,
+                                                                 const std::shared_ptr<ATSPIClient> &client);
     /// The bus name of a process's application; empty when it is not on the accessibility bus.
     [[nodiscard]] QString busName(qint64 processIdentifier, ATSPIClient &client);
 
     ATSPIBus &m_bus;
     const WorkspacePort &m_workspace;
+    X11TerminalSelection *m_terminals;
     /// What is known of an application from its last read, so that the next one takes fewer questions.
     struct Application {
         QString busName;

@@ -14,6 +14,7 @@
 #include "Platform/linux/X11MouseMonitor.h"
 #include "Platform/linux/X11PanelWindow.h"
 #include "Platform/linux/X11Pasteboard.h"
+#include "Platform/linux/X11TerminalSelection.h"
 #include "Platform/linux/X11Workspace.h"
 
 #include <optional>
@@ -25,8 +26,9 @@ namespace orvesa {
 struct LinuxDesktop::Adapters {
     Adapters(QString identifier, QString productName)
         : userDefaults(std::move(identifier)), keyStore(std::move(productName)), workspace(x11), bus(x11), hotKeys(x11),
-          mouseMonitor(x11), panelWindow(x11), elements(bus, workspace),
-          keyboardEvents(captureConnection, [](qint64) { return false; }), pasteboard(captureConnection)
+          mouseMonitor(x11), panelWindow(x11), terminals(captureConnection), elements(bus, workspace, &terminals),
+          keyboardEvents(captureConnection, [this](qint64 process) { return elements.isFocusNoTerminal(process); }),
+          pasteboard(captureConnection)
     {
     }
 
@@ -44,6 +46,7 @@ struct LinuxDesktop::Adapters {
     DesktopKeyMonitor keyMonitor;
     X11MouseMonitor mouseMonitor;
     X11PanelWindow panelWindow;
+    X11TerminalSelection terminals;
     ATSPIElements elements;
     X11KeyboardEvents keyboardEvents;
     X11Pasteboard pasteboard;

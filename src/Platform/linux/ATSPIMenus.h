@@ -1,0 +1,45 @@
+#pragma once
+
+// Menu bars of applications and what their items say about themselves. Main thread.
+
+#include "Platform/linux/ATSPIAccelerator.h"
+#include "Platform/linux/ATSPIClient.h"
+
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace orvesa {
+
+/// A menu or an item of one.
+struct ATSPIMenuItem {
+    ATSPIReference element{};
+    QString identifier{};
+    std::optional<ATSPIAccelerator> accelerator{};
+    bool hasChildren = false;
+
+    /// Whether the program itself calls it the copy command.
+    [[nodiscard]] bool isNamedCopy() const;
+};
+
+class ATSPIMenus final {
+public:
+    explicit ATSPIMenus(ATSPIClient &client);
+
+    /// The menu bar in the window, if the application has one whose items can be trusted to tell whether there is
+    /// something to copy.
+    [[nodiscard]] std::optional<ATSPIReference> menuBar(const ATSPIReference &window);
+    /// What is in a menu or a menu bar. Everything about all of them is asked for at once.
+    [[nodiscard]] std::vector<ATSPIMenuItem> items(const ATSPIReference &menu);
+    [[nodiscard]] bool isEnabled(const ATSPIReference &item);
+    /// The place of the element's own copy command among its actions.
+    [[nodiscard]] std::optional<int> copyAction(const ATSPIReference &element);
+
+private:
+    [[nodiscard]] bool isTrusted(const QString &busName);
+
+    ATSPIClient &m_client;
+};
+
+} // namespace orvesa
