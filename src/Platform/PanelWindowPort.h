@@ -2,8 +2,9 @@
 
 // What makes a top-level window a floating panel that never activates its application. Main thread.
 
-#include <QtGlobal>
+#include <QRect>
 
+QT_FORWARD_DECLARE_CLASS(QScreen)
 QT_FORWARD_DECLARE_CLASS(QWindow)
 
 namespace orvesa {
@@ -15,6 +16,14 @@ public:
     /// Gives a created but not yet shown window the panel's behaviour: above ordinary windows, on every desktop, out of
     /// task bars and pagers, no focus when shown. Call again after the native window was recreated.
     virtual void makePanel(QWindow &window) = 0;
+
+    /// The part of the screen that docks, task bars and menu bars leave free, in device-independent pixels.
+    /// `available` is what Qt takes it for.
+    [[nodiscard]] virtual QRect visibleFrame(const QScreen &screen, QRect available) const
+    {
+        Q_UNUSED(screen)
+        return available;
+    }
 
     /// Whether translucent windows are blended with what lies below them at this moment.
     [[nodiscard]] virtual bool isCompositing() const = 0;

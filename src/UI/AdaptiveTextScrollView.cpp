@@ -4,27 +4,34 @@
 #include "UI/SlimScrollBar.h"
 #include "UI/Style.h"
 
+#include <QMimeData>
 #include <QScrollBar>
-#include <QTextCursor>
+#include <QTextBlock>
 #include <QTextDocument>
+#include <QTextLayout>
+#include <QTimerEvent>
+
+#include <algorithm>
 
 namespace orvesa {
 
 namespace {
 
-// More text than this fills any permitted height at any permitted width, unless it is made of characters without width.
-constexpr qsizetype measuredPrefix = 20000;
+/// Laid out in a few milliseconds, and enough to fill the widget, unless it consists of characters without width.
+constexpr qsizetype sliceLength = 4000;
+/// Whoever sends more characters without width than this gets the full height for them.
+constexpr qsizetype measuredLength = 16 * sliceLength;
 constexpr int lineHeightPercent = 116;
 
-void fill(QTextDocument &document, const QString &text)
+/// A block's state: its paragraph goes on in the next block.
+constexpr int continued = 1;
+
+QTextBlockFormat paragraphFormat(Qt::LayoutDirection direction)
 {
-    QTextCursor cursor(&document);
-    cursor.select(QTextCursor::Document);
-    cursor.removeSelectedText();
     QTextBlockFormat format;
     format.setLineHeight(lineHeightPercent, QTextBlockFormat::ProportionalHeight);
-    cursor.setBlockFormat(format);
-    cursor.insertText(text);
+    format.setLayoutDirection(direction);
+    return format;
 }
 
 QTextOption wrapping()
@@ -71,37 +78,140 @@ void AdaptiveTextScrollView::setContent(const QString &text, int width, int maxi
     if (text == m_text && width == m_width && maximumHeight == m_maximumHeight) {
         return;
     }
-    if (text != m_text) {
-        m_text = text;
-        fill(*document(), text);
-        moveCursor(QTextCursor::Start);
-        verticalScrollBar()->setValue(0);
-    }
+    const bool isOther = text != m_text;
+    m_text = text;
     m_width = width;
     m_maximumHeight = maximumHeight;
-    const int height = heightFor(text, width, maximumHeight);
+    if (isOther) {
+        startOver();
+    }
+    document()->setTextWidth(width);
+    int height = 0;
+    do {
+        if (!isComplete()) {
+            appendSlice();
+        }
+        const qreal measured = m_text.isEmpty() ? 0 : document()->size().height();
+        height = ResultMetrics::displayedTextHeight(measured, maximumHeight);
+    } while (height < maximumHeight && !isComplete() && m_shown < measuredLength);
+    if (isOther) {
+        moveCursor(QTextCursor::Start);
+    }
+    if (!isComplete()) {
+        height = maximumHeight;
+        m_filling.start(0, this);
+    }
     // A text that fits must not scroll by the rounding of its last line.
     setVerticalScrollBarPolicy(height < maximumHeight ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
     setFixedHeight(height);
 }
 
-int AdaptiveTextScrollView::heightFor(const QString &text, int width, int maximumHeight) const
+void AdaptiveTextScrollView::startOver()
 {
-    QTextDocument measured;
-    measured.setDefaultFont(font());
-    measured.setDocumentMargin(0);
-    measured.setDefaultTextOption(wrapping());
-    measured.setTextWidth(width);
-    if (text.size() > measuredPrefix) {
-        fill(measured, text.first(measuredPrefix));
-        const int height = ResultMetrics::displayedTextHeight(measured.size().height(), maximumHeight);
-        if (height == maximumHeight) {
-            return height;
+    m_filling.stop();
+    m_shown = 0;
+    clear();
+    textCursor().setBlockFormat(paragraphFormat(Qt::LayoutDirectionAuto));
+    verticalScrollBar()->setValue(0);
+}
+
+/// A slice ends with a paragraph where there is an end nearby, else between two user-perceived characters.
+qsizetype AdaptiveTextScrollView::endOfSlice() const
+{
+    const qsizetype limit = m_shown + sliceLength;
+    if (m_text.size() - m_shown <= sliceLength + sliceLength / 2) {
+        return m_text.size();
+    }
+    const qsizetype paragraph = m_text.lastIndexOf(u'\n', limit - 1);
+    if (paragraph >= m_shown) {
+        return paragraph + 1;
+    }
+    const bool splitsPair = m_text.at(limit).isLowSurrogate() || m_text.at(limit) == u'\n';
+    return splitsPair ? limit - 1 : limit;
+}
+
+/// Where the last line of the document starts in its block, as it is laid out now; 0 where there is only one.
+qsizetype AdaptiveTextScrollView::startOfLastLine() const
+{
+    const QTextLayout *lines = document()->lastBlock().layout();
+    return lines->lineCount() > 1 ? lines->lineAt(lines->lineCount() - 1).textStart() : 0;
+}
+
+void AdaptiveTextScrollView::appendSlice()
+{
+    QTextCursor end(document());
+    end.movePosition(QTextCursor::End);
+    QTextBlock first = end.block();
+    const bool goesOn = first.previous().isValid() && first.previous().userState() == continued;
+    const qsizetype next = endOfSlice();
+    end.insertText(m_text.sliced(m_shown, next - m_shown));
+    m_shown = next;
+    if (goesOn) {
+        keepDirection(first);
+    }
+    if (isComplete() || m_text.at(m_shown - 1) == u'\n') {
+        return;
+    }
+    // A paragraph longer than a slice goes on in a block of its own, for a block is laid out as a whole. It is cut where
+    // a line ends anyway, so that nobody sees it.
+    QTextBlock block = document()->lastBlock();
+    if (const qsizetype start = startOfLastLine(); start > 0) {
+        end.setPosition(block.position() + static_cast<int>(start));
+        end.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+        m_shown -= end.selectedText().size();
+        end.removeSelectedText();
+    }
+    block.setUserState(continued);
+    end.insertBlock(paragraphFormat(Qt::LayoutDirectionAuto));
+    document()->lastBlock().setUserState(-1);
+}
+
+/// A block that continues a paragraph has that paragraph's direction; those after it find their own.
+void AdaptiveTextScrollView::keepDirection(QTextBlock &block)
+{
+    QTextCursor cursor(block);
+    cursor.setBlockFormat(paragraphFormat(block.previous().textDirection()));
+    if (const QTextBlock next = block.next(); next.isValid()) {
+        cursor.setPosition(next.position());
+        cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+        cursor.setBlockFormat(paragraphFormat(Qt::LayoutDirectionAuto));
+    }
+}
+
+void AdaptiveTextScrollView::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() != m_filling.timerId()) {
+        QTextEdit::timerEvent(event);
+        return;
+    }
+    appendSlice();
+    if (isComplete()) {
+        m_filling.stop();
+    }
+}
+
+QMimeData *AdaptiveTextScrollView::createMimeDataFromSelection() const
+{
+    const QTextCursor selection = textCursor();
+    QString text;
+    for (QTextBlock block = document()->findBlock(selection.selectionStart());
+         block.isValid() && block.position() < selection.selectionEnd(); block = block.next()) {
+        const int from = std::max(selection.selectionStart() - block.position(), 0);
+        const int to = std::min(selection.selectionEnd() - block.position(), block.length());
+        const QString part = block.text();
+        text += QStringView(part).sliced(from, std::min<qsizetype>(to, part.size()) - from);
+        if (to == block.length() && block.userState() != continued) {
+            text += u'\n'; // the selection goes on behind the end of the paragraph
         }
     }
-    fill(measured, text);
-    const qreal height = text.isEmpty() ? 0 : measured.size().height();
-    return ResultMetrics::displayedTextHeight(height, maximumHeight);
+    // Line separators are what a line break within a paragraph becomes; nobody else wants to see them.
+    text.replace(QChar::LineSeparator, u'\n');
+    if (!isComplete() && selection.selectionEnd() == document()->characterCount() - 1) {
+        text += QStringView(m_text).sliced(m_shown); // everything was selected before everything was there
+    }
+    auto *copied = new QMimeData;
+    copied->setText(text);
+    return copied;
 }
 
 } // namespace orvesa

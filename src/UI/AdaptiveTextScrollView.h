@@ -2,10 +2,14 @@
 
 // A selectable text of any length, as high as it needs up to a limit, scrolling beyond it.
 //
-// Always plain text: what a service answers is never interpreted. A huge text is measured only as far as the limit
-// needs and laid out as it is scrolled. Main thread only.
+// Always plain text: what a service answers is never interpreted. Of a long text only what fills the widget is laid out
+// at once; the rest follows in slices of a few milliseconds whenever the event loop has nothing else to do. Main thread
+// only.
 
+#include <QBasicTimer>
 #include <QTextEdit>
+
+class QTextBlock;
 
 namespace orvesa {
 
@@ -20,12 +24,26 @@ public:
     void setContent(const QString &text, int width, int maximumHeight);
     void setTextColor(const QColor &color);
 
+    /// The text set last, whether all of it is laid out or not.
+    [[nodiscard]] const QString &content() const { return m_text; }
+    [[nodiscard]] bool isComplete() const { return m_shown == m_text.size(); }
+
+protected:
+    void timerEvent(QTimerEvent *event) override;
+    [[nodiscard]] QMimeData *createMimeDataFromSelection() const override;
+
 private:
-    [[nodiscard]] int heightFor(const QString &text, int width, int maximumHeight) const;
+    void startOver();
+    void appendSlice();
+    void keepDirection(QTextBlock &block);
+    [[nodiscard]] qsizetype endOfSlice() const;
+    [[nodiscard]] qsizetype startOfLastLine() const;
 
     QString m_text;
+    qsizetype m_shown = 0; ///< how much of the text the document holds
     int m_width = 0;
     int m_maximumHeight = 0;
+    QBasicTimer m_filling;
 };
 
 } // namespace orvesa

@@ -28,7 +28,7 @@ QAccessibleInterface *accessiblePanel(const QString &className, QObject *object)
 
 FloatingResultPanel::FloatingResultPanel(FloatingResultView *content, PanelWindowPort &port,
                                          std::function<void()> onEscape)
-    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint), m_content(content), m_port(port),
+    : WindowDragArea(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint), m_content(content), m_port(port),
       m_onEscape(std::move(onEscape))
 {
     QAccessible::installFactory(accessiblePanel);
@@ -73,12 +73,12 @@ void FloatingResultPanel::keyPressEvent(QKeyEvent *event)
         m_onEscape();
         return;
     }
-    QWidget::keyPressEvent(event);
+    WindowDragArea::keyPressEvent(event);
 }
 
 void FloatingResultPanel::resizeEvent(QResizeEvent *event)
 {
-    QWidget::resizeEvent(event);
+    WindowDragArea::resizeEvent(event);
     updateShape();
 }
 

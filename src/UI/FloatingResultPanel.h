@@ -1,9 +1,10 @@
 #pragma once
 
 // The small floating window that shows an answer. It never activates the program when it appears, stays above ordinary
-// windows, and takes the keyboard only when the user clicks into it. Escape closes it while it has the keyboard.
+// windows, and takes the keyboard only when the user clicks into it. Escape closes it while it has the keyboard. It is
+// dragged by its header and by every other place that is not text or a control.
 
-#include <QWidget>
+#include "UI/WindowDragArea.h"
 
 #include <functional>
 
@@ -12,7 +13,7 @@ namespace orvesa {
 class FloatingResultView;
 class PanelWindowPort;
 
-class FloatingResultPanel final : public QWidget {
+class FloatingResultPanel final : public WindowDragArea {
     Q_OBJECT
 
 public:

@@ -2,41 +2,37 @@
 
 #include "Core/SettingsStore.h"
 #include "Platform/MouseMonitorPort.h"
+#include "Platform/PanelWindowPort.h"
 #include "UI/FloatingResultPanel.h"
 #include "UI/FloatingResultView.h"
-#include "UI/PanelPlacement.h"
 #include "UI/ResultMetrics.h"
 
 #include <QApplication>
 #include <QCursor>
 #include <QScreen>
+#include <QTimerEvent>
+
+#include <chrono>
 
 namespace orvesa {
 
 namespace {
 
-PanelPlacement::Screen geometry(const QScreen &screen)
-{
-    return {screen.geometry(), screen.availableGeometry()};
-}
+/// How long a dock may take to open the status menu after the click on its icon.
+constexpr std::chrono::milliseconds menuGrace(300);
+/// The same press arrives twice, here and at a popup of ours that it may close; neither is the first for sure.
+constexpr qint64 samePressMilliseconds = 100;
 
-PanelPlacement::Screens connectedScreens()
+/// Windows without a title bar, such as menus, pickers' lists and the tray's icon, are no other place to click.
+bool isUntitledWindowOfOurs(QPoint place)
 {
-    PanelPlacement::Screens screens;
-    const QList<QScreen *> all = QGuiApplication::screens();
-    for (const QScreen *screen : all) {
-        if (screen == QGuiApplication::primaryScreen()) {
-            screens.main = screens.all.size();
-        }
-        screens.all.push_back(geometry(*screen));
+    const QWidget *ours = QApplication::topLevelAt(place);
+    if (ours == nullptr) {
+        return false;
     }
-    return screens;
-}
-
-int visibleScreenHeight()
-{
-    const QScreen *screen = QGuiApplication::primaryScreen();
-    return screen != nullptr ? screen->availableGeometry().height() : ResultMetrics::fallbackScreenHeight;
+    const Qt::WindowFlags flags = ours->windowFlags();
+    return ours->windowType() == Qt::Popup || ours->windowType() == Qt::ToolTip ||
+           flags.testAnyFlags(Qt::FramelessWindowHint | Qt::BypassWindowManagerHint);
 }
 
 } // namespace
@@ -50,11 +46,49 @@ FloatingResultPanelController::FloatingResultPanelController(const SettingsStore
     connect(&m_viewModel, &FloatingResultViewModel::changed, this, &FloatingResultPanelController::scheduleResize);
     connect(&settings, &SettingsStore::themeChanged, this, &FloatingResultPanelController::scheduleResize);
     connect(&settings, &SettingsStore::appLanguageChanged, this, &FloatingResultPanelController::scheduleResize);
+    followScreens();
 }
 
 FloatingResultPanelController::~FloatingResultPanelController()
 {
     removeDismissMonitors();
+}
+
+/// A panel that is shown stays inside its screen when that one, or its docks, change, and moves when it goes.
+void FloatingResultPanelController::followScreens()
+{
+    const auto follow = [this](const QScreen *screen) {
+        connect(screen, &QScreen::availableGeometryChanged, this, &FloatingResultPanelController::scheduleResize);
+        connect(screen, &QScreen::geometryChanged, this, &FloatingResultPanelController::scheduleResize);
+    };
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        follow(screen);
+    }
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, follow);
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &FloatingResultPanelController::scheduleResize);
+}
+
+PanelPlacement::Screen FloatingResultPanelController::geometry(const QScreen &screen) const
+{
+    return {screen.geometry(), m_panelWindow.visibleFrame(screen, screen.availableGeometry())};
+}
+
+PanelPlacement::Screens FloatingResultPanelController::connectedScreens() const
+{
+    PanelPlacement::Screens screens;
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        if (screen == QGuiApplication::primaryScreen()) {
+            screens.main = screens.all.size();
+        }
+        screens.all.push_back(geometry(*screen));
+    }
+    return screens;
+}
+
+int FloatingResultPanelController::visibleScreenHeight() const
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    return screen != nullptr ? geometry(*screen).visibleFrame.height() : ResultMetrics::fallbackScreenHeight;
 }
 
 FloatingResultPanel &FloatingResultPanelController::panel()
@@ -106,10 +140,17 @@ void FloatingResultPanelController::showNearMouse()
     FloatingResultPanel &window = panel();
     const QSize size = idealFrameSize().value_or(window.size());
     const QPoint origin = PanelPlacement::nearPointer(QCursor::pos(), size, connectedScreens());
-    window.setWindowTitle(m_viewModel.taskTitle());
-    window.setAccessibleName(m_viewModel.taskTitle());
+    nameWindow();
     window.orderFront(QRect(origin, size));
     installDismissMonitors();
+}
+
+void FloatingResultPanelController::nameWindow()
+{
+    if (m_panel->accessibleName() != m_viewModel.taskTitle()) {
+        m_panel->setWindowTitle(m_viewModel.taskTitle());
+        m_panel->setAccessibleName(m_viewModel.taskTitle());
+    }
 }
 
 void FloatingResultPanelController::hide()
@@ -142,16 +183,21 @@ void FloatingResultPanelController::resizeToFitContent()
         return;
     }
     const auto size = idealFrameSize();
-    m_panel->setWindowTitle(m_viewModel.taskTitle());
-    m_panel->setAccessibleName(m_viewModel.taskTitle());
-    if (!size || *size == m_panel->size()) {
+    nameWindow();
+    if (!size) {
         return;
     }
     std::optional<PanelPlacement::Screen> screen;
-    if (const QScreen *own = m_panel->screen()) {
+    const QScreen *own = m_panel->screen() != nullptr ? m_panel->screen() : QGuiApplication::primaryScreen();
+    if (own != nullptr) {
         screen = geometry(*own);
     }
-    m_panel->setGeometry(PanelPlacement::refitted(m_panel->geometry(), *size, screen));
+    const QRect current = m_panel->geometry();
+    // The user may have dragged it half outside the screen; only a new size, or a new screen, moves it.
+    const bool isOutside = screen && !screen->frame.intersects(current);
+    if (PanelPlacement::needsNewFrame(current.size(), *size) || isOutside) {
+        m_panel->setGeometry(PanelPlacement::refitted(current, *size, screen));
+    }
 }
 
 void FloatingResultPanelController::installDismissMonitors()
@@ -160,33 +206,70 @@ void FloatingResultPanelController::installDismissMonitors()
         return;
     }
     m_monitoring = true;
-    m_mouseMonitor.setMouseDownHandler([this](QPoint) {
-        // Only scheduled: the click that arrives here may still be on its way to a window of ours.
-        QMetaObject::invokeMethod(
-            this, [this] { dismissIfOutside(); }, Qt::QueuedConnection);
-    });
+    qApp->installEventFilter(this);
+    m_mouseMonitor.setMouseDownHandler([this](QPoint) { noteMouseDown(); });
 }
 
 void FloatingResultPanelController::removeDismissMonitors()
 {
+    m_menuGrace.stop();
     if (m_monitoring) {
         m_monitoring = false;
+        qApp->removeEventFilter(this);
         m_mouseMonitor.setMouseDownHandler({});
+    }
+}
+
+void FloatingResultPanelController::setStatusMenu(StatusMenu menu)
+{
+    m_statusMenu = menu;
+    m_menuGrace.stop();
+}
+
+bool FloatingResultPanelController::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::MouseButtonPress && QApplication::activePopupWidget() != nullptr) {
+        m_popupPressed.start();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void FloatingResultPanelController::noteMouseDown()
+{
+    const bool isMenus = m_statusMenu == StatusMenu::open || QApplication::activePopupWidget() != nullptr ||
+                         (m_popupPressed.isValid() && m_popupPressed.elapsed() < samePressMilliseconds);
+    if (!isMenus) {
+        // Only scheduled: the click that arrives here may still be on its way to a window of ours.
+        QMetaObject::invokeMethod(
+            this, [this] { dismissIfOutside(); }, Qt::QueuedConnection);
     }
 }
 
 void FloatingResultPanelController::dismissIfOutside()
 {
     const QPoint pointer = QCursor::pos();
-    if (isVisible() && m_panel->frameGeometry().contains(pointer)) {
+    if ((isVisible() && m_panel->frameGeometry().contains(pointer)) || isUntitledWindowOfOurs(pointer)) {
         return;
     }
-    // Menus and pickers of ours are untitled windows: a click in them is no click elsewhere.
-    const QWidget *ours = QApplication::topLevelAt(pointer);
-    if (ours != nullptr && (ours->windowType() == Qt::Popup || ours->windowType() == Qt::ToolTip)) {
+    const QScreen *screen = QGuiApplication::screenAt(pointer);
+    if (screen != nullptr && !geometry(*screen).visibleFrame.contains(pointer)) {
+        // On a dock, where the status item may be: its menu counts as ours, and is on its way.
+        m_menuGrace.start(static_cast<int>(menuGrace.count()), this);
         return;
     }
     hide();
+}
+
+void FloatingResultPanelController::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() != m_menuGrace.timerId()) {
+        QObject::timerEvent(event);
+        return;
+    }
+    m_menuGrace.stop();
+    if (QApplication::activePopupWidget() == nullptr) {
+        hide();
+    }
 }
 
 } // namespace orvesa

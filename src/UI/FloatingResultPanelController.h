@@ -4,10 +4,15 @@
 // hides it when the user clicks elsewhere. Main thread only; settings and ports must outlive it.
 
 #include "UI/FloatingResultViewModel.h"
+#include "UI/PanelPlacement.h"
 
+#include <QBasicTimer>
+#include <QElapsedTimer>
 #include <QObject>
 
 #include <memory>
+
+class QScreen;
 
 namespace orvesa {
 
@@ -23,6 +28,7 @@ class FloatingResultPanelController final : public QObject {
 public:
     /// Whether a visible panel stays where the user may have moved it.
     enum class Position { nearMouse, keep };
+    enum class StatusMenu { closed, open };
 
     FloatingResultPanelController(const SettingsStore &settings, PanelWindowPort &panelWindow,
                                   MouseMonitorPort &mouseMonitor);
@@ -34,17 +40,31 @@ public:
     void hide();
     [[nodiscard]] bool isVisible() const;
 
+    /// The status item's menu may be another program's window: clicks while it is open do not dismiss the panel.
+    void setStatusMenu(StatusMenu menu);
+
     /// Builds and paints the hidden panel once, so that the first shortcut finds it ready.
     void prepare();
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+protected:
+    void timerEvent(QTimerEvent *event) override;
+
 private:
     [[nodiscard]] FloatingResultPanel &panel();
+    [[nodiscard]] PanelPlacement::Screen geometry(const QScreen &screen) const;
+    [[nodiscard]] PanelPlacement::Screens connectedScreens() const;
+    [[nodiscard]] int visibleScreenHeight() const;
+    void followScreens();
+    void nameWindow();
     [[nodiscard]] std::optional<QSize> idealFrameSize();
     void showNearMouse();
     void scheduleResize();
     void resizeToFitContent();
     void installDismissMonitors();
     void removeDismissMonitors();
+    void noteMouseDown();
     void dismissIfOutside();
 
     const SettingsStore &m_settings;
@@ -55,6 +75,9 @@ private:
     std::unique_ptr<FloatingResultPanel> m_panel;
     bool m_resizeScheduled = false;
     bool m_monitoring = false;
+    StatusMenu m_statusMenu = StatusMenu::closed;
+    QBasicTimer m_menuGrace;      ///< runs after a click on a dock, which may open the status menu
+    QElapsedTimer m_popupPressed; ///< since a popup of ours got a press
 };
 
 } // namespace orvesa

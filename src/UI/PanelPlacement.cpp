@@ -1,6 +1,7 @@
 #include "UI/PanelPlacement.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace orvesa::PanelPlacement {
 
@@ -37,6 +38,13 @@ QPoint nearPointer(QPoint pointer, QSize panel, const Screens &screens)
     const QPoint proposed = pointer + QPoint(pointerOffset, pointerOffset);
     const auto screen = screenAt(pointer, screens);
     return screen ? clamped(proposed, panel, screen->visibleFrame) : proposed;
+}
+
+bool needsNewFrame(QSizeF current, QSizeF ideal)
+{
+    constexpr qreal tolerance = 0.5;
+    return std::abs(ideal.width() - current.width()) > tolerance ||
+           std::abs(ideal.height() - current.height()) > tolerance;
 }
 
 QRect refitted(const QRect &current, QSize size, const std::optional<Screen> &screen)

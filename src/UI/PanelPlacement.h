@@ -31,6 +31,9 @@ struct Screens {
 /// the main one, kept inside its visible frame. Without any screen the place is not corrected.
 [[nodiscard]] QPoint nearPointer(QPoint pointer, QSize panel, const Screens &screens);
 
+/// Whether the sizes differ by more than half a point either way. Less is rounding, and following it would never end.
+[[nodiscard]] bool needsNewFrame(QSizeF current, QSizeF ideal);
+
 /// The frame of a panel that changes to `size`: its top edge stays, unless it has to move to stay inside `screen`.
 [[nodiscard]] QRect refitted(const QRect &current, QSize size, const std::optional<Screen> &screen);
 

@@ -9,4 +9,9 @@ void FakePanelWindow::makePanel(QWindow &window)
     m_panels.push_back(&window);
 }
 
+QRect FakePanelWindow::visibleFrame(const QScreen &, QRect available) const
+{
+    return available.adjusted(0, 0, 0, -m_dockHeight);
+}
+
 } // namespace orvesa

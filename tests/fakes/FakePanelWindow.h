@@ -15,14 +15,18 @@ public:
     explicit FakePanelWindow(Compositing compositing = Compositing::on);
 
     void makePanel(QWindow &window) override;
+    [[nodiscard]] QRect visibleFrame(const QScreen &screen, QRect available) const override;
     [[nodiscard]] bool isCompositing() const override { return m_compositing == Compositing::on; }
 
+    /// What docks take at the bottom of every screen.
+    void setDockHeight(int height) { m_dockHeight = height; }
     void setCompositing(Compositing compositing) { m_compositing = compositing; }
     /// In the order of the calls; a window may be in it more than once. May have been destroyed since.
     [[nodiscard]] const std::vector<const QWindow *> &panels() const { return m_panels; }
 
 private:
     Compositing m_compositing;
+    int m_dockHeight = 0;
     std::vector<const QWindow *> m_panels;
 };
 

@@ -1,8 +1,11 @@
 #include "Platform/linux/X11PanelWindow.h"
 
+#include "Platform/linux/X11Struts.h"
+
 #include <QByteArray>
 #include <QEvent>
 #include <QGuiApplication>
+#include <QScreen>
 #include <QWindow>
 
 #include <QtGui/qguiapplication_platform.h>
@@ -109,6 +112,15 @@ void repeatStates(X11Connection &atoms, QWindow &window)
     xcb_flush(connection);
 }
 
+QRect rootGeometry(X11Connection &connection)
+{
+    const auto root =
+        connection.isValid()
+            ? connection.reply(xcb_get_geometry_reply, xcb_get_geometry(connection.connection(), connection.root()))
+            : nullptr;
+    return root ? QRect(0, 0, root->width, root->height) : QRect();
+}
+
 } // namespace
 
 X11PanelWindow::X11PanelWindow(X11Connection &connection) : m_connection(connection) {}
@@ -134,6 +146,21 @@ bool X11PanelWindow::eventFilter(QObject *watched, QEvent *event)
         repeatStates(m_connection, *window);
     }
     return QObject::eventFilter(watched, event);
+}
+
+QRect X11PanelWindow::visibleFrame(const QScreen &screen, QRect available) const
+{
+    // With one monitor the window manager's work area is right, and Qt knows it.
+    if (QGuiApplication::screens().size() < 2 || qtConnection() == nullptr) {
+        return available;
+    }
+    // Qt scales a screen's size and leaves its place as it is.
+    const qreal scale = screen.devicePixelRatio();
+    const QPoint origin = screen.geometry().topLeft();
+    const QRect monitor(origin, (QSizeF(screen.geometry().size()) * scale).toSize());
+    const QRect rest = X11Struts::freePart(monitor, rootGeometry(m_connection), X11Struts::read(m_connection));
+    const QPoint offset = (QPointF(rest.topLeft() - origin) / scale).toPoint();
+    return {origin + offset, (QSizeF(rest.size()) / scale).toSize()};
 }
 
 bool X11PanelWindow::isCompositing() const

@@ -21,6 +21,7 @@ public:
     explicit X11PanelWindow(X11Connection &connection);
 
     void makePanel(QWindow &window) override;
+    [[nodiscard]] QRect visibleFrame(const QScreen &screen, QRect available) const override;
     [[nodiscard]] bool isCompositing() const override;
 
     bool eventFilter(QObject *watched, QEvent *event) override;
