@@ -25,7 +25,14 @@ function(orvesa_target target)
             set_source_files_properties("${defaults}" PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
         endif()
     else()
-        target_compile_options(${target} PRIVATE -fstack-protector-strong -fcf-protection
+        # Control-flow protection goes by the processor.
+        set(flow "")
+        if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|amd64|AMD64|i.86)$")
+            set(flow -fcf-protection)
+        elseif(CMAKE_SYSTEM_PROCESSOR MATCHES "^(aarch64|arm64)$")
+            set(flow -mbranch-protection=standard)
+        endif()
+        target_compile_options(${target} PRIVATE -fstack-protector-strong ${flow}
             $<$<CONFIG:Release>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)
         target_link_options(${target} PRIVATE -Wl,-z,relro,-z,now)
     endif()

@@ -69,3 +69,21 @@ buildPreset() {
     say "Building build/$preset"
     cmake --build "$folder" "${targets[@]}"
 }
+
+# makePackage FOLDER: builds the programs of the release build and leaves the Debian package of them in the folder, whose
+# path packageFile then is.
+makePackage() {
+    local folder=$1 target
+    local -a targets=()
+    for target in orvesa-translate orvesa-recognize orvesa-screencapture; do
+        if grep -q "^build bin/$target:" "$projectRoot/build/release/build.ninja" 2>/dev/null || [[ ! -e "$projectRoot/build/release/build.ninja" ]]; then
+            targets+=("$target")
+        fi
+    done
+    buildPreset release "${targets[@]}"
+    rm -rf "$folder"
+    cpack --config "$projectRoot/build/release/CPackConfig.cmake" -B "$folder" >"$projectRoot/build/package.log" 2>&1 ||
+        { cat "$projectRoot/build/package.log" >&2; fail "no package could be made"; }
+    packageFile="$(echo "$folder"/*.deb)"
+    say "Package: $packageFile"
+}
