@@ -1,6 +1,7 @@
 #include "Platform/linux/SecretServiceKeyStore.h"
 
 #include "Platform/AdoptedDesktop.h"
+#include "Platform/KeyStoreContract.h"
 
 #include <gtest/gtest.h>
 
@@ -59,6 +60,13 @@ Result ended(QCoro::Task<Result> task, std::chrono::milliseconds deadline = desk
 }
 
 } // namespace
+
+TEST(SecretServiceKeyStoreTest, KeepsTheContract)
+{
+    AdoptedDesktop desktop(withStore(KeyStore::unlocked));
+    SecretServiceKeyStore store(u"Orvesa Translate"_s);
+    tests::expectKeyStoreContract(store, tests::Secrets::bytes);
+}
 
 TEST(SecretServiceKeyStoreTest, KeepsReplacesAndDeletesASecret)
 {

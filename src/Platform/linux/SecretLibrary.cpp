@@ -41,6 +41,8 @@ bool SecretLibrary::resolve(void *handle)
     find(setExitOnClose, "g_dbus_connection_set_exit_on_close");
     find(busCall, "g_dbus_connection_call");
     find(busCallFinish, "g_dbus_connection_call_finish");
+    find(signalSubscribe, "g_dbus_connection_signal_subscribe");
+    find(signalUnsubscribe, "g_dbus_connection_signal_unsubscribe");
     find(secretErrorQuark, "secret_error_get_quark");
     find(serviceGet, "secret_service_get");
     find(serviceGetFinish, "secret_service_get_finish");

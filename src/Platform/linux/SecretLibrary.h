@@ -28,6 +28,8 @@ struct SecretLibrary {
     decltype(&::g_dbus_connection_set_exit_on_close) setExitOnClose = nullptr;
     decltype(&::g_dbus_connection_call) busCall = nullptr;
     decltype(&::g_dbus_connection_call_finish) busCallFinish = nullptr;
+    decltype(&::g_dbus_connection_signal_subscribe) signalSubscribe = nullptr;
+    decltype(&::g_dbus_connection_signal_unsubscribe) signalUnsubscribe = nullptr;
     decltype(&::secret_error_get_quark) secretErrorQuark = nullptr;
     decltype(&::secret_service_get) serviceGet = nullptr;
     decltype(&::secret_service_get_finish) serviceGetFinish = nullptr;

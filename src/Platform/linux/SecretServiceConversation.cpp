@@ -11,6 +11,9 @@ namespace orvesa {
 namespace {
 
 constexpr auto secretsName = "org.freedesktop.secrets";
+constexpr auto secretsPath = "/org/freedesktop/secrets";
+constexpr auto busName = "org.freedesktop.DBus";
+constexpr auto busPath = "/org/freedesktop/DBus";
 
 } // namespace
 
@@ -75,6 +78,9 @@ SecretServiceConversation::~SecretServiceConversation()
     if (m_library == nullptr) {
         return;
     }
+    if (m_subscription != 0) {
+        m_library->signalUnsubscribe(m_bus, m_subscription);
+    }
     for (gpointer object :
          {static_cast<gpointer>(m_service), static_cast<gpointer>(m_bus), static_cast<gpointer>(m_cancellable)}) {
         if (object != nullptr) {
@@ -92,6 +98,9 @@ void SecretServiceConversation::expect(Waiting waiting)
 {
     m_waiting = waiting;
     m_waited.start();
+    if (waiting == Waiting::forUser) {
+        watchStore();
+    }
     const SecretServiceBounds &bounds = m_session->bounds();
     m_timer.start(waiting == Waiting::forAnswer ? bounds.answer : std::min(bounds.answer, bounds.prompt));
 }
@@ -112,11 +121,39 @@ void SecretServiceConversation::boundPassed()
     endUnlessAlive(m_session, m_self);
 }
 
+void SecretServiceConversation::watchStore()
+{
+    if (m_subscription != 0) {
+        return;
+    }
+    using Self = std::weak_ptr<SecretServiceConversation *>;
+    m_subscription =
+        m_library->signalSubscribe(m_bus, busName, busName, "NameOwnerChanged", busPath, secretsName,
+                                   G_DBUS_SIGNAL_FLAGS_NONE, &SecretServiceConversation::ownerChanged, new Self(m_self),
+                                   [](gpointer data) { delete static_cast<Self *>(data); });
+}
+
+void SecretServiceConversation::ownerChanged(GDBusConnection *, const gchar *, const gchar *, const gchar *,
+                                             const gchar *, GVariant *arguments, gpointer data)
+{
+    const gchar *newOwner = nullptr;
+    g_variant_get(arguments, "(&s&s&s)", nullptr, nullptr, &newOwner);
+    const auto self = static_cast<std::weak_ptr<SecretServiceConversation *> *>(data)->lock();
+    if (self && *newOwner == '\0') {
+        (*self)->abandon(KeyStoreStatus::notAvailable);
+    }
+}
+
 QCoro::Task<void> SecretServiceConversation::endUnlessAlive(std::shared_ptr<SecretServiceSession> session,
                                                             std::weak_ptr<SecretServiceConversation *> waiting)
 {
     SecretServiceConversation other(std::move(session));
-    const qint32 status = co_await other.open();
+    qint32 status = co_await other.open();
+    if (status == KeyStoreStatus::success) {
+        const Answer answer =
+            co_await other.ask(secretsName, secretsPath, "org.freedesktop.DBus.Peer", "Ping", g_variant_new("()"));
+        status = answer.status;
+    }
     if (const auto self = waiting.lock(); self && status != KeyStoreStatus::success) {
         (*self)->abandon(status);
     }
@@ -204,10 +241,10 @@ QCoro::Task<SecretServiceConversation::Answer> SecretServiceConversation::ask(QB
     co_return answer;
 }
 
-QCoro::Task<std::optional<QByteArray>> SecretServiceConversation::owner(QByteArray busName)
+QCoro::Task<std::optional<QByteArray>> SecretServiceConversation::owner(QByteArray name)
 {
-    const Answer answer = co_await ask("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-                                       "GetNameOwner", g_variant_new("(s)", busName.constData()));
+    const Answer answer =
+        co_await ask(busName, busPath, busName, "GetNameOwner", g_variant_new("(s)", name.constData()));
     if (!answer.value) {
         co_return std::nullopt;
     }

@@ -29,7 +29,7 @@ public:
 
     enum class Waiting {
         forAnswer, ///< a store that does not answer by then is as good as none
-        forUser,   ///< the store may be showing a prompt; one that is alive is given the time that takes
+        forUser,   ///< the store may be asking the user something; one that is alive is given the time that takes
     };
 
     struct VariantDeleter {
@@ -71,7 +71,11 @@ private:
     struct Pending;
 
     void boundPassed();
-    [[nodiscard]] QCoro::Task<std::optional<QByteArray>> owner(QByteArray busName);
+    /// Ends the conversation when the store leaves the bus: of a prompt that ends with it the library never hears.
+    void watchStore();
+    static void ownerChanged(GDBusConnection *bus, const gchar *sender, const gchar *path, const gchar *interface,
+                             const gchar *signal, GVariant *arguments, gpointer data);
+    [[nodiscard]] QCoro::Task<std::optional<QByteArray>> owner(QByteArray name);
     static QCoro::Task<void> endUnlessAlive(std::shared_ptr<SecretServiceSession> session,
                                             std::weak_ptr<SecretServiceConversation *> waiting);
 
@@ -86,6 +90,7 @@ private:
     Waiting m_waiting = Waiting::forAnswer;
     std::optional<qint32> m_end; ///< set once the conversation was given up
     std::shared_ptr<Pending> m_pending;
+    guint m_subscription = 0;
     std::shared_ptr<SecretServiceConversation *> m_self; ///< for those who may ask later whether it still lasts
 };
 

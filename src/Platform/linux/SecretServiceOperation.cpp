@@ -28,6 +28,7 @@ const SecretSchema schema = {"org.freedesktop.Secret.Generic",
 
 constexpr auto secretsName = "org.freedesktop.secrets";
 constexpr auto secretsPath = "/org/freedesktop/secrets";
+constexpr auto noCollection = "/";
 
 struct AttributesDeleter {
     void operator()(GHashTable *table) const { g_hash_table_unref(table); }
@@ -187,19 +188,27 @@ QCoro::Task<qint32> SecretServiceOperation::remove(Path path)
     co_return isDone ? KeyStoreStatus::success : m_conversation.statusOf(error);
 }
 
-QCoro::Task<qint32> SecretServiceOperation::prepareDefaultCollection()
+QCoro::Task<SecretServiceOperation::Collection> SecretServiceOperation::defaultCollection()
 {
     const auto alias = co_await m_conversation.ask(secretsName, secretsPath, "org.freedesktop.Secret.Service",
                                                    "ReadAlias", g_variant_new("(s)", "default"));
-    if (!alias.value) {
-        co_return alias.status;
+    Collection collection;
+    collection.status = alias.status;
+    if (alias.value) {
+        const gchar *text = nullptr;
+        g_variant_get(alias.value.get(), "(&o)", &text);
+        collection.path = text;
     }
-    const gchar *text = nullptr;
-    g_variant_get(alias.value.get(), "(&o)", &text);
-    const QByteArray collection(text);
-    if (collection == "/") {
-        co_return KeyStoreStatus::success; // it is made together with the item
+    co_return collection;
+}
+
+QCoro::Task<qint32> SecretServiceOperation::prepareDefaultCollection()
+{
+    const Collection alias = co_await defaultCollection();
+    if (alias.status != KeyStoreStatus::success || alias.path == noCollection) {
+        co_return alias.status; // one that is missing is made together with the item
     }
+    const Path collection = alias.path;
     if (collection.endsWith("/collection/session")) {
         qWarning("OrvesaTranslate: the key store's default collection ends with the session, and so will the key");
     }
@@ -239,11 +248,17 @@ QCoro::Task<qint32> SecretServiceOperation::create(KeyStoreQuery query, QByteArr
     if (isDone) {
         co_return KeyStoreStatus::success;
     }
-    // No reason at all: a prompt led to nothing.
-    if (result != nullptr && error == nullptr) {
+    const qint32 status = m_conversation.statusOf(error);
+    if (m_conversation.hasEnded()) {
+        co_return status;
+    }
+    // When the prompt for a new collection leads to nothing, the library goes on without one and fails there.
+    const Collection afterwards = co_await defaultCollection();
+    const bool isMissing = afterwards.status == KeyStoreStatus::success && afterwards.path == noCollection;
+    if (isMissing) {
         co_return co_await m_conversation.dismissalStatus();
     }
-    co_return m_conversation.statusOf(error);
+    co_return status;
 }
 
 } // namespace orvesa

@@ -34,6 +34,12 @@ public:
 private:
     using Waiting = SecretServiceConversation::Waiting;
 
+    struct Collection {
+        qint32 status = KeyStoreStatus::success;
+        Path path; ///< "/" when there is none
+    };
+
+    [[nodiscard]] QCoro::Task<Collection> defaultCollection();
     /// Unlocks the default collection where there is one and it is locked.
     [[nodiscard]] QCoro::Task<qint32> prepareDefaultCollection();
 
