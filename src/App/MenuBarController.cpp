@@ -3,8 +3,6 @@
 #include "App/TranslationCoordinator.h"
 #include "Core/Localization.h"
 #include "Core/SettingsStore.h"
-#include "UI/Style.h"
-#include "UI/Symbols.h"
 
 #include <QCoreApplication>
 #include <QCursor>
@@ -15,22 +13,22 @@ using namespace Qt::StringLiterals;
 
 namespace orvesa {
 
+namespace {
+using StatusMenu = FloatingResultPanelController::StatusMenu;
+}
+
 MenuBarController::MenuBarController(TranslationCoordinator &coordinator, const SettingsStore &settings,
                                      Actions actions)
     : m_coordinator(coordinator), m_settings(settings), m_actions(std::move(actions)),
       m_shownLanguage(settings.appLanguage()), m_shownPrompts(settings.customPrompts())
 {
-    // Trays are light or dark whatever the windows are: one colour that shows on both.
-    QIcon icon = Symbols::icon(u"character.bubble"_s, Style::color(accent(AppTheme::violet)));
-    icon.setIsMask(true);
-    m_statusItem.setIcon(icon);
     m_statusItem.setToolTip(QCoreApplication::applicationName());
     rebuild();
     m_statusItem.show();
 
     connect(&m_statusItem, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger) {
-            m_menu->popup(QCursor::pos());
+            popUp();
         }
     });
     connect(&settings, &SettingsStore::appLanguageChanged, this, [this] {
@@ -54,14 +52,25 @@ void MenuBarController::rebuild()
     std::unique_ptr<QMenu> old = std::exchange(m_menu, build());
     m_statusItem.setContextMenu(m_menu.get());
     if (old) {
+        m_coordinator.noteStatusMenu(StatusMenu::closed);
         // It may be open at this moment, with one of its actions on the call stack.
         old.release()->deleteLater();
     }
 }
 
+void MenuBarController::popUp()
+{
+    // Beside the icon where its place is known, as a menu of a menu bar; else where the click was.
+    const QRect icon = m_statusItem.geometry();
+    m_menu->popup(icon.isEmpty() ? QCursor::pos() : icon.bottomLeft() + QPoint(0, 1));
+}
+
 std::unique_ptr<QMenu> MenuBarController::build()
 {
     auto menu = std::make_unique<QMenu>();
+    // A tray that shows the menu itself says so: what is clicked there is clicked in our menu.
+    connect(menu.get(), &QMenu::aboutToShow, this, [this] { m_coordinator.noteStatusMenu(StatusMenu::open); });
+    connect(menu.get(), &QMenu::aboutToHide, this, [this] { m_coordinator.noteStatusMenu(StatusMenu::closed); });
     const auto add = [&](L10nKey key, auto &&action) {
         connect(menu->addAction(Localization::string(key)), &QAction::triggered, this,
                 std::forward<decltype(action)>(action));

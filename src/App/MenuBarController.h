@@ -5,6 +5,7 @@
 // The menu is built afresh, never edited in place, whenever the interface language or the custom prompts change. Main
 // thread only; collaborators must outlive the controller.
 
+#include "App/StatusItemIcon.h"
 #include "Core/AppLanguage.h"
 #include "Models/CustomPrompt.h"
 
@@ -40,6 +41,7 @@ public:
 
 private:
     void rebuild();
+    void popUp();
     void addPrompts(QMenu &menu);
     void runCustomPrompt(const QUuid &id);
 
@@ -50,6 +52,7 @@ private:
     std::vector<CustomPrompt> m_shownPrompts;
     std::unique_ptr<QMenu> m_menu;
     QSystemTrayIcon m_statusItem;
+    StatusItemIcon m_icon{m_statusItem};
 };
 
 } // namespace orvesa

@@ -23,6 +23,11 @@ void TranslationCoordinator::cancelCurrentTask()
     }
 }
 
+void TranslationCoordinator::noteStatusMenu(FloatingResultPanelController::StatusMenu menu)
+{
+    m_with.panelController.setStatusMenu(menu);
+}
+
 void TranslationCoordinator::wireActions()
 {
     FloatingResultViewModel &model = m_with.panelController.viewModel();
@@ -161,10 +166,10 @@ QCoro::Task<void> TranslationCoordinator::generate(Weak self, QString text, AITa
     self->m_with.providers.preconnect(self->m_with.settings.defaultProvider());
     self->presentLoading(text, task, position);
 
-    const AIProviderConfig config = self->m_with.settings.activeConfig();
-    const std::unique_ptr<AIProvider> provider = self->m_with.providers.provider(config.providerType);
     FloatingResultViewModel::Phase phase;
     try {
+        const AIProviderConfig config = self->m_with.settings.activeConfig();
+        const std::unique_ptr<AIProvider> provider = self->m_with.providers.provider(config.providerType);
         // Awaited by itself: GCC 12 destroys an aggregate made within a co_await expression twice.
         QString answer = co_await provider->generate(text, task, config, stop);
         phase = FloatingResultViewModel::Success{std::move(answer)};

@@ -57,6 +57,9 @@ public:
     /// Lets the user drag a rectangle, reads the text in it and translates it.
     void ocrTranslate();
 
+    /// The status item's menu opens and closes: the panel stays while it is used.
+    void noteStatusMenu(FloatingResultPanelController::StatusMenu menu);
+
     /// Asks the current job to stop, before the program ends.
     void cancelCurrentTask();
 

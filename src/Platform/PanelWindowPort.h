@@ -4,7 +4,9 @@
 
 #include <QRect>
 
+QT_FORWARD_DECLARE_CLASS(QObject)
 QT_FORWARD_DECLARE_CLASS(QScreen)
+QT_FORWARD_DECLARE_CLASS(QString)
 QT_FORWARD_DECLARE_CLASS(QWindow)
 
 namespace orvesa {
@@ -23,6 +25,13 @@ public:
     {
         Q_UNUSED(screen)
         return available;
+    }
+
+    /// Has screen readers say the text, in the name of that window (a widget or a window that is shown).
+    virtual void announce(QObject &window, const QString &text)
+    {
+        Q_UNUSED(window)
+        Q_UNUSED(text)
     }
 
     /// Whether translucent windows are blended with what lies below them at this moment.

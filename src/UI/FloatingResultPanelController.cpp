@@ -40,7 +40,7 @@ bool isUntitledWindowOfOurs(QPoint place)
 FloatingResultPanelController::FloatingResultPanelController(const SettingsStore &settings,
                                                              PanelWindowPort &panelWindow,
                                                              MouseMonitorPort &mouseMonitor)
-    : m_settings(settings), m_panelWindow(panelWindow), m_mouseMonitor(mouseMonitor)
+    : m_settings(settings), m_panelWindow(panelWindow), m_mouseMonitor(mouseMonitor), m_announcer(panelWindow)
 {
     m_viewModel.onClose = [this] { hide(); };
     connect(&m_viewModel, &FloatingResultViewModel::changed, this, &FloatingResultPanelController::scheduleResize);
@@ -141,6 +141,8 @@ void FloatingResultPanelController::showNearMouse()
     const QSize size = idealFrameSize().value_or(window.size());
     const QPoint origin = PanelPlacement::nearPointer(QCursor::pos(), size, connectedScreens());
     nameWindow();
+    m_announcer.forget();
+    m_statusMenu = StatusMenu::closed;
     window.orderFront(QRect(origin, size));
     installDismissMonitors();
 }
@@ -184,6 +186,7 @@ void FloatingResultPanelController::resizeToFitContent()
     }
     const auto size = idealFrameSize();
     nameWindow();
+    m_announcer.announce(m_viewModel, *m_panel);
     if (!size) {
         return;
     }

@@ -4,6 +4,7 @@
 // hides it when the user clicks elsewhere. Main thread only; settings and ports must outlive it.
 
 #include "UI/FloatingResultViewModel.h"
+#include "UI/PanelAnnouncer.h"
 #include "UI/PanelPlacement.h"
 
 #include <QBasicTimer>
@@ -73,6 +74,7 @@ private:
     FloatingResultViewModel m_viewModel;
     FloatingResultView *m_view = nullptr;
     std::unique_ptr<FloatingResultPanel> m_panel;
+    PanelAnnouncer m_announcer;
     bool m_resizeScheduled = false;
     bool m_monitoring = false;
     StatusMenu m_statusMenu = StatusMenu::closed;

@@ -1,5 +1,6 @@
 #include "UI/HeaderPicker.h"
 
+#include "UI/AccessiblePicker.h"
 #include "UI/Style.h"
 #include "UI/Symbols.h"
 
@@ -20,6 +21,7 @@ constexpr int ringOutset = 2; ///< room around the pill for the focus ring
 
 HeaderPicker::HeaderPicker(QWidget *parent) : QComboBox(parent)
 {
+    AccessiblePicker::install();
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setFont(Style::statusFont());

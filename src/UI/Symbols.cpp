@@ -1,5 +1,7 @@
 #include "UI/Symbols.h"
 
+#include "UI/SymbolIconEngine.h"
+
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPixmapCache>
@@ -40,11 +42,7 @@ QPixmap pixmap(const QString &name, const QColor &color, int size, qreal deviceP
 
 QIcon icon(const QString &name, const QColor &color)
 {
-    QIcon result;
-    for (const int size : {16, 18, 22, 24, 32, 48}) {
-        result.addPixmap(pixmap(name, color, size, 1));
-    }
-    return result;
+    return QIcon(new SymbolIconEngine(name, color));
 }
 
 } // namespace orvesa::Symbols

@@ -14,7 +14,7 @@ namespace orvesa::Symbols {
 /// image is a programming error and stops the program.
 [[nodiscard]] QPixmap pixmap(const QString &name, const QColor &color, int size, qreal devicePixelRatio);
 
-/// The symbol as an icon for the desktop's own surfaces (tray, windows), in the sizes that they ask for.
+/// The symbol as an icon for the desktop's own surfaces (windows, trays), sharp at every size that they ask for.
 [[nodiscard]] QIcon icon(const QString &name, const QColor &color);
 
 } // namespace orvesa::Symbols

@@ -1,5 +1,6 @@
 #include "Platform/linux/X11PanelWindow.h"
 
+#include "Platform/linux/ATSPIAnnouncement.h"
 #include "Platform/linux/X11Struts.h"
 
 #include <QByteArray>
@@ -161,6 +162,11 @@ QRect X11PanelWindow::visibleFrame(const QScreen &screen, QRect available) const
     const QRect rest = X11Struts::freePart(monitor, rootGeometry(m_connection), X11Struts::read(m_connection));
     const QPoint offset = (QPointF(rest.topLeft() - origin) / scale).toPoint();
     return {origin + offset, (QSizeF(rest.size()) / scale).toSize()};
+}
+
+void X11PanelWindow::announce(QObject &window, const QString &text)
+{
+    ATSPIAnnouncement::send(window, text);
 }
 
 bool X11PanelWindow::isCompositing() const

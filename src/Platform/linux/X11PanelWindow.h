@@ -22,6 +22,7 @@ public:
 
     void makePanel(QWindow &window) override;
     [[nodiscard]] QRect visibleFrame(const QScreen &screen, QRect available) const override;
+    void announce(QObject &window, const QString &text) override;
     [[nodiscard]] bool isCompositing() const override;
 
     bool eventFilter(QObject *watched, QEvent *event) override;
