@@ -60,6 +60,9 @@ void nameControl(QLabel &caption, QWidget &control, L10nKey key)
     caption.setText(text);
     if (control.accessibleName() != text) {
         control.setAccessibleName(text);
+        // A picker's name is what is chosen; what it is for is its label and its description.
+        control.setAccessibleDescription(text);
+        caption.setBuddy(&control);
     }
 }
 

@@ -1,11 +1,9 @@
 #include "App/Settings/PromptListView.h"
 
 #include "App/Settings/PromptsSettingsViewModel.h"
-#include "UI/Style.h"
 #include "UI/TextButton.h"
 
 #include <QTimerEvent>
-#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -17,11 +15,8 @@ constexpr std::size_t rowsPerStep = 12;
 constexpr int rowSpacing = 10;
 } // namespace
 
-PromptListView::PromptListView(PromptsSettingsViewModel &model, QWidget *parent)
-    : QWidget(parent), m_model(model), m_column(new QVBoxLayout(this))
+PromptListView::PromptListView(PromptsSettingsViewModel &model, QWidget *parent) : QWidget(parent), m_model(model)
 {
-    m_column->setContentsMargins(0, 0, 0, 0);
-    m_column->setSpacing(rowSpacing);
     refresh();
 }
 
@@ -36,7 +31,6 @@ void PromptListView::refresh()
     while (m_rows.size() > prompts.size()) {
         PromptRow *row = m_rows.back();
         m_rows.pop_back();
-        m_column->removeWidget(row);
         row->hide();
         // Its own button may be on the call stack.
         row->deleteLater();
@@ -47,21 +41,25 @@ void PromptListView::refresh()
     makeRows(std::max(firstRows, m_rows.size()));
 }
 
-void PromptListView::makeRows(std::size_t count)
+void PromptListView::makeRows(std::size_t wanted)
 {
     const std::vector<CustomPrompt> &prompts = m_model.prompts();
-    while (m_rows.size() < std::min(count, prompts.size())) {
+    while (m_rows.size() < std::min(wanted, prompts.size())) {
         auto *row = new PromptRow(
             {.edit = [this](const QUuid &id) { m_model.edit(id); }, .remove = [this](const QUuid &id) { remove(id); }},
             this);
         row->setPrompt(prompts[m_rows.size()]);
-        m_column->addWidget(row);
         if (!m_rows.empty()) {
             setTabOrder(&m_rows.back()->deleteButton(), &row->editButton());
             setTabOrder(&row->editButton(), &row->deleteButton());
         }
+        m_rowHeight = row->sizeHint().height();
         m_rows.push_back(row);
+        place(m_rows.size() - 1);
+        row->show();
     }
+    const int count = static_cast<int>(prompts.size());
+    setFixedHeight(count == 0 ? 0 : count * (m_rowHeight + rowSpacing) - rowSpacing);
     if (isComplete()) {
         m_fillTimer.stop();
     } else if (!m_fillTimer.isActive()) {
@@ -80,6 +78,19 @@ void PromptListView::remove(const QUuid &id)
     if (hadFocus && !m_rows.empty()) {
         m_rows[std::min(place, m_rows.size() - 1)]->deleteButton().setFocus(Qt::OtherFocusReason);
     }
+}
+
+void PromptListView::place(std::size_t index)
+{
+    m_rows[index]->setGeometry(0, static_cast<int>(index) * (m_rowHeight + rowSpacing), width(), m_rowHeight);
+}
+
+void PromptListView::resizeEvent(QResizeEvent *event)
+{
+    for (std::size_t index = 0; index < m_rows.size(); ++index) {
+        place(index);
+    }
+    QWidget::resizeEvent(event);
 }
 
 void PromptListView::timerEvent(QTimerEvent *event)

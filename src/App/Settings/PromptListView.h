@@ -3,7 +3,8 @@
 // The rows of the stored prompts, in their order.
 //
 // The rows of the first screen are there at once; many more follow while the event loop is idle, so that a long list
-// opens as quickly as a short one. Main thread only.
+// opens as quickly as a short one. All rows are equally high and are placed by counting: a layout would measure every
+// row for every new one. Main thread only.
 
 #include "App/Settings/PromptRow.h"
 
@@ -11,8 +12,6 @@
 #include <QWidget>
 
 #include <vector>
-
-class QVBoxLayout;
 
 namespace orvesa {
 
@@ -31,15 +30,17 @@ public:
     [[nodiscard]] bool isComplete() const;
 
 protected:
+    void resizeEvent(QResizeEvent *event) override;
     void timerEvent(QTimerEvent *event) override;
 
 private:
-    void makeRows(std::size_t count);
+    void makeRows(std::size_t wanted);
+    void place(std::size_t index);
     void remove(const QUuid &id);
 
     PromptsSettingsViewModel &m_model;
-    QVBoxLayout *m_column;
     std::vector<PromptRow *> m_rows;
+    int m_rowHeight = 0; ///< known from the first row
     QBasicTimer m_fillTimer;
 };
 

@@ -7,11 +7,9 @@
 #include "UI/PlainLabel.h"
 #include "UI/Style.h"
 
-#include <QKeyEvent>
 #include <QPainter>
+#include <QShowEvent>
 #include <QVBoxLayout>
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -104,21 +102,6 @@ void SettingsSidebar::showEvent(QShowEvent *event)
         m_keyStatus.refresh();
     }
     QWidget::showEvent(event);
-}
-
-void SettingsSidebar::keyPressEvent(QKeyEvent *event)
-{
-    const auto focused = std::ranges::find_if(m_items, [](const SidebarItem *item) { return item->hasFocus(); });
-    const int step = event->key() == Qt::Key_Down ? 1 : event->key() == Qt::Key_Up ? -1 : 0;
-    if (focused == m_items.end() || step == 0) {
-        QWidget::keyPressEvent(event);
-        return;
-    }
-    const auto last = static_cast<std::ptrdiff_t>(m_items.size()) - 1;
-    const std::ptrdiff_t next = std::clamp<std::ptrdiff_t>(focused - m_items.begin() + step, 0, last);
-    SidebarItem *item = m_items.at(static_cast<std::size_t>(next));
-    item->setFocus(Qt::TabFocusReason);
-    item->click();
 }
 
 } // namespace orvesa

@@ -1,6 +1,6 @@
 #pragma once
 
-// The list of sections on the left of the settings window. The arrow keys move among them. Main thread only.
+// The list of sections on the left of the settings window. Main thread only.
 
 #include "App/Settings/SettingsSection.h"
 
@@ -31,7 +31,6 @@ public:
 protected:
     void paintEvent(QPaintEvent *event) override;
     void showEvent(QShowEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void refreshTexts();

@@ -3,6 +3,7 @@
 #include "App/Settings/SettingsView.h"
 #include "Core/KeychainService.h"
 
+#include <QMainWindow>
 #include <QScreen>
 #include <QShortcut>
 
@@ -11,28 +12,32 @@ using namespace Qt::StringLiterals;
 namespace orvesa {
 
 SettingsWindowController::SettingsWindowController(const SettingsServices &services)
-    : m_keyStatus(services.keychain), m_view(std::make_unique<SettingsView>(services, m_keyStatus))
+    : m_keyStatus(services.keychain), m_window(std::make_unique<QMainWindow>()),
+      m_view(new SettingsView(services, m_keyStatus))
 {
-    m_view->setWindowTitle(u"Orvesa Translate Settings"_s);
-    m_view->setAttribute(Qt::WA_QuitOnClose, false);
-    m_view->setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-                           Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
-    const QRect available = m_view->screen()->availableGeometry();
-    m_view->move(available.center() - m_view->rect().center());
-    const auto *close = new QShortcut(QKeySequence::Close, m_view.get());
-    QObject::connect(close, &QShortcut::activated, m_view.get(), &QWidget::close);
+    m_window->setWindowTitle(u"Orvesa Translate Settings"_s);
+    m_window->setAttribute(Qt::WA_QuitOnClose, false);
+    m_window->setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                             Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
+    m_window->setContextMenuPolicy(Qt::NoContextMenu);
+    m_window->setCentralWidget(m_view);
+    m_window->setFixedSize(m_view->size());
+    const QRect available = m_window->screen()->availableGeometry();
+    m_window->move(available.center() - m_window->rect().center());
+    const auto *close = new QShortcut(QKeySequence::Close, m_window.get());
+    QObject::connect(close, &QShortcut::activated, m_window.get(), &QWidget::close);
 }
 
 SettingsWindowController::~SettingsWindowController() = default;
 
 void SettingsWindowController::showWindow()
 {
-    if (m_view->isMinimized()) {
-        m_view->setWindowState(m_view->windowState() & ~Qt::WindowMinimized);
+    if (m_window->isMinimized()) {
+        m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
     }
-    m_view->show();
-    m_view->raise();
-    m_view->activateWindow();
+    m_window->show();
+    m_window->raise();
+    m_window->activateWindow();
 }
 
 } // namespace orvesa

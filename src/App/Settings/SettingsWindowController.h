@@ -9,7 +9,7 @@
 
 #include <memory>
 
-class QWidget;
+class QMainWindow;
 
 namespace orvesa {
 
@@ -24,11 +24,13 @@ public:
 
     /// Shows the window in front of others, with the keyboard.
     void showWindow();
+    [[nodiscard]] QMainWindow &window() const { return *m_window; }
     [[nodiscard]] SettingsView &view() const { return *m_view; }
 
 private:
     ProviderKeyStatus m_keyStatus;
-    std::unique_ptr<SettingsView> m_view;
+    std::unique_ptr<QMainWindow> m_window;
+    SettingsView *m_view; ///< the window's
 };
 
 } // namespace orvesa

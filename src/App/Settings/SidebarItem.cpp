@@ -23,19 +23,19 @@ constexpr int textLeft = horizontalPadding + Style::tileSize + tileGap;
 } // namespace
 
 SidebarItem::SidebarItem(SettingsSection section, std::function<void()> onSelect, QWidget *parent)
-    : QAbstractButton(parent), m_section(section), m_badge(new Capsule(this))
+    : QAbstractButton(parent), m_section(section)
 {
     setCheckable(true);
+    setAutoExclusive(true);
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    m_badge->hide();
     connect(this, &QAbstractButton::clicked, this, [select = std::move(onSelect)] { select(); });
     refresh();
 }
 
 bool SidebarItem::showsNoKeyBadge() const
 {
-    return m_badge->isVisibleTo(this);
+    return m_badge != nullptr && m_badge->isVisibleTo(this);
 }
 
 void SidebarItem::setSelected(bool isSelected)
@@ -48,16 +48,23 @@ void SidebarItem::setSelected(bool isSelected)
 
 void SidebarItem::setShowsNoKeyBadge(bool showsBadge)
 {
-    if (showsBadge != showsNoKeyBadge()) {
-        m_badge->setVisible(showsBadge);
-        placeBadge();
+    if (showsBadge == showsNoKeyBadge()) {
+        return;
     }
+    if (m_badge == nullptr) {
+        m_badge = new Capsule(this);
+        m_badge->setText(Localization::string(L10nKey::noKeyBadge));
+    }
+    m_badge->setVisible(showsBadge);
+    placeBadge();
 }
 
 void SidebarItem::refresh()
 {
     setText(Localization::string(titleKey(m_section)));
-    m_badge->setText(Localization::string(L10nKey::noKeyBadge));
+    if (m_badge != nullptr) {
+        m_badge->setText(Localization::string(L10nKey::noKeyBadge));
+    }
     placeBadge();
 }
 
@@ -85,6 +92,11 @@ QSize SidebarItem::sizeHint() const
 
 void SidebarItem::placeBadge()
 {
+    updateGeometry();
+    update();
+    if (m_badge == nullptr) {
+        return;
+    }
     const QSize size = m_badge->sizeHint();
     if (badgeStandsBesideTitle()) {
         m_badge->setGeometry(width() - horizontalPadding - size.width(), (height() - size.height()) / 2, size.width(),
@@ -94,8 +106,6 @@ void SidebarItem::placeBadge()
         const int bottom = (sizeHint().height() + content) / 2;
         m_badge->setGeometry(textLeft, bottom - size.height(), size.width(), size.height());
     }
-    updateGeometry();
-    update();
 }
 
 void SidebarItem::paintEvent(QPaintEvent *)
@@ -153,11 +163,6 @@ void SidebarItem::leaveEvent(QEvent *event)
 {
     update();
     QAbstractButton::leaveEvent(event);
-}
-
-void SidebarItem::nextCheckState()
-{
-    // A click asks for the section; the sidebar says which one is selected.
 }
 
 } // namespace orvesa

@@ -1,6 +1,8 @@
 #pragma once
 
-// One section in the sidebar: its icon, its title, and the badge where a key is missing. Main thread only.
+// One section in the sidebar: its icon, its title, and the badge where a key is missing.
+//
+// Exactly one of the items beside each other is selected; the arrow keys move the selection. Main thread only.
 
 #include "App/Settings/SettingsSection.h"
 
@@ -34,7 +36,6 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void enterEvent(QEnterEvent *event) override;
     void leaveEvent(QEvent *event) override;
-    void nextCheckState() override;
 
 private:
     [[nodiscard]] QFont titleFont(bool isSelected) const;
@@ -42,7 +43,7 @@ private:
     void placeBadge();
 
     SettingsSection m_section;
-    Capsule *m_badge;
+    Capsule *m_badge = nullptr; ///< made when it is wanted for the first time
 };
 
 } // namespace orvesa
