@@ -10,6 +10,13 @@ namespace orvesa::desktop {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// No fingers type faster.
+constexpr std::chrono::milliseconds betweenKeys{40};
+
+} // namespace
+
 const QString CaptureStage::sample =
     u"  Hello 世界 こんにちは 👩‍👩‍👧‍👦\nzweite Zeile\n\n\tEnde."_s;
 const QString CaptureStage::nothingSelected = u"No text is selected. Select some text in any app and try again."_s;
@@ -75,6 +82,7 @@ Captured CaptureStage::capture(std::chrono::milliseconds hold)
     processEventsFor(hold);
     desktop->keyboard().keyUp(u"d"_s);
     desktop->keyboard().keyUp(u"Alt"_s);
+    processEventsFor(betweenKeys);
     waitUntil([&] { return captureLines().size() > before; }, u"the capture"_s);
     Captured captured;
     captured.line = captureLines().at(before);
