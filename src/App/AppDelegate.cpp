@@ -69,6 +69,8 @@ void AppDelegate::performNamed(const QString &name)
 {
     if (const auto action = fromRawValue<HotKeyAction>(name)) {
         perform(*action);
+    } else if (name == "settings"_L1) {
+        openSettings();
     } else {
         qWarning("OrvesaTranslate: unknown action %s", qUtf8Printable(name.left(100)));
     }

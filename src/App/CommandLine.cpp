@@ -1,5 +1,6 @@
 #include "App/CommandLine.h"
 
+#include "App/DesktopCommandLine.h"
 #include "App/StoreCommandLine.h"
 
 #include <QCommandLineParser>
@@ -16,6 +17,7 @@ const QString providerOption = u"provider"_s;
 const QString modelOption = u"model"_s;
 const QString thinkingOption = u"thinking"_s;
 const QString performOption = u"perform"_s;
+const QString networkOption = u"network"_s;
 const QString versionOption = u"version"_s;
 const QString helpOption = u"help"_s;
 const QString standardInputMarker = u"-"_s;
@@ -28,6 +30,7 @@ void addOptions(QCommandLineParser &parser)
                        {modelOption, {}, u"model"_s},
                        {thinkingOption, {}, u"on|off"_s},
                        {performOption, {}, u"action"_s},
+                       {networkOption, {}},
                        {versionOption, {}},
                        {{u"h"_s, helpOption}, {}}});
 }
@@ -133,6 +136,17 @@ Request parseCommand(const QCommandLineParser &parser, qsizetype literalCount)
         }
         return command == "key"_L1 ? StoreCommandLine::parseKey(words) : StoreCommandLine::parseSettings(words);
     }
+    if (command == "autostart"_L1 || command == "doctor"_L1) {
+        const bool isDoctor = command == "doctor"_L1;
+        if (const auto misplaced =
+                misplacedOption(parser, command, isDoctor ? QStringList{networkOption} : QStringList())) {
+            return *misplaced;
+        }
+        using Reach = Doctor::Reach;
+        return isDoctor ? DesktopCommandLine::parseDoctor(words,
+                                                          parser.isSet(networkOption) ? Reach::network : Reach::machine)
+                        : DesktopCommandLine::parseAutostart(words);
+    }
     if (command == "recognize"_L1) {
         if (const auto misplaced = misplacedOption(parser, command, {})) {
             return *misplaced;
@@ -220,6 +234,10 @@ QString helpText()
   orvesa-translate key set PROVIDER     keep the API key that standard input holds
   orvesa-translate key clear PROVIDER   remove it
   orvesa-translate key status           say for which services a key is kept
+  orvesa-translate autostart on|off|status
+                                        start the utility at login
+  orvesa-translate doctor               say what the utility finds on this desktop, and what is wrong with it
+      --network                         also try to reach the chosen service
   orvesa-translate --version            print the version
   orvesa-translate --help               print this help
 

@@ -80,14 +80,25 @@ struct Recognize {
     QString imagePath;
     bool operator==(const Recognize &) const = default;
 };
+/// Start at login.
+struct Autostart {
+    enum class Action { on, off, status };
+    Action action;
+    bool operator==(const Autostart &) const = default;
+};
+/// What the program finds on this desktop.
+struct Doctor {
+    enum class Reach { machine, network };
+    Reach reach;
+    bool operator==(const Doctor &) const = default;
+};
 struct UsageError {
     QString message; ///< one English line
     bool operator==(const UsageError &) const = default;
 };
 
-using Request =
-    std::variant<StartUtility, ShowVersion, ShowHelp, Perform, Translate, Polish, Prompt, Settings, Key, Recognize,
-                 UsageError>;
+using Request = std::variant<StartUtility, ShowVersion, ShowHelp, Perform, Translate, Polish, Prompt, Settings, Key,
+                             Recognize, Autostart, Doctor, UsageError>;
 
 /// `arguments` without the program's name.
 [[nodiscard]] Request parse(const QStringList &arguments);

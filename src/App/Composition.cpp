@@ -3,6 +3,7 @@
 #include "App/AppDelegate.h"
 #include "App/BuildIdentity.h"
 #include "App/CommandRunner.h"
+#include "App/CompositionDoctor.h"
 #include "App/KeyCommand.h"
 #include "App/RecognizeCommand.h"
 #include "App/SecretInput.h"
@@ -179,6 +180,7 @@ ExitCode runUtility(int &argc, char **argv)
                     utility->delegate.performNamed(action);
                 }
             },
+        .heldShortcuts = [&utility] { return utility ? utility->delegate.heldShortcuts() : QList<quint32>(); },
     };
     if (desktop.singleInstance().claim(identifier, handlers) == SingleInstancePort::Claim::runsAlready) {
         return desktop.singleInstance().ask(identifier, QString()) ? ExitCode::success : ExitCode::failure;
@@ -202,6 +204,9 @@ ExitCode runCommand(int &argc, char **argv, const CommandLine::Request &request)
     if (const auto *settings = std::get_if<CommandLine::Settings>(&request)) {
         return SettingsCommand(desktop.userDefaults(), desktop.preferredLanguages()).run(*settings);
     }
+    if (const auto *entry = std::get_if<CommandLine::Autostart>(&request)) {
+        return autostart(*entry);
+    }
     addCertificateAuthorities();
     Services services(desktop.userDefaults(), desktop.preferredLanguages(), desktop.keyStore());
     const CommandRunner runner(services.settings, services.providers);
@@ -215,6 +220,8 @@ ExitCode runCommand(int &argc, char **argv, const CommandLine::Request &request)
                 result = co_await keyCommand.run(*key);
             } else if (const auto *recognize = std::get_if<CommandLine::Recognize>(&request)) {
                 result = co_await recognizeCommand.run(*recognize);
+            } else if (const auto *examination = std::get_if<CommandLine::Doctor>(&request)) {
+                result = co_await doctor(desktop, services, *examination);
             } else {
                 result = co_await runner.run(request);
             }

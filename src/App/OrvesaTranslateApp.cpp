@@ -3,7 +3,7 @@
 // What needs no window and no service is done right here, so that a key bound to `--perform` costs next to nothing. The
 // rest of the program, with the libraries that it needs, is loaded only when it is wanted.
 
-#include "App/BuildIdentity.h"
+#include "App/BuildCommit.h"
 #include "App/CommandLine.h"
 #include "App/CompositionPerform.h"
 #include "App/ProgramEntry.h"
@@ -52,8 +52,7 @@ int run(int &argc, char **argv)
         return static_cast<int>(printed(CommandLine::helpText().chopped(1)));
     }
     if (std::holds_alternative<CommandLine::ShowVersion>(request)) {
-        return static_cast<int>(printed(
-            u"%1 %2"_s.arg(QStringView(orvesa::BuildIdentity::name), QStringView(orvesa::BuildIdentity::version))));
+        return static_cast<int>(printed(orvesa::versionText()));
     }
     if (const auto *perform = std::get_if<CommandLine::Perform>(&request)) {
         return static_cast<int>(orvesa::Composition::perform(argc, argv, perform->action));

@@ -42,6 +42,15 @@ void HotKeyService::unregisterAll()
     m_handlers.clear();
 }
 
+QList<quint32> HotKeyService::registered() const
+{
+    QList<quint32> identifiers;
+    for (const auto &[id, reference] : m_hotKeyRefs) {
+        identifiers.append(id);
+    }
+    return identifiers;
+}
+
 void HotKeyService::installEventHandlerIfNeeded()
 {
     if (m_handlerInstalled) {

@@ -8,6 +8,8 @@
 #include "Models/KeyCombo.h"
 #include "Platform/HotKeyPort.h"
 
+#include <QList>
+
 #include <functional>
 #include <map>
 
@@ -25,6 +27,8 @@ public:
     /// Replaces an earlier registration under the same identifier. Throws HotKeyError.
     void registerHotKey(quint32 id, const KeyCombo &combo, std::function<void()> handler);
     void unregisterAll();
+    /// The identifiers of what is registered.
+    [[nodiscard]] QList<quint32> registered() const;
 
 private:
     void installEventHandlerIfNeeded();

@@ -4,9 +4,11 @@
 //
 // Follows the freedesktop application interface (org.freedesktop.Application, Desktop Entry 1.5). Main thread.
 
+#include <QList>
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 namespace orvesa {
 
@@ -21,6 +23,7 @@ public:
     struct Handlers {
         std::function<void()> activate;                     ///< show the settings window
         std::function<void(const QString &action)> perform; ///< run an action by name
+        std::function<QList<quint32>()> heldShortcuts{};    ///< the identifiers of the shortcuts that it holds
     };
 
     virtual ~SingleInstancePort() = default;
@@ -30,6 +33,12 @@ public:
     /// Asks the running instance to activate, or to perform `action` when it is not empty. False when none answered
     /// within two seconds.
     [[nodiscard]] virtual bool ask(const QString &identifier, const QString &action) = 0;
+    /// The identifiers of the shortcuts that the running instance holds; nothing when none answered within two seconds.
+    [[nodiscard]] virtual std::optional<QList<quint32>> heldShortcuts(const QString &identifier)
+    {
+        Q_UNUSED(identifier)
+        return std::nullopt;
+    }
 };
 
 } // namespace orvesa

@@ -1,9 +1,12 @@
 #include "Platform/linux/DBusSingleInstance.h"
 
 #include "Platform/linux/DBusApplicationObject.h"
+#include "Platform/linux/DBusDiagnosticsObject.h"
 #include "Platform/linux/SessionBus.h"
 
+#include <QDBusArgument>
 #include <QDBusMessage>
+#include <QDBusMetaType>
 #include <QDBusReply>
 
 #include <utility>
@@ -25,6 +28,11 @@ QString objectPath(const QString &identifier)
     path.replace(u'.', u'/');
     path.replace(u'-', u'_');
     return path;
+}
+
+QString diagnosticsPath(const QString &identifier)
+{
+    return objectPath(identifier) + u"/Diagnostics"_s;
 }
 
 QDBusMessage busCall(const QString &method, const QVariantList &arguments)
@@ -52,6 +60,7 @@ SingleInstancePort::Claim DBusSingleInstance::claim(const QString &identifier, H
         return Claim::unavailable;
     }
     // The object is there before the name is, so that no caller of the name misses it.
+    auto diagnostics = std::make_unique<DBusDiagnosticsObject>(std::move(handlers.heldShortcuts));
     auto object = std::make_unique<DBusApplicationObject>(std::move(handlers));
     if (!bus->registerObject(objectPath(identifier), object.get(), QDBusConnection::ExportAllSlots)) {
         return Claim::unavailable;
@@ -61,6 +70,10 @@ SingleInstancePort::Claim DBusSingleInstance::claim(const QString &identifier, H
     if (answer.isValid() && (answer.value() == primaryOwner || answer.value() == alreadyOwner)) {
         m_identifier = identifier;
         m_object = std::move(object);
+        qDBusRegisterMetaType<QList<uint>>();
+        if (bus->registerObject(diagnosticsPath(identifier), diagnostics.get(), QDBusConnection::ExportAllSlots)) {
+            m_diagnostics = std::move(diagnostics);
+        }
         return Claim::owned;
     }
     bus->unregisterObject(objectPath(identifier));
@@ -85,6 +98,20 @@ bool DBusSingleInstance::ask(const QString &identifier, const QString &action)
     return bus->call(message, QDBus::Block, boundInMilliseconds).type() == QDBusMessage::ReplyMessage;
 }
 
+std::optional<QList<quint32>> DBusSingleInstance::heldShortcuts(const QString &identifier)
+{
+    auto bus = SessionBus::connection();
+    if (!bus) {
+        return std::nullopt;
+    }
+    QDBusMessage message = QDBusMessage::createMethodCall(identifier, diagnosticsPath(identifier),
+                                                          u"com.orvesa.Diagnostics1"_s, u"HeldShortcuts"_s);
+    message.setAutoStartService(false);
+    qDBusRegisterMetaType<QList<uint>>();
+    const QDBusReply<QList<uint>> answer = bus->call(message, QDBus::Block, boundInMilliseconds);
+    return answer.isValid() ? std::optional(answer.value()) : std::nullopt;
+}
+
 void DBusSingleInstance::release()
 {
     if (!m_object) {
@@ -92,8 +119,10 @@ void DBusSingleInstance::release()
     }
     if (auto bus = SessionBus::connection()) {
         bus->send(busCall(u"ReleaseName"_s, {m_identifier}));
+        bus->unregisterObject(diagnosticsPath(m_identifier));
         bus->unregisterObject(objectPath(m_identifier));
     }
+    m_diagnostics.reset();
     m_object.reset();
 }
 

@@ -12,6 +12,7 @@
 namespace orvesa {
 
 class DBusApplicationObject;
+class DBusDiagnosticsObject;
 
 class DBusSingleInstance final : public SingleInstancePort {
 public:
@@ -21,12 +22,14 @@ public:
 
     [[nodiscard]] Claim claim(const QString &identifier, Handlers handlers) override;
     [[nodiscard]] bool ask(const QString &identifier, const QString &action) override;
+    [[nodiscard]] std::optional<QList<quint32>> heldShortcuts(const QString &identifier) override;
 
 private:
     void release();
 
     QString m_identifier;
     std::unique_ptr<DBusApplicationObject> m_object;
+    std::unique_ptr<DBusDiagnosticsObject> m_diagnostics;
 };
 
 } // namespace orvesa

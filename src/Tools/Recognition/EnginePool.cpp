@@ -69,6 +69,16 @@ void EnginePool::read(Language language, const GrayImage &image, Engine::Layout 
     m_posted.notify_all();
 }
 
+void EnginePool::load(Language language)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        workerFor(language).tasks.push_back({.language = language});
+        ++m_open;
+    }
+    m_posted.notify_all();
+}
+
 void EnginePool::wait()
 {
     std::unique_lock lock(m_mutex);

@@ -31,6 +31,8 @@ public:
 
     /// Has the image read; the result stays empty where the language is not installed.
     void read(Language language, const GrayImage &image, Engine::Layout layout, Reading &result);
+    /// Has the language loaded, if it is installed.
+    void load(Language language);
     /// Until everything that was posted is read.
     void wait();
     /// Until the languages that horizontal text needs are loaded or known to be missing.

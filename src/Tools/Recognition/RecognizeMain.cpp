@@ -1,4 +1,5 @@
-// orvesa-recognize IMAGE prints the text in an image file; orvesa-recognize --serve answers images on standard input.
+// orvesa-recognize IMAGE prints the text in an image file; orvesa-recognize --serve answers images on standard input;
+// orvesa-recognize --missing prints the packages of the languages that it would read and that are not installed.
 
 #include "Tools/Recognition/RecognitionServer.h"
 
@@ -72,6 +73,20 @@ int recognizeFile(const QString &path)
     return EXIT_SUCCESS;
 }
 
+int printMissing()
+{
+    EnginePool pool;
+    // Those that text that runs down needs are loaded for no other reason than such a text.
+    pool.load(Language::japaneseDown);
+    pool.load(Language::traditionalChineseDown);
+    pool.waitUntilLoaded();
+    const QStringList missing = pool.missingPackages();
+    for (const QString &package : missing) {
+        std::printf("%s\n", qUtf8Printable(package));
+    }
+    return EXIT_SUCCESS;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -80,9 +95,13 @@ int main(int argc, char *argv[])
     if (argc == 2 && std::strcmp(argv[1], "--serve") == 0) {
         return serve();
     }
+    if (argc == 2 && std::strcmp(argv[1], "--missing") == 0) {
+        return printMissing();
+    }
     if (argc == 2 && argv[1][0] != '-') {
         return recognizeFile(QFile::decodeName(argv[1]));
     }
-    std::fprintf(stderr, "usage: orvesa-recognize IMAGE\n       orvesa-recognize --serve\n");
+    std::fprintf(stderr,
+                 "usage: orvesa-recognize IMAGE\n       orvesa-recognize --serve\n       orvesa-recognize --missing\n");
     return 2;
 }
