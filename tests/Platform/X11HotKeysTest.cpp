@@ -235,6 +235,40 @@ TEST_F(X11HotKeysTest, RefusesAKeyThatNoKeyboardHas)
     EXPECT_EQ(add(1000, option, 1).status, HotKeyStatus::hotKeyInvalid);
 }
 
+TEST(X11HotKeysOverAnEditor, LeaveItsMenuBarAlone)
+{
+    // A Qt 5 menu bar takes the keyboard when Alt goes down and up with nothing in between.
+    AdoptedDesktop desktop;
+    X11Connection connection;
+    X11HotKeys hotKeys(connection);
+    int presses = 0;
+    ASSERT_EQ(hotKeys.installHandler([&presses](HotKeyID) {
+        ++presses;
+        return HotKeyStatus::noErr;
+    }),
+              HotKeyStatus::noErr);
+    ASSERT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    desktop::Process &process = desktop->launch(u"featherpad"_s, {u"--standalone"_s});
+    desktop->windows().awaitActive(desktop->windows().awaitWindow({.pid = process.pid()}));
+    const desktop::Accessible content = desktop->accessibles().await(process.pid(), u"text"_s);
+    waitUntil([&] { return content.has(desktop::AccessibleState::focused); }, u"the text to have the focus"_s);
+    QString typed;
+    constexpr int rounds = 150;
+    for (int round = 0; round < rounds; ++round) {
+        if (round % 3 == 0) {
+            desktop->keyboard().pressAtOnce(u"Alt+d"_s);
+        } else {
+            desktop->keyboard().press(u"Alt+d"_s);
+        }
+        const QString letter(QChar(u'a' + round % 26));
+        desktop->keyboard().type(letter);
+        typed += letter;
+        ASSERT_TRUE(happensWithin(std::chrono::seconds(5), [&] { return content.text() == typed; }))
+            << "after press " << round + 1 << ": " << content.text().toStdString();
+    }
+    waitUntil([&presses] { return presses == rounds; }, u"every press"_s);
+}
+
 TEST(X11HotKeysWithoutDisplay, AreNotAvailable)
 {
     qunsetenv("DISPLAY");

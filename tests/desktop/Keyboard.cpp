@@ -52,10 +52,15 @@ Keyboard::~Keyboard()
     xcb_key_symbols_free(m_symbols);
 }
 
-void Keyboard::send(xcb_keycode_t code, bool down)
+void Keyboard::queue(xcb_keycode_t code, bool down)
 {
     xcb_test_fake_input(m_session.connection(), down ? XCB_KEY_PRESS : XCB_KEY_RELEASE, code, XCB_CURRENT_TIME,
                         XCB_NONE, 0, 0, 0);
+}
+
+void Keyboard::send(xcb_keycode_t code, bool down)
+{
+    queue(code, down);
     m_session.synchronize();
 }
 
@@ -85,11 +90,29 @@ Keyboard::Stroke Keyboard::bindSpareKey(xcb_keysym_t keysym)
     return {code, false};
 }
 
-void Keyboard::press(const QString &combination)
+QStringList Keyboard::keysOf(const QString &combination)
 {
     QStringList names = combination.split(u'+', Qt::SkipEmptyParts);
     if (combination == u"+"_s || combination.endsWith(u"++"_s))
         names.append(u"plus"_s);
+    return names;
+}
+
+void Keyboard::pressAtOnce(const QString &combination)
+{
+    std::vector<xcb_keycode_t> codes;
+    for (const QString &name : keysOf(combination))
+        codes.push_back(strokeFor(keysymForName(name)).code);
+    for (const xcb_keycode_t code : codes)
+        queue(code, true);
+    for (const xcb_keycode_t code : std::views::reverse(codes))
+        queue(code, false);
+    m_session.synchronize();
+}
+
+void Keyboard::press(const QString &combination)
+{
+    const QStringList names = keysOf(combination);
     for (const QString &name : names)
         keyDown(name);
     for (const QString &name : std::views::reverse(names))

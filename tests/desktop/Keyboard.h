@@ -7,6 +7,7 @@
 
 #include <QMap>
 #include <QString>
+#include <QStringList>
 
 #include <xcb/xcb.h>
 
@@ -28,6 +29,8 @@ public:
     /// Presses and releases a combination, in the order written: "Alt+d", "Ctrl+Shift+c", "Escape", "F5",
     /// "Super+space". Names: Ctrl, Alt, Shift, Super, an X keysym name or a single character.
     void press(const QString &combination);
+    /// The same with nothing in between: the server has all of it before any program has heard of the first key.
+    void pressAtOnce(const QString &combination);
     /// One key by the same names, held until keyUp.
     void keyDown(const QString &key);
     void keyUp(const QString &key);
@@ -45,6 +48,8 @@ private:
     };
     [[nodiscard]] Stroke strokeFor(xcb_keysym_t keysym);
     [[nodiscard]] Stroke bindSpareKey(xcb_keysym_t keysym);
+    [[nodiscard]] static QStringList keysOf(const QString &combination);
+    void queue(xcb_keycode_t code, bool down);
     void send(xcb_keycode_t code, bool down);
 
     XSession &m_session;

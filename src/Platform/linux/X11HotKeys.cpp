@@ -1,16 +1,12 @@
 #include "Platform/linux/X11HotKeys.h"
 
-#include "Platform/linux/KeySymbols.h"
 #include "Platform/linux/MacKeyCodes.h"
-#include "Platform/linux/X11KeyFaces.h"
 
 #include <QMetaObject>
 
 #include <algorithm>
 #include <optional>
 #include <utility>
-
-#include <xcb/xinput.h>
 
 // The header names a member with a C++ keyword.
 #define explicit explicitActions
@@ -54,7 +50,6 @@ bool X11HotKeys::prepare()
     m_prepared = true;
     m_token = m_connection.addEventHandler([this](const xcb_generic_event_t &event) { handle(event); });
     useKeyboardExtension();
-    useInputExtension();
     readModifiers();
     return true;
 }
@@ -78,36 +73,11 @@ void X11HotKeys::useKeyboardExtension()
     m_connection.settle();
 }
 
-void X11HotKeys::useInputExtension()
-{
-    xcb_connection_t *const raw = m_connection.connection();
-    const xcb_query_extension_reply_t *const extension = xcb_get_extension_data(raw, &xcb_input_id);
-    m_connection.settle();
-    // From version 2.1 on raw events come whoever holds the keyboard.
-    if (extension != nullptr && extension->present != 0 &&
-        m_connection.reply(xcb_input_xi_query_version_reply, xcb_input_xi_query_version(raw, 2, 2))) {
-        m_inputOpcode = extension->major_opcode;
-    }
-}
-
 void X11HotKeys::readModifiers()
 {
     m_modifiers = X11Modifiers::read(m_connection);
-    // Control by itself has no meaning anywhere, unless the layout gives it one together with Alt.
-    const auto control = x11KeyCode(macControlKeyCode);
-    const bool isHarmless = control && X11KeyFaces::read(m_connection).isPlainModifier(*control);
-    m_grabs.setLoneModifier(m_modifiers.alt, isHarmless ? *control : xcb_keycode_t{0});
-}
-
-void X11HotKeys::listenForReleases(Listening listening)
-{
-    // For all devices, not for all masters: those belong to the mouse monitor on the same connection.
-    struct {
-        xcb_input_event_mask_t head;
-        quint32 mask;
-    } selection{{XCB_INPUT_DEVICE_ALL, 1},
-                listening == Listening::on ? quint32{XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE} : 0};
-    xcb_input_xi_select_events(m_connection.connection(), m_connection.root(), 1, &selection.head);
+    const auto control = x11KeyCode(macControlKeyCode); // which by itself has no meaning anywhere
+    m_grabs.setLoneModifier(control ? m_modifiers.alt : quint16{0}, control.value_or(0));
 }
 
 qint32 X11HotKeys::installHandler(Handler handler)
@@ -210,13 +180,7 @@ void X11HotKeys::grabAllAnew()
 void X11HotKeys::handle(const xcb_generic_event_t &event)
 {
     const auto type = static_cast<quint8>(event.response_type & eventTypeMask);
-    if (type == XCB_GE_GENERIC && m_inputOpcode != 0) {
-        const auto &generic = reinterpret_cast<const xcb_ge_generic_event_t &>(event);
-        if (generic.extension == m_inputOpcode && generic.event_type == XCB_INPUT_RAW_KEY_RELEASE) {
-            release(
-                static_cast<xcb_keycode_t>(reinterpret_cast<const xcb_input_raw_key_release_event_t &>(event).detail));
-        }
-    } else if (type == XCB_MAPPING_NOTIFY || (m_keyboardEvent != 0 && type == m_keyboardEvent)) {
+    if (type == XCB_MAPPING_NOTIFY || (m_keyboardEvent != 0 && type == m_keyboardEvent)) {
         scheduleGrabAllAnew();
     }
 }
@@ -241,10 +205,6 @@ void X11HotKeys::scheduleGrabAllAnew()
 
 void X11HotKeys::press(xcb_keycode_t keyCode, quint16 state)
 {
-    if (!m_heldKeys.insert(keyCode).second) {
-        return; // the server repeats it
-    }
-    awaitRelease(keyCode);
     const unsigned locks =
         XCB_MOD_MASK_LOCK | static_cast<unsigned>(m_modifiers.numLock) | static_cast<unsigned>(m_modifiers.scrollLock);
     const auto matches = [&](const auto &entry) {
@@ -257,26 +217,6 @@ void X11HotKeys::press(xcb_keycode_t keyCode, quint16 state)
     if (pressed != m_hotKeys.end() && m_handler) {
         const Handler handler = m_handler; // it may remove itself
         (void)handler(pressed->second.id);
-    }
-}
-
-void X11HotKeys::awaitRelease(xcb_keycode_t keyCode)
-{
-    if (m_heldKeys.size() == 1) {
-        listenForReleases(Listening::on);
-    }
-    // It may have been let go before this program came to listen.
-    const auto keys = m_connection.reply(xcb_query_keymap_reply, xcb_query_keymap(m_connection.connection()));
-    if (!keys || ((keys->keys[keyCode / 8] >> (keyCode % 8)) & 1U) == 0) {
-        release(keyCode);
-    }
-}
-
-void X11HotKeys::release(xcb_keycode_t keyCode)
-{
-    if (m_heldKeys.erase(keyCode) != 0 && m_heldKeys.empty()) {
-        listenForReleases(Listening::off);
-        m_connection.settle();
     }
 }
 

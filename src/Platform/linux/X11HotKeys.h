@@ -3,8 +3,8 @@
 // System-wide hot keys as passive key grabs on the root window.
 //
 // Main thread. Each hot key is grabbed for every state of the lock modifiers. Only the grabbed combinations ever reach
-// this program; while one of them is down, releases of keys are noticed too, and no other key is seen. When the
-// keyboard's layout or modifiers change, every hot key is grabbed anew at its place under the new layout.
+// this program. When the keyboard's modifiers change, every hot key is grabbed anew under the new ones; a key is held
+// by its place, which no layout changes.
 
 #include "Platform/HotKeyPort.h"
 #include "Platform/linux/X11Connection.h"
@@ -13,7 +13,6 @@
 
 #include <map>
 #include <memory>
-#include <set>
 
 namespace orvesa {
 
@@ -40,15 +39,9 @@ private:
 
     bool prepare();
     void useKeyboardExtension();
-    void useInputExtension();
     void readModifiers();
     void handle(const xcb_generic_event_t &event);
     void press(xcb_keycode_t keyCode, quint16 state);
-    void release(xcb_keycode_t keyCode);
-    void awaitRelease(xcb_keycode_t keyCode);
-    /// Whether releases of keys are told of.
-    enum class Listening { off, on };
-    void listenForReleases(Listening listening);
     [[nodiscard]] qint32 grab(HotKey &hotKey);
     void ungrab(HotKey &hotKey);
     void scheduleGrabAllAnew();
@@ -59,12 +52,10 @@ private:
     X11Connection::HandlerToken m_token = 0;
     X11Modifiers m_modifiers;
     bool m_prepared = false;
-    quint8 m_inputOpcode = 0;   ///< of the input extension's events; 0 without it
     quint8 m_keyboardEvent = 0; ///< the number of the keyboard extension's events; 0 without it
     bool m_regrabScheduled = false;
     HotKeyRef m_lastReference = 0;
     std::map<HotKeyRef, HotKey> m_hotKeys;
-    std::set<xcb_keycode_t> m_heldKeys;
     std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);
     Handler m_handler;
 };

@@ -3,7 +3,6 @@
 #include "Platform/linux/KeySymbols.h"
 #include "Platform/linux/X11Connection.h"
 
-#include <algorithm>
 #include <utility>
 
 // The header names a member with a C++ keyword.
@@ -103,17 +102,6 @@ xcb_keysym_t X11KeyFaces::plainSymbol(xcb_keycode_t keyCode, quint16 state) cons
 bool X11KeyFaces::isModifier(xcb_keycode_t keyCode, quint16 state) const
 {
     return KeySymbols::isModifier(symbol(keyCode, state, 0));
-}
-
-bool X11KeyFaces::isPlainModifier(xcb_keycode_t keyCode) const
-{
-    if (keyCode < m_firstKey || keyCode - m_firstKey >= static_cast<int>(m_keys.size())) {
-        return false;
-    }
-    const std::vector<xcb_keysym_t> &symbols = m_keys[static_cast<std::size_t>(keyCode - m_firstKey)].symbols;
-    return !symbols.empty() && KeySymbols::isModifier(symbols.front()) &&
-           std::ranges::all_of(
-               symbols, [&](xcb_keysym_t symbol) { return symbol == symbols.front() || symbol == XCB_NO_SYMBOL; });
 }
 
 } // namespace orvesa

@@ -25,9 +25,6 @@ public:
     /// Whether the key only changes what others do: Shift, Alt, AltGr, Caps Lock, a layout switch.
     [[nodiscard]] bool isModifier(xcb_keycode_t keyCode, quint16 state) const;
 
-    /// Whether it is a modifier that means the same on every level of every group.
-    [[nodiscard]] bool isPlainModifier(xcb_keycode_t keyCode) const;
-
 private:
     struct Key {
         std::vector<xcb_keysym_t> symbols{};

@@ -4,12 +4,13 @@
 
 #include <QMetaObject>
 
+#include <chrono>
 #include <utility>
 #include <vector>
 
 #include <pthread.h>
 #include <signal.h>
-#include <xcb/xtest.h>
+#include <xcb/xinput.h>
 
 // The header names a member with a C++ keyword.
 #define explicit explicitActions
@@ -22,6 +23,10 @@ namespace {
 
 constexpr quint8 eventTypeMask = 0x7f; // the eighth bit says that another client sent the event
 constexpr unsigned keyShift = 16;
+/// Qt 5 has every key go round through the accessibility bus before it looks at it, and loses the order in which keys
+/// came when they came at the same moment, as from another program. Nothing tells when it is done; this is longer than
+/// it takes, and shorter than any finger.
+constexpr std::chrono::milliseconds timeForTheTap{3};
 constexpr quint32 maskOfModifier = 0xffff;
 
 xcb_window_t rootOf(xcb_connection_t *connection, int screenNumber)
@@ -41,6 +46,18 @@ void announceKeyboardExtension(xcb_connection_t *connection)
         const X11Reply<xcb_xkb_use_extension_reply_t> reply(xcb_xkb_use_extension_reply(
             connection, xcb_xkb_use_extension(connection, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION), nullptr));
     }
+}
+
+/// The input extension's number, or 0. From version 2.1 on its raw events come whoever holds the keyboard.
+quint8 announceInputExtension(xcb_connection_t *connection)
+{
+    const xcb_query_extension_reply_t *const extension = xcb_get_extension_data(connection, &xcb_input_id);
+    if (extension == nullptr || extension->present == 0) {
+        return 0;
+    }
+    const X11Reply<xcb_input_xi_query_version_reply_t> reply(
+        xcb_input_xi_query_version_reply(connection, xcb_input_xi_query_version(connection, 2, 2), nullptr));
+    return reply ? extension->major_opcode : quint8{0};
 }
 
 } // namespace
@@ -67,6 +84,7 @@ bool X11KeyGrabs::open()
     m_connection = connection;
     m_root = rootOf(connection, screenNumber);
     announceKeyboardExtension(connection);
+    m_inputOpcode = announceInputExtension(connection);
     m_wakeWindow = xcb_generate_id(connection);
     xcb_create_window(connection, XCB_COPY_FROM_PARENT, m_wakeWindow, m_root, 0, 0, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
@@ -146,11 +164,12 @@ void X11KeyGrabs::readEvents()
     while (const X11Reply<xcb_generic_event_t> event{xcb_wait_for_event(m_connection)}) {
         const auto type = static_cast<quint8>(event->response_type & eventTypeMask);
         if (type == XCB_KEY_PRESS) {
-            const auto &press = reinterpret_cast<const xcb_key_press_event_t &>(*event);
-            letGo(press);
-            QMetaObject::invokeMethod(
-                &m_receiver, [this, keyCode = press.detail, state = press.state] { m_handler(keyCode, state); },
-                Qt::QueuedConnection);
+            press(reinterpret_cast<const xcb_key_press_event_t &>(*event));
+        } else if (type == XCB_GE_GENERIC) {
+            const auto &raw = reinterpret_cast<const xcb_input_raw_key_release_event_t &>(*event);
+            if (raw.extension == m_inputOpcode && raw.event_type == XCB_INPUT_RAW_KEY_RELEASE) {
+                release(static_cast<xcb_keycode_t>(raw.detail));
+            }
         } else if (type == XCB_CLIENT_MESSAGE &&
                    reinterpret_cast<const xcb_client_message_event_t &>(*event).window == m_wakeWindow) {
             return;
@@ -158,27 +177,80 @@ void X11KeyGrabs::readEvents()
     }
 }
 
-void X11KeyGrabs::letGo(const xcb_key_press_event_t &event)
+void X11KeyGrabs::press(const xcb_key_press_event_t &event)
 {
+    const bool isRepeat = !m_heldKeys.insert(event.detail).second;
+    if (!isRepeat) {
+        listenForReleases(Listening::on);
+        if (tapInFront(event)) {
+            std::this_thread::sleep_for(timeForTheTap);
+        }
+    }
     // Also because toolkits hold that their window has lost the keyboard while it is grabbed, and do not tell what is
     // selected in it.
     xcb_ungrab_keyboard(m_connection, event.time);
     xcb_flush(m_connection);
+    if (isRepeat) {
+        return;
+    }
+    QMetaObject::invokeMethod(
+        &m_receiver, [this, keyCode = event.detail, state = event.state] { m_handler(keyCode, state); },
+        Qt::QueuedConnection);
+    if (!isDown(event.detail)) { // it came up before its release was listened for
+        release(event.detail);
+    }
+}
+
+void X11KeyGrabs::release(xcb_keycode_t keyCode)
+{
+    if (m_heldKeys.erase(keyCode) != 0 && m_heldKeys.empty()) {
+        listenForReleases(Listening::off);
+    }
+}
+
+bool X11KeyGrabs::isDown(xcb_keycode_t keyCode) const
+{
+    const X11Reply<xcb_query_keymap_reply_t> keys(
+        xcb_query_keymap_reply(m_connection, xcb_query_keymap(m_connection), nullptr));
+    return keys && ((keys->keys[keyCode / 8] >> (keyCode % 8)) & 1U) != 0;
+}
+
+void X11KeyGrabs::listenForReleases(Listening listening) const
+{
+    struct {
+        xcb_input_event_mask_t head;
+        quint32 mask;
+    } selection{{XCB_INPUT_DEVICE_ALL_MASTER, 1},
+                listening == Listening::on ? quint32{XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE} : 0};
+    xcb_input_xi_select_events(m_connection, m_root, 1, &selection.head);
+    xcb_flush(m_connection);
+}
+
+bool X11KeyGrabs::tapInFront(const xcb_key_press_event_t &event)
+{
     const quint32 lone = m_loneModifier;
     const auto modifier = static_cast<quint16>(lone & maskOfModifier);
-    const auto tappedKey = static_cast<quint8>(lone >> keyShift);
-    if (tappedKey == 0 || (event.state & modifier) == 0 || (event.state & XCB_MOD_MASK_CONTROL) != 0) {
-        return;
+    if (modifier == 0 || (event.state & modifier) == 0) {
+        return false;
     }
-    // The tap must not come without the modifier.
-    const X11Reply<xcb_query_pointer_reply_t> now(
-        xcb_query_pointer_reply(m_connection, xcb_query_pointer(m_connection, m_root), nullptr));
-    if (!now || (now->mask & modifier) == 0 || (now->mask & XCB_MOD_MASK_CONTROL) != 0) {
-        return;
+    const X11Reply<xcb_get_input_focus_reply_t> focus(
+        xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+    if (!focus || focus->focus <= XCB_INPUT_FOCUS_FOLLOW_KEYBOARD) {
+        return false;
     }
-    xcb_test_fake_input(m_connection, XCB_KEY_PRESS, tappedKey, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
-    xcb_test_fake_input(m_connection, XCB_KEY_RELEASE, tappedKey, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+    // Sent, not typed: it changes nothing in the server, where a layout may well have put a meaning on it.
+    xcb_key_press_event_t tap = event;
+    tap.detail = static_cast<xcb_keycode_t>(lone >> keyShift);
+    tap.event = focus->focus;
+    tap.child = XCB_WINDOW_NONE;
+    for (const auto &[type, mask] :
+         {std::pair{XCB_KEY_PRESS, XCB_EVENT_MASK_KEY_PRESS}, std::pair{XCB_KEY_RELEASE, XCB_EVENT_MASK_KEY_RELEASE}}) {
+        tap.response_type = static_cast<quint8>(type);
+        xcb_send_event(m_connection, 0, focus->focus, mask, reinterpret_cast<const char *>(&tap));
+        tap.state = static_cast<quint16>(tap.state | XCB_MOD_MASK_CONTROL);
+    }
     xcb_flush(m_connection);
+    return true;
 }
 
 } // namespace orvesa
