@@ -8,7 +8,6 @@
 // just what the adapters use. A build on macOS never sees them.
 
 #if defined(__APPLE__)
-#define API_AVAILABLE(platform) __attribute__((availability(platform)))
 #define ORVESA_SINCE(version) __attribute__((availability(macos, introduced = version)))
 #else
 #define ORVESA_SINCE(version)
@@ -37,9 +36,8 @@
 #define CF_RETURNS_NOT_RETAINED
 #undef CF_ENUM
 #undef CF_OPTIONS
-#define CF_ENUM(type, name)                                                                                            \
-    enum name : type name;                                                                                             \
-    enum name : type
+// GCC takes no name that is declared within its own typedef; the type is the same.
+#define CF_ENUM(type, name) enum name : type
 #define CF_OPTIONS(type, name)                                                                                         \
     type name;                                                                                                         \
     enum : type

@@ -8,7 +8,7 @@
 
 typedef NSString *NSPasteboardType;
 
-typedef NS_ENUM(NSInteger, NSApplicationActivationPolicy){
+typedef NS_ENUM(NSInteger, NSApplicationActivationPolicy) {
     NSApplicationActivationPolicyRegular,
     NSApplicationActivationPolicyAccessory,
     NSApplicationActivationPolicyProhibited,
@@ -51,23 +51,25 @@ extern "C" NSPasteboardType const NSPasteboardTypeString;
 - (BOOL)setData:(NSData *)data forType:(NSPasteboardType)type;
 @end
 
-typedef NS_OPTIONS(unsigned long long, NSEventMask){
+typedef NS_OPTIONS(unsigned long long, NSEventMask) {
     NSEventMaskLeftMouseDown = 1ULL << 1,
     NSEventMaskRightMouseDown = 1ULL << 3,
     NSEventMaskKeyDown = 1ULL << 10,
     NSEventMaskKeyUp = 1ULL << 11,
     NSEventMaskOtherMouseDown = 1ULL << 25,
 };
-typedef NS_ENUM(NSUInteger, NSEventType){
+typedef NS_ENUM(NSUInteger, NSEventType) {
     NSEventTypeLeftMouseDown = 1,
     NSEventTypeRightMouseDown = 3,
     NSEventTypeKeyDown = 10,
     NSEventTypeKeyUp = 11,
     NSEventTypeOtherMouseDown = 25,
 };
-typedef NS_OPTIONS(NSUInteger, NSEventModifierFlags){
-    NSEventModifierFlagCapsLock = 1 << 16, NSEventModifierFlagShift = 1 << 17,
-    NSEventModifierFlagControl = 1 << 18,  NSEventModifierFlagOption = 1 << 19,
+typedef NS_OPTIONS(NSUInteger, NSEventModifierFlags) {
+    NSEventModifierFlagCapsLock = 1 << 16,
+    NSEventModifierFlagShift = 1 << 17,
+    NSEventModifierFlagControl = 1 << 18,
+    NSEventModifierFlagOption = 1 << 19,
     NSEventModifierFlagCommand = 1 << 20,
 };
 
@@ -88,22 +90,22 @@ typedef NS_OPTIONS(NSUInteger, NSEventModifierFlags){
 @property (readonly) NSRect frame;
 @end
 
-typedef NS_OPTIONS(NSUInteger, NSWindowStyleMask){
+typedef NS_OPTIONS(NSUInteger, NSWindowStyleMask) {
     NSWindowStyleMaskTitled = 1 << 0,
     NSWindowStyleMaskClosable = 1 << 1,
     NSWindowStyleMaskUtilityWindow = 1 << 4,
     NSWindowStyleMaskNonactivatingPanel = 1 << 7,
     NSWindowStyleMaskFullSizeContentView = 1 << 15,
 };
-typedef NS_OPTIONS(NSUInteger, NSWindowCollectionBehavior){
+typedef NS_OPTIONS(NSUInteger, NSWindowCollectionBehavior) {
     NSWindowCollectionBehaviorCanJoinAllSpaces = 1 << 0,
     NSWindowCollectionBehaviorFullScreenAuxiliary = 1 << 8,
 };
-typedef NS_ENUM(NSInteger, NSWindowTitleVisibility){
+typedef NS_ENUM(NSInteger, NSWindowTitleVisibility) {
     NSWindowTitleVisible = 0,
     NSWindowTitleHidden = 1,
 };
-typedef NS_ENUM(NSUInteger, NSWindowButton){
+typedef NS_ENUM(NSUInteger, NSWindowButton) {
     NSWindowCloseButton,
     NSWindowMiniaturizeButton,
     NSWindowZoomButton,

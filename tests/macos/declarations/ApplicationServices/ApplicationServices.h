@@ -9,7 +9,7 @@
 extern "C" {
 
 typedef const struct CF_BRIDGED_TYPE(id) __AXUIElement *AXUIElementRef;
-typedef CF_ENUM(SInt32, AXError){
+typedef CF_ENUM(SInt32, AXError) {
     kAXErrorSuccess = 0,
     kAXErrorFailure = -25200,
     kAXErrorIllegalArgument = -25201,

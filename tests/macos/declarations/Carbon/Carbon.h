@@ -32,7 +32,7 @@ typedef OSStatus (*EventHandlerProcPtr)(EventHandlerCallRef inHandlerCallRef, Ev
 typedef EventHandlerProcPtr EventHandlerUPP;
 
 enum {
-    kEventClassKeyboard = 0x6B657962,     // 'keyb'
+    kEventClassKeyboard = 0x6B657962, // 'keyb'
     kEventHotKeyPressed = 5,
     kEventParamDirectObject = 0x2D2D2D2D, // '----'
     typeEventHotKeyID = 0x686B6964,       // 'hkid'

@@ -35,8 +35,7 @@ static inline NSSize NSMakeSize(CGFloat w, CGFloat h)
     return size;
 }
 
-@class NSArray<ObjectType>, NSData, NSDictionary<KeyType, ObjectType>, NSError, NSNotification, NSOperationQueue,
-    NSURL;
+@class NSArray<ObjectType>, NSData, NSDictionary<KeyType, ObjectType>, NSError, NSNotification, NSOperationQueue, NSURL;
 
 @protocol NSObject
 - (Class)class;
@@ -58,7 +57,7 @@ typedef struct {
 @end
 
 __attribute__((objc_root_class))
-@interface NSObject <NSObject>
+@interface NSObject<NSObject>
 + (instancetype)alloc;
 - (instancetype)init;
 + (Class)class;

@@ -8,7 +8,7 @@
 typedef NSString *VNImageOption;
 typedef void (^VNRequestCompletionHandler)(VNRequest *request, NSError *error);
 
-typedef NS_ENUM(NSInteger, VNRequestTextRecognitionLevel){
+typedef NS_ENUM(NSInteger, VNRequestTextRecognitionLevel) {
     VNRequestTextRecognitionLevelAccurate = 0,
     VNRequestTextRecognitionLevelFast,
 };
