@@ -34,11 +34,13 @@ int main(int argc, char *argv[])
     const auto instructions =
         countOption(u"instruction-rounds"_s, u"Starts of each program under callgrind."_s, usual.instructionRounds);
     const auto requests = countOption(u"requests"_s, u"Requests of each size and program."_s, usual.requests);
+    const auto changes = countOption(u"changes"_s, u"Changes and readings of the preferences."_s, usual.changes);
+    const QCommandLineOption settingsOnly(u"settings-only"_s, u"Measures preferences alone, likewise."_s);
     const QCommandLineOption only(u"requests-only"_s, u"Measures requests alone, which needs no desktop."_s);
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Measures Orvesa Translate against a floor program on a private desktop."_s);
     parser.addHelpOption();
-    parser.addOptions({rounds, presses, idle, instructions, requests, only});
+    parser.addOptions({rounds, presses, idle, instructions, requests, changes, only, settingsOnly});
     parser.process(application);
 
     QTextStream output(stdout);
@@ -52,10 +54,18 @@ int main(int argc, char *argv[])
             output << table.text();
             return 0;
         }
+        const int changeCount = std::max(1, parser.value(changes).toInt());
+        if (parser.isSet(settingsOnly)) {
+            ReportTable table;
+            Benchmark::measureSettings(table, changeCount);
+            output << table.text();
+            return 0;
+        }
         const BenchOptions options{.rounds = std::max(1, parser.value(rounds).toInt()),
                                    .presses = std::max(1, parser.value(presses).toInt()),
                                    .idle = std::chrono::seconds(std::max(1, parser.value(idle).toInt())),
                                    .requests = requestCount,
+                                   .changes = changeCount,
                                    .instructionRounds = std::max(0, parser.value(instructions).toInt())};
         output << "Floor: application, tray icon, menu. Both start in turns, " << options.rounds
                << " times each. Median (range).\n"

@@ -2,6 +2,7 @@
 
 #include "ProcessFigures.h"
 #include "RequestMeasurement.h"
+#include "SettingsMeasurement.h"
 #include "ShortcutMeasurement.h"
 
 #include <QFile>
@@ -78,6 +79,7 @@ ReportTable Benchmark::run()
     fillStartRows(table);
     fillShortcutRows(table);
     measureRequests(table, m_options.requests);
+    measureSettings(table, m_options.changes);
     return table;
 }
 
@@ -86,6 +88,11 @@ void Benchmark::measureRequests(ReportTable &table, int rounds)
     RequestMeasurement requests;
     requests.measure(table, u"1 kB"_s, 1'000, rounds);
     requests.measure(table, u"1 MB"_s, 1'000'000, rounds);
+}
+
+void Benchmark::measureSettings(ReportTable &table, int rounds)
+{
+    SettingsMeasurement().measure(table, rounds);
 }
 
 desktop::Process &Benchmark::measureStart(const QString &program, ProgramSamples &samples)

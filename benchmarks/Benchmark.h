@@ -16,6 +16,7 @@ struct BenchOptions {
     int presses = 20;              ///< of the shortcut after the first of each start, over all rounds
     std::chrono::seconds idle{20}; ///< how long wake-ups are counted
     int requests = 200;            ///< of each size, from the floor and from the product's provider
+    int changes = 100;             ///< of a preference, and as many readings of all
     int instructionRounds = 1;     ///< starts of each program under callgrind; 0 leaves instructions out
 };
 
@@ -26,6 +27,8 @@ public:
     [[nodiscard]] ReportTable run();
     /// Only the part that needs no desktop: what requests cost, as rows of the table.
     static void measureRequests(ReportTable &table, int rounds);
+    /// The same for what preferences cost.
+    static void measureSettings(ReportTable &table, int rounds);
 
 private:
     struct ProgramSamples {

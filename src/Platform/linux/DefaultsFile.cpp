@@ -125,6 +125,24 @@ bool writeToDisk(Descriptor &file, const QByteArray &bytes)
     return file.close();
 }
 
+/// Has the folder written to disk, and with it the file's new name, without waiting for it. Until then a power failure
+/// brings back the old content, whole: the wait is not worth that, for it can be as long as the file's own.
+void syncSoon(const QString &folder)
+{
+    const int descriptor = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const auto sync = [descriptor] {
+        if (descriptor >= 0) {
+            (void)::fsync(descriptor); // a file system that cannot sync folders has done what it can
+            ::close(descriptor);
+        }
+    };
+    try {
+        std::thread(sync).detach();
+    } catch (const std::system_error &) {
+        sync();
+    }
+}
+
 } // namespace
 
 DefaultsFile::DefaultsFile(QString path) : m_path(std::move(path)) {}
@@ -201,12 +219,7 @@ std::optional<DefaultsFile::Stamp> DefaultsFile::replace(const QByteArray &bytes
         ::unlink(temporary.constData());
         return std::nullopt;
     }
-    // The name is on disk once the folder is. A file system that cannot sync folders has done what it can.
-    const Descriptor folderDescriptor(
-        ::open(QFile::encodeName(folder()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (folderDescriptor.isValid()) {
-        (void)::fsync(folderDescriptor.get());
-    }
+    syncSoon(folder());
     return stampOf(status);
 }
 

@@ -3,8 +3,8 @@
 // A small private file that is always replaced as a whole. Any thread; nothing is cached.
 //
 // Readers see the old or the new content, never a part: new content goes to a temporary file beside it (mode 0600), to
-// disk, and then takes the name. A symbolic link is followed, so that a file kept elsewhere stays there. Folders are
-// made with 0700.
+// disk, and then takes the name; the folder follows a moment later. A symbolic link is followed, so that a file kept
+// elsewhere stays there. Folders are made with 0700.
 
 #include <QByteArray>
 #include <QString>
