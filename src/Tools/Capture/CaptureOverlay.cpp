@@ -11,7 +11,8 @@ namespace orvesa {
 
 namespace {
 
-constexpr std::uint32_t framePixel = 0xffffff;
+constexpr std::uint32_t framePixel = 0x7b72f7; // the accent, which is seen on white, on black and between them
+constexpr double framePoints = 2;
 constexpr int labelGap = 6; // points
 
 /// An image in the server that can be blended. The caller frees the picture.
@@ -102,7 +103,7 @@ void CaptureOverlay::decorate(std::vector<QRect> monitors, double scale)
 
 int CaptureOverlay::frameWidth() const
 {
-    return std::max(1, static_cast<int>(std::lround(m_scale)));
+    return std::max(1, static_cast<int>(std::lround(framePoints * m_scale)));
 }
 
 void CaptureOverlay::copy(xcb_drawable_t from, xcb_drawable_t to, const QRect &part) const

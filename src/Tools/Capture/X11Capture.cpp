@@ -91,9 +91,14 @@ public:
 private:
     [[nodiscard]] CaptureOutcome failed(const QString &reason) const { return {{}, m_scale, reason}; }
 
-    void awaitEvents(bool tryAgain) const
+    void awaitEvents(bool tryAgain)
     {
         xcb_flush(m_connection);
+        // Sending may have received: what is queued already would not wake a wait on the socket.
+        m_next.reset(xcb_poll_for_queued_event(m_connection));
+        if (m_next) {
+            return;
+        }
         pollfd descriptor{xcb_get_file_descriptor(m_connection), POLLIN, 0};
         ::poll(&descriptor, 1, tryAgain ? static_cast<int>(InputGrab::interval.count()) : -1);
     }
@@ -102,8 +107,9 @@ private:
     bool handleEvents()
     {
         const QRect before = m_selection.rectangle();
-        while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(m_connection)}) {
-            handle(*event);
+        while (m_next || (m_next = Reply<xcb_generic_event_t>(xcb_poll_for_event(m_connection)))) {
+            handle(*m_next);
+            m_next.reset();
             if (m_selection.state() != RectangleSelection::State::choosing) {
                 return true;
             }
@@ -196,6 +202,7 @@ private:
     std::unique_ptr<xcb_key_symbols_t, FreeSymbols> m_symbols;
     double m_scale;
     RectangleSelection m_selection;
+    Reply<xcb_generic_event_t> m_next; ///< received and not handled yet
     int m_raises = 0;
 };
 

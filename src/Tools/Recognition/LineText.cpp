@@ -158,11 +158,32 @@ bool hasBlankBefore(const std::vector<SpacedGlyph> &glyphs, std::size_t index, d
     return glyph.beginsWord;
 }
 
+/// From ideograph to ideograph is exactly one square; the height alone says too little where most is Latin.
+double squareSide(const ReadLine &line, const std::vector<Span> &places, double text)
+{
+    std::vector<double> sides;
+    for (std::size_t index = 1; index < places.size(); ++index) {
+        if (Scripts::isIdeograph(line.glyphs[index - 1].text) && Scripts::isIdeograph(line.glyphs[index].text)) {
+            sides.push_back(
+                (places[index].begin + places[index].end - places[index - 1].begin - places[index - 1].end) / 2.0);
+        }
+    }
+    if (sides.empty()) {
+        return text;
+    }
+    const auto middle = sides.begin() + static_cast<std::ptrdiff_t>(sides.size() / 2);
+    std::nth_element(sides.begin(), middle, sides.end());
+    constexpr double squareToHeight = 0.95; // of the ink in it
+    constexpr double mostApart = 1.8;
+    return std::clamp(*middle * squareToHeight, text, mostApart * text);
+}
+
 } // namespace
 
 std::vector<SpacedGlyph> spaced(const ReadLine &line, const GrayImage &image, double text)
 {
     const std::vector<Span> places = glyphPlaces(line, image, text);
+    text = squareSide(line, places, text);
     std::vector<SpacedGlyph> glyphs;
     glyphs.reserve(line.glyphs.size());
     for (std::size_t index = 0; index < line.glyphs.size(); ++index) {

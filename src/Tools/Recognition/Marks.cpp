@@ -17,8 +17,10 @@ constexpr double mostFrameFill = 0.45;
 bool isRule(const QRect &box, int text)
 {
     const int least = std::max(leastRuleLength, static_cast<int>(ruleToText * text));
+    // A bar between words is hardly taller than they are; the side of a frame is.
+    constexpr double sideToText = 1.6;
     return (box.height() <= ruleThickness && box.width() >= least) ||
-           (box.width() <= ruleThickness && box.height() >= least);
+           (box.width() <= ruleThickness && box.height() >= sideToText * text);
 }
 
 /// Of the pixels along the four sides of the box, how many carry the mark.
@@ -69,6 +71,41 @@ bool isGrid(const Region &region, int text)
            region.pixels < mostGridFill * static_cast<double>(width) * height;
 }
 
+/// For each mark, whether it lies on the edge between two surfaces: the rim of a button, not writing on either.
+std::vector<bool> onEdges(const RegionMap &map, const Writing &writing)
+{
+    constexpr double leastShare = 0.25; // on the less of the two
+    std::vector<bool> result(map.regions.size(), false);
+    if (writing.surface.empty()) {
+        return result;
+    }
+    std::vector<std::int32_t> first(map.regions.size(), RegionMap::none);
+    std::vector<int> elsewhere(map.regions.size(), 0);
+    for (std::size_t index = 0; index < map.labels.size(); ++index) {
+        if (map.labels[index] == RegionMap::none) {
+            continue;
+        }
+        const auto number = static_cast<std::size_t>(map.labels[index]);
+        if (first[number] == RegionMap::none) {
+            first[number] = writing.surface[index];
+        }
+        elsewhere[number] += writing.surface[index] != first[number] ? 1 : 0;
+    }
+    for (std::size_t number = 0; number < result.size(); ++number) {
+        const double share = static_cast<double>(elsewhere[number]) / map.regions[number].pixels;
+        result[number] = share >= leastShare && share <= 1 - leastShare;
+    }
+    return result;
+}
+
+/// On a photograph, specks that are far smaller than the dot of an i.
+bool isNoise(const Region &region, int text)
+{
+    constexpr double leastSideToText = 0.14;
+    const double least = leastSideToText * text;
+    return region.pixels < least * least;
+}
+
 } // namespace
 
 QRect boundsOf(const Marks &marks)
@@ -106,12 +143,14 @@ Marks takeMarks(Writing &writing)
         all.push_back(region.box);
     }
     const int text = typicalHeight(all);
-    std::vector<bool> dropped(map.regions.size());
+    std::vector<bool> dropped = onEdges(map, writing);
+    const bool isPhotograph = writing.surface.empty();
     Marks kept;
     for (std::size_t number = 0; number < map.regions.size(); ++number) {
         const Region &region = map.regions[number];
-        dropped[number] =
-            isRule(region.box, text) || isGrid(region, text) || isFrame(map, static_cast<std::int32_t>(number), text);
+        dropped[number] = dropped[number] || isRule(region.box, text) || isGrid(region, text) ||
+                          (isPhotograph && isNoise(region, text)) ||
+                          isFrame(map, static_cast<std::int32_t>(number), text);
         if (!dropped[number]) {
             kept.push_back(region.box);
         }

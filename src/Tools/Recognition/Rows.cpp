@@ -90,6 +90,29 @@ std::vector<TextRow> withPartsJoined(std::vector<TextRow> bands, int text)
     return rows;
 }
 
+/// Characters that are made of two halves, one above the other: alone in their row they leave a gap in the middle.
+std::vector<TextRow> withHalvesJoined(std::vector<TextRow> rows, int text)
+{
+    constexpr double mostHalf = 0.72;
+    constexpr double mostWhole = 1.25;
+    constexpr double mostGap = 0.14;
+    std::vector<TextRow> joined;
+    for (TextRow &row : rows) {
+        if (!joined.empty()) {
+            TextRow &last = joined.back();
+            const QRect both = last.box | row.box;
+            if (std::max(last.box.height(), row.box.height()) <= mostHalf * text && both.height() <= mostWhole * text &&
+                distanceDown(last.box, row.box) <= std::max(1.0, mostGap * text)) {
+                last.box = both;
+                last.marks.insert(last.marks.end(), row.marks.begin(), row.marks.end());
+                continue;
+            }
+        }
+        joined.push_back(std::move(row));
+    }
+    return joined;
+}
+
 } // namespace
 
 std::vector<TextRow> rowsOf(const Marks &marks, int text)
@@ -99,7 +122,7 @@ std::vector<TextRow> rowsOf(const Marks &marks, int text)
         bands.push_back(rowOf(marksWithin(marks, Axis::down, span)));
     }
     std::vector<TextRow> rows;
-    for (TextRow &row : withPartsJoined(std::move(bands), text)) {
+    for (TextRow &row : withPartsJoined(withHalvesJoined(std::move(bands), text), text)) {
         if (row.box.height() < twoRows * text) {
             rows.push_back(std::move(row));
             continue;

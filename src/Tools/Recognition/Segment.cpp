@@ -106,9 +106,32 @@ bool isSure(const Reading &reading)
            !anyGlyph(reading, [](const Glyph &glyph) { return glyph.wordConfidence < leastOfAnyWord; });
 }
 
+bool isEnglish(const Segment &segment)
+{
+    constexpr double surelyWide = 75; // an engine that only knows wide characters sees them everywhere, unsurely
+    const auto isWideReading = [](const Reading &reading) {
+        return hasWide(reading) && wordConfidenceOf(reading) >= surelyWide;
+    };
+    return isSure(segment.english) && !(isWideReading(segment.japanese) && isWideReading(segment.chinese));
+}
+
 bool hasWide(const Reading &reading)
 {
     return anyGlyph(reading, [](const Glyph &glyph) { return Scripts::isWide(glyph.text); });
+}
+
+bool isStrayKana(const Reading &reading)
+{
+    int kana = 0;
+    int wide = 0;
+    for (const ReadLine &line : reading.lines) {
+        for (const Glyph &glyph : line.glyphs) {
+            wide += Scripts::isWide(glyph.text) ? 1 : 0;
+            kana += !glyph.text.isEmpty() && Scripts::isKana(glyph.text[0]) ? 1 : 0;
+        }
+    }
+    constexpr int most = 2;
+    return wide == kana && kana <= most;
 }
 
 bool hasKana(const Reading &reading)

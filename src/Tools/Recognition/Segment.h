@@ -46,7 +46,12 @@ void mergeRuns(Reading &reading, const std::vector<NarrowRun> &runs);
 /// Whether an English reading can stand by itself.
 [[nodiscard]] bool isSure(const Reading &reading);
 
+/// Whether the segment is English without any doubt: the other engines, if asked, see nothing wide there either.
+[[nodiscard]] bool isEnglish(const Segment &segment);
+
 [[nodiscard]] bool hasWide(const Reading &reading);
+/// One or two kana among nothing wide: what a bracket or an asterisk looks like to an engine for Japanese.
+[[nodiscard]] bool isStrayKana(const Reading &reading);
 [[nodiscard]] bool hasKana(const Reading &reading);
 [[nodiscard]] std::size_t glyphCount(const Reading &reading);
 

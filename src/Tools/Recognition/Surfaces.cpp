@@ -121,7 +121,7 @@ std::vector<int> strongestInk(const GrayImage &ink, const Background &background
 Writing onSurfaces(const QImage &image, const RegionMap &flat, const std::vector<bool> &isSurfaceNumber)
 {
     const Background background = spread(image, flat, isSurfaceNumber);
-    Writing writing{GrayImage(flat.width, flat.height), GrayImage(flat.width, flat.height)};
+    Writing writing{GrayImage(flat.width, flat.height), GrayImage(flat.width, flat.height), {}};
     std::size_t index = 0;
     for (int y = 0; y < flat.height; ++y) {
         const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
@@ -138,6 +138,7 @@ Writing onSurfaces(const QImage &image, const RegionMap &flat, const std::vector
             writing.mask.at(x, y) = writing.ink.at(x, y) >= least ? 255 : 0;
         }
     }
+    writing.surface = background.surface;
     return writing;
 }
 

@@ -12,11 +12,16 @@
 
 #include <QImage>
 
+#include <cstdint>
+#include <vector>
+
 namespace orvesa {
 
 struct Writing {
     GrayImage ink;  ///< distance from the background: 0 for the background itself
     GrayImage mask; ///< 255 where the ink is part of something, 0 elsewhere
+    std::vector<std::int32_t>
+        surface; ///< the number of the surface below each pixel, row by row; empty on a photograph
 };
 
 [[nodiscard]] Writing writingOn(const QImage &image);

@@ -2,6 +2,8 @@
 
 #include "Tools/Recognition/Scripts.h"
 
+#include <QRegularExpression>
+
 #include <array>
 #include <utility>
 
@@ -57,8 +59,9 @@ void settleTwins(QString &line)
         for (const auto &[katakana, hiragana] : kanaTwins) {
             if (line[index] == hiragana && amongKatakana && !isHiragana(before) && !isHiragana(after)) {
                 line[index] = katakana;
-            } else if (line[index] == katakana && !amongKatakana && (isHiragana(before) || isHiragana(after))) {
-                line[index] = hiragana;
+            } else if (line[index] == katakana && !isKatakanaOrMark(after) &&
+                       (isHiragana(after) || isIdeograph(QString(after)) || (!amongKatakana && isHiragana(before)))) {
+                line[index] = hiragana; // after a katakana word, the particle
             }
         }
     }
@@ -78,11 +81,25 @@ void straightenQuotes(QString &line)
     straighten(u'“', u'”', u'"');
 }
 
+/// The letter O in what is otherwise a hexadecimal number.
+void settleZeros(QString &line)
+{
+    static const QRegularExpression number(u"\\b[0-9a-fO]{6,}\\b"_s);
+    static const QRegularExpression digit(u"[0-9]"_s);
+    for (auto matches = number.globalMatch(line); matches.hasNext();) {
+        const QRegularExpressionMatch match = matches.next();
+        if (match.captured().contains(digit) && match.captured().count(u'O') == 1) {
+            line.replace(match.capturedStart() + match.captured().indexOf(u'O'), 1, u'0');
+        }
+    }
+}
+
 } // namespace
 
 QString cleaned(QString line)
 {
     settleTwins(line);
+    settleZeros(line);
     straightenQuotes(line);
     return line.trimmed();
 }

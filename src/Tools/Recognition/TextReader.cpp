@@ -36,14 +36,21 @@ std::vector<Segment> segmentsIn(const GrayImage &ink, const TextBlock &textBlock
 void choose(std::vector<Segment> &segments)
 {
     LanguageVote vote;
+    std::size_t glyphs = 0;
+    std::size_t englishGlyphs = 0;
     for (const Segment &segment : segments) {
         vote.add(segment.japanese, segment.chinese);
+        glyphs += std::max({glyphCount(segment.chosen), glyphCount(segment.japanese), glyphCount(segment.chinese)});
+        englishGlyphs += glyphCount(segment.chosen);
     }
+    // Where nearly all is English, the rest has to be Japanese or Chinese beyond doubt.
+    const bool mostlyEnglish = 5 * englishGlyphs >= 3 * glyphs;
     for (Segment &segment : segments) {
         if (glyphCount(segment.chosen) == 0) {
             segment.chosen = vote.choice(segment.japanese, segment.chinese);
-            constexpr double head = 20; // where there is no wide character, English is what the engine is for
-            if (!hasWide(segment.chosen) &&
+            // Where there is no wide character, English is what the engine is for.
+            const double head = !hasWide(segment.chosen) ? 20 : mostlyEnglish && isStrayKana(segment.chosen) ? 40 : 0;
+            if (head > 0 && glyphCount(segment.english) > 0 &&
                 wordConfidenceOf(segment.english) + head > wordConfidenceOf(segment.chosen)) {
                 segment.chosen = segment.english;
             }
@@ -90,7 +97,7 @@ QStringList TextReader::readAcross(const GrayImage &ink, const TextBlock &textBl
     readWide(probe);
     readEnglish(probe);
     m_pool.wait();
-    const bool english = isSure(probe.english);
+    const bool english = isEnglish(probe);
     for (Segment &segment : segments) {
         if (&segment == &probe) {
             continue;
@@ -103,7 +110,7 @@ QStringList TextReader::readAcross(const GrayImage &ink, const TextBlock &textBl
     }
     m_pool.wait();
     for (Segment &segment : segments) {
-        if (isSure(segment.english)) {
+        if (isEnglish(segment)) {
             segment.chosen = segment.english;
         } else if (!segment.isReadWide) {
             readWide(segment);
