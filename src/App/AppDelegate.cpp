@@ -6,8 +6,12 @@
 #include "Core/HotKeyRecordingState.h"
 #include "Core/Localization.h"
 #include "Platform/AccessibilityTrustPort.h"
+#include "Platform/TrayPort.h"
 
 #include <QCoreApplication>
+#include <QUuid>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -17,6 +21,8 @@ namespace {
 
 /// Prompts have the identifiers from here on, by their place in the list.
 constexpr quint32 firstPromptIdentifier = 1000;
+/// What an outside name of a prompt begins with.
+constexpr QLatin1StringView promptPrefix("prompt:");
 
 } // namespace
 
@@ -32,12 +38,25 @@ void AppDelegate::applicationDidFinishLaunching()
     m_menuBarController = std::make_unique<MenuBarController>(
         m_with.coordinator, m_with.settings,
         MenuBarController::Actions{[this] { openSettings(); }, [] { QCoreApplication::quit(); }});
+    showStatusItem();
     applyHotKeys();
     connect(&m_with.settings, &SettingsStore::hotKeyOverridesChanged, this, &AppDelegate::scheduleApplyHotKeys);
     connect(&m_with.settings, &SettingsStore::customPromptsChanged, this, &AppDelegate::scheduleApplyHotKeys);
     if (!m_with.trust.isTrusted()) {
         m_with.trust.requestTrust();
     }
+}
+
+void AppDelegate::showStatusItem()
+{
+    if (m_with.tray.isAvailable()) {
+        m_menuBarController->showStatusItem();
+        return;
+    }
+    qWarning(
+        "OrvesaTranslate: this desktop has no tray for the icon; it appears when there is one. The shortcuts work, "
+        "and starting the program again opens its settings.");
+    m_with.tray.whenAvailable([this] { m_menuBarController->showStatusItem(); });
 }
 
 void AppDelegate::openSettings()
@@ -71,9 +90,24 @@ void AppDelegate::performNamed(const QString &name)
         perform(*action);
     } else if (name == "settings"_L1) {
         openSettings();
-    } else {
+    } else if (!name.startsWith(promptPrefix) || !runPrompt(name.mid(promptPrefix.size()))) {
         qWarning("OrvesaTranslate: unknown action %s", qUtf8Printable(name.left(100)));
     }
+}
+
+bool AppDelegate::runPrompt(const QString &nameOrID)
+{
+    const std::vector<CustomPrompt> &prompts = m_with.settings.customPrompts();
+    const auto found = [&](auto &&matches) { return std::ranges::find_if(prompts, matches); };
+    auto prompt = found([&](const CustomPrompt &candidate) { return candidate.shownName() == nameOrID; });
+    if (const QUuid id = QUuid::fromString(nameOrID); prompt == prompts.end() && !id.isNull()) {
+        prompt = found([&](const CustomPrompt &candidate) { return candidate.id == id; });
+    }
+    if (prompt == prompts.end()) {
+        return false;
+    }
+    m_with.coordinator.run(prompt->task(), std::chrono::milliseconds::zero());
+    return true;
 }
 
 void AppDelegate::scheduleApplyHotKeys()

@@ -21,6 +21,7 @@ class HotKeyRecordingState;
 class KeychainService;
 class KeyMonitorPort;
 class SettingsWindowController;
+class TrayPort;
 class WorkspacePort;
 
 class AppDelegate final : public QObject {
@@ -37,6 +38,7 @@ public:
         KeyMonitorPort &keyMonitor;
         AccessibilityTrustPort &trust;
         WorkspacePort &workspace;
+        TrayPort &tray;
     };
 
     explicit AppDelegate(const Collaborators &collaborators);
@@ -52,6 +54,8 @@ public:
     [[nodiscard]] QList<quint32> heldShortcuts() const { return m_hotKeyService.registered(); }
 
 private:
+    void showStatusItem();
+    bool runPrompt(const QString &nameOrID);
     void applyHotKeys();
     void scheduleApplyHotKeys();
     void registerHotKey(quint32 id, const KeyCombo &combo, std::function<void()> handler, const QString &failurePrefix);

@@ -19,6 +19,7 @@
 #include "Platform/linux/CoreDumps.h"
 #include "Platform/linux/DisplayProbe.h"
 #include "Platform/linux/LinuxDesktop.h"
+#include "Platform/linux/TerminationSignals.h"
 #include "Platform/linux/ToolScreenCapture.h"
 #include "Platform/linux/ToolTextRecognition.h"
 #include "UI/AccessibilityTrustDialog.h"
@@ -27,6 +28,7 @@
 #include "UI/Symbols.h"
 
 #include <QApplication>
+#include <QSessionManager>
 #include <QLoggingCategory>
 #include <QSslConfiguration>
 #include <QSslSocket>
@@ -88,6 +90,15 @@ public:
     Q_DISABLE_COPY_MOVE(DeferredDeletion)
 };
 
+/// The desktop's own autostart decides whether the program comes with the next session: restored by the session manager
+/// as well, it would be a second start, which opens the settings.
+void stayOutOfSavedSessions(const QGuiApplication &application)
+{
+    const auto never = [](QSessionManager &manager) { manager.setRestartHint(QSessionManager::RestartNever); };
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &application, never);
+    QObject::connect(&application, &QGuiApplication::saveStateRequest, &application, never);
+}
+
 QString toolBesideProgram(const QString &name)
 {
     return QCoreApplication::applicationDirPath() + u'/' + name;
@@ -106,7 +117,8 @@ struct Utility {
           coordinator({platform.accessibilityTrust(), selection, clipboard, ocr, services.settings, services.providers,
                        panel, platform.clock()}),
           delegate({coordinator, services.settings, services.keychain, services.providers, platform.hotKeys(),
-                    recording, platform.keyMonitor(), platform.accessibilityTrust(), platform.workspace()})
+                    recording, platform.keyMonitor(), platform.accessibilityTrust(), platform.workspace(),
+                    platform.tray()})
     {
         platform.accessibilityTrust().setRequestPresenter([this] { requestTrust(); });
     }
@@ -163,6 +175,8 @@ ExitCode runUtility(int &argc, char **argv)
     nameApplication();
     QGuiApplication::setDesktopFileName(text(BuildIdentity::bundleIdentifier));
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    stayOutOfSavedSessions(application);
+    const TerminationSignals signals([] { QCoreApplication::quit(); });
 
     const QString identifier = text(BuildIdentity::bundleIdentifier);
     LinuxDesktop desktop(identifier, text(BuildIdentity::name));

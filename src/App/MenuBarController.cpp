@@ -22,15 +22,7 @@ MenuBarController::MenuBarController(TranslationCoordinator &coordinator, const 
     : m_coordinator(coordinator), m_settings(settings), m_actions(std::move(actions)),
       m_shownLanguage(settings.appLanguage()), m_shownPrompts(settings.customPrompts())
 {
-    m_statusItem.setToolTip(QCoreApplication::applicationName());
     rebuild();
-    m_statusItem.show();
-
-    connect(&m_statusItem, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
-        if (reason == QSystemTrayIcon::Trigger) {
-            popUp();
-        }
-    });
     connect(&settings, &SettingsStore::appLanguageChanged, this, [this] {
         if (m_settings.appLanguage() != m_shownLanguage) {
             rebuild();
@@ -45,12 +37,28 @@ MenuBarController::MenuBarController(TranslationCoordinator &coordinator, const 
 
 MenuBarController::~MenuBarController() = default;
 
+void MenuBarController::showStatusItem()
+{
+    m_statusItem = std::make_unique<StatusItem>();
+    QSystemTrayIcon &item = m_statusItem->item;
+    item.setToolTip(QCoreApplication::applicationName());
+    item.setContextMenu(m_menu.get());
+    connect(&item, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+        if (reason == QSystemTrayIcon::Trigger) {
+            popUp();
+        }
+    });
+    item.show();
+}
+
 void MenuBarController::rebuild()
 {
     m_shownLanguage = m_settings.appLanguage();
     m_shownPrompts = m_settings.customPrompts();
     std::unique_ptr<QMenu> old = std::exchange(m_menu, build());
-    m_statusItem.setContextMenu(m_menu.get());
+    if (m_statusItem) {
+        m_statusItem->item.setContextMenu(m_menu.get());
+    }
     if (old) {
         m_coordinator.noteStatusMenu(StatusMenu::closed);
         // It may be open at this moment, with one of its actions on the call stack.
@@ -61,7 +69,7 @@ void MenuBarController::rebuild()
 void MenuBarController::popUp()
 {
     // Beside the icon where its place is known, as a menu of a menu bar; else where the click was.
-    const QRect icon = m_statusItem.geometry();
+    const QRect icon = m_statusItem->item.geometry();
     m_menu->popup(icon.isEmpty() ? QCursor::pos() : icon.bottomLeft() + QPoint(0, 1));
 }
 

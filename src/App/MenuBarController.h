@@ -34,6 +34,8 @@ public:
     MenuBarController(TranslationCoordinator &coordinator, const SettingsStore &settings, Actions actions);
     ~MenuBarController() override;
 
+    /// Shows the status item. Not before the desktop has a place for it: Qt looks for one only once.
+    void showStatusItem();
     /// A new menu for the settings of this moment.
     [[nodiscard]] std::unique_ptr<QMenu> build();
     /// The menu that the status item shows now.
@@ -51,8 +53,11 @@ private:
     AppLanguage m_shownLanguage;
     std::vector<CustomPrompt> m_shownPrompts;
     std::unique_ptr<QMenu> m_menu;
-    QSystemTrayIcon m_statusItem;
-    StatusItemIcon m_icon{m_statusItem};
+    struct StatusItem {
+        QSystemTrayIcon item;
+        StatusItemIcon icon{item};
+    };
+    std::unique_ptr<StatusItem> m_statusItem;
 };
 
 } // namespace orvesa

@@ -6,6 +6,7 @@
 #include "fakes/FakeHotKeys.h"
 #include "fakes/FakeKeyMonitor.h"
 #include "fakes/FakeKeyStore.h"
+#include "fakes/FakeTray.h"
 
 #include <gtest/gtest.h>
 
@@ -56,8 +57,9 @@ protected:
     KeychainService keychain{keyStore, u"service"_s, {}};
     HotKeyRecordingState recording;
     FakeKeyMonitor keyMonitor;
+    FakeTray tray;
     AppDelegate delegate{
-        {*coordinator, settings, keychain, providers, hotKeys, recording, keyMonitor, trust, workspace}};
+        {*coordinator, settings, keychain, providers, hotKeys, recording, keyMonitor, trust, workspace, tray}};
 
 private:
     QtMessageHandler m_earlier = nullptr;
@@ -132,6 +134,71 @@ TEST_F(AppDelegateTest, AsksForTrustAtLaunchWhenItIsMissing)
     trust.setTrust(FakeAccessibilityTrust::Trust::missing);
     delegate.applicationDidFinishLaunching();
     EXPECT_EQ(trust.requests(), 1);
+}
+
+TEST_F(AppDelegateTest, IgnoresShortcutsWhileOneIsRecorded)
+{
+    delegate.applicationDidFinishLaunching();
+    elements.focusSelectedText(u"Hola"_s);
+    std::vector<KeyCombo> taken;
+    QObject::connect(&recording, &HotKeyRecordingState::shortcutTaken, &recording,
+                     [&taken](const KeyCombo &combo) { taken.push_back(combo); });
+    recording.beginRecording();
+    EXPECT_EQ(hotKeys.press(2, CarbonModifier::option), HotKeyStatus::noErr);
+    settle();
+    EXPECT_TRUE(calls().empty());
+    EXPECT_EQ(taken, std::vector<KeyCombo>{optionD}) << "the recorder's candidate";
+    recording.endRecording();
+    hotKeys.press(2, CarbonModifier::option);
+    settle();
+    EXPECT_EQ(calls().size(), 1U);
+    EXPECT_EQ(taken.size(), 1U);
+}
+
+TEST_F(AppDelegateTest, SaysOnceThatThereIsNoTrayAndShowsItsIconWhenOneComes)
+{
+    tray.setAvailable(false);
+    delegate.applicationDidFinishLaunching();
+    EXPECT_EQ(log.filter(u"no tray"_s).size(), 1);
+    EXPECT_TRUE(tray.isAwaited());
+    EXPECT_EQ(hotKeys.liveRegistrations(), 3U);
+    tray.appear();
+    EXPECT_FALSE(tray.isAwaited());
+    EXPECT_EQ(log.filter(u"no tray"_s).size(), 1);
+}
+
+TEST_F(AppDelegateTest, PerformsPromptsByNameOrIdentifier)
+{
+    CustomPrompt first = prompt(u" Fix: it "_s, controlOptionS);
+    CustomPrompt second = prompt(u"Other"_s, optionD);
+    second.promptTemplate = u"Do more"_s;
+    settings.setCustomPrompts({first, second});
+    elements.focusSelectedText(u"Hola"_s);
+    delegate.performNamed(u"prompt:Fix: it"_s);
+    ASSERT_EQ(calls().size(), 1U);
+    EXPECT_EQ(calls()[0]->task, AITask(CustomTask{u"Fix: it"_s, u"Do"_s}));
+    delegate.performNamed(u"prompt:"_s + second.id.toString(QUuid::WithoutBraces));
+    ASSERT_EQ(calls().size(), 2U);
+    EXPECT_EQ(calls()[1]->task, AITask(CustomTask{u"Other"_s, u"Do more"_s}));
+    delegate.performNamed(u"prompt:Nothing"_s);
+    EXPECT_EQ(calls().size(), 2U);
+    EXPECT_TRUE(log.contains(u"OrvesaTranslate: unknown action prompt:Nothing"_s));
+}
+
+TEST_F(AppDelegateTest, SettlesOnTheLastOfManyChanges)
+{
+    delegate.applicationDidFinishLaunching();
+    for (quint32 change = 0; change < 50; ++change) {
+        settings.setCombo({change % 2 == 0 ? 35U : 31U, CarbonModifier::option, u"P"_s},
+                          HotKeyAction::translateSelection);
+        if (change % 7 == 0) {
+            settle();
+        }
+    }
+    settle();
+    EXPECT_EQ(hotKeys.liveRegistrations(), 3U);
+    EXPECT_TRUE(hotKeys.press(31, CarbonModifier::option));
+    EXPECT_FALSE(hotKeys.press(35, CarbonModifier::option));
 }
 
 TEST_F(AppDelegateTest, PerformsActionsByName)

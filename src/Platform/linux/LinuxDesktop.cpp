@@ -4,6 +4,7 @@
 #include "Platform/linux/ATSPIElements.h"
 #include "Platform/linux/DBusSingleInstance.h"
 #include "Platform/linux/DesktopKeyMonitor.h"
+#include "Platform/linux/DesktopTray.h"
 #include "Platform/linux/FileUserDefaults.h"
 #include "Platform/linux/LocalePreferredLanguages.h"
 #include "Platform/linux/QtClock.h"
@@ -44,6 +45,7 @@ struct LinuxDesktop::Adapters {
     ATSPIBus bus;
     X11HotKeys hotKeys;
     DesktopKeyMonitor keyMonitor;
+    DesktopTray tray{x11};
     X11MouseMonitor mouseMonitor;
     X11PanelWindow panelWindow;
     X11TerminalSelection terminals;
@@ -94,6 +96,11 @@ HotKeyPort &LinuxDesktop::hotKeys()
 KeyMonitorPort &LinuxDesktop::keyMonitor()
 {
     return m_adapters->keyMonitor;
+}
+
+TrayPort &LinuxDesktop::tray()
+{
+    return m_adapters->tray;
 }
 
 WorkspacePort &LinuxDesktop::workspace()

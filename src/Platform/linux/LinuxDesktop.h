@@ -17,6 +17,7 @@
 #include "Platform/PasteboardPort.h"
 #include "Platform/PreferredLanguagesPort.h"
 #include "Platform/SingleInstancePort.h"
+#include "Platform/TrayPort.h"
 #include "Platform/UserDefaultsPort.h"
 #include "Platform/WorkspacePort.h"
 #include "Platform/linux/ATSPITrust.h"
@@ -39,6 +40,7 @@ public:
     [[nodiscard]] SingleInstancePort &singleInstance();
     [[nodiscard]] HotKeyPort &hotKeys();
     [[nodiscard]] KeyMonitorPort &keyMonitor();
+    [[nodiscard]] TrayPort &tray();
     [[nodiscard]] WorkspacePort &workspace();
     [[nodiscard]] AccessibilityElementsPort &accessibilityElements();
     [[nodiscard]] KeyboardEventPort &keyboardEvents();
