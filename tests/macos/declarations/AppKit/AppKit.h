@@ -16,7 +16,10 @@ typedef NS_ENUM(NSInteger, NSApplicationActivationPolicy) {
 
 extern "C" NSNotificationName const NSApplicationDidBecomeActiveNotification;
 
-@interface NSApplication : NSObject
+@interface NSResponder : NSObject
+@end
+
+@interface NSApplication : NSResponder
 @property (class, readonly, strong) NSApplication *sharedApplication;
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy;
 @end
@@ -111,17 +114,17 @@ typedef NS_ENUM(NSUInteger, NSWindowButton) {
     NSWindowZoomButton,
 };
 typedef NSInteger NSWindowLevel;
-extern "C" const NSWindowLevel NSFloatingWindowLevel;
-
-@interface NSResponder : NSObject
-@end
+static const NSWindowLevel NSFloatingWindowLevel = 3;
 
 @interface NSView : NSResponder
 @property (readonly, strong) NSWindow *window;
 @property (getter=isHidden) BOOL hidden;
 @end
 
-@interface NSButton : NSView
+@interface NSControl : NSView
+@end
+
+@interface NSButton : NSControl
 @end
 
 @interface NSWindow : NSResponder

@@ -68,9 +68,6 @@ __attribute__((objc_root_class))
 - (BOOL)isEqualToString:(NSString *)aString;
 @end
 
-@interface NSConstantString : NSString
-@end
-
 @interface NSValue : NSObject
 @end
 
