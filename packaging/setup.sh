@@ -70,19 +70,22 @@ buildPreset() {
     cmake --build "$folder" "${targets[@]}"
 }
 
-# makePackage FOLDER: builds the programs of the release build and leaves the Debian package of them in the folder, whose
-# path packageFile then is.
+# The build that packages are made of: the release build, or a folder that somebody has built already.
+builtFolder="${ORVESA_BUILT-$projectRoot/build/release}"
+
+# buildPrograms TARGET...: builds them there, unless that is done already.
+buildPrograms() {
+    if [[ -z "${ORVESA_BUILT-}" ]]; then
+        buildPreset release "$@"
+    fi
+}
+
+# makePackage FOLDER: leaves the Debian package in the folder; packageFile is its path then.
 makePackage() {
-    local folder=$1 target
-    local -a targets=()
-    for target in orvesa-translate orvesa-recognize orvesa-screencapture; do
-        if grep -q "^build bin/$target:" "$projectRoot/build/release/build.ninja" 2>/dev/null || [[ ! -e "$projectRoot/build/release/build.ninja" ]]; then
-            targets+=("$target")
-        fi
-    done
-    buildPreset release "${targets[@]}"
+    local folder=$1
+    buildPrograms orvesa-translate orvesa-recognize orvesa-screencapture
     rm -rf "$folder"
-    cpack --config "$projectRoot/build/release/CPackConfig.cmake" -B "$folder" >"$projectRoot/build/package.log" 2>&1 ||
+    cpack --config "$builtFolder/CPackConfig.cmake" -B "$folder" >"$projectRoot/build/package.log" 2>&1 ||
         { cat "$projectRoot/build/package.log" >&2; fail "no package could be made"; }
     packageFile="$(echo "$folder"/*.deb)"
     say "Package: $packageFile"

@@ -1,0 +1,117 @@
+#!/usr/bin/env bash
+# Tries the program on a clean Debian: a root folder made with debootstrap, seen by nothing else. Needs root or sudo, the
+# machine's package mirror, and some minutes; ./test --package runs it.
+#   packaging/trial.sh            the package: install an older version, run, upgrade, translate, remove
+#   packaging/trial.sh --tree     the tree: ./run --demo and ./test from nothing, as a user with sudo
+#   packaging/trial.sh --demo     the tree, without ./test
+# What is kept for the next time: build/trial/base.tar, the clean Debian. Remove it to have it made anew.
+set -euo pipefail
+# shellcheck source=packaging/setup.sh
+source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
+
+folder="$projectRoot/build/trial"
+kind="${1---package}"
+codename="$(. /etc/os-release && echo "$VERSION_CODENAME")"
+
+# The mirrors that this machine itself uses, as lines for apt.
+machineSources() {
+    apt-get indextargets --format '$(SITE) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' |
+        awk -v codename="$codename" '$2 ~ "^" codename { print "deb", $1, $2, $3 }' | sort -u
+}
+
+# How this machine reaches them (proxies, clocks that are wrong), for the apt inside.
+machineSettings() {
+    apt-config dump | grep -E '^Acquire::(https?::|Check-|ForceIPv|Retries)' || true
+}
+
+makeBase() {
+    if [[ -s "$folder/base.tar" ]]; then
+        return
+    fi
+    local mirror
+    mirror="$(machineSources | awk -v codename="$codename" '$3 == codename && $4 == "main" { print $2; exit }')"
+    [[ -n "$mirror" ]] || fail "apt on this machine has no mirror for $codename"
+    say "Making a clean Debian $codename"
+    asRoot rm -rf "$folder/base"
+    asRoot debootstrap --variant=minbase "$codename" "$folder/base" "$mirror" >"$folder/debootstrap.log" 2>&1 ||
+        { tail -20 "$folder/debootstrap.log" >&2; fail "debootstrap failed"; }
+    asRoot tar --directory "$folder/base" --create --file "$folder/base.tar.new" .
+    asRoot rm -rf "$folder/base"
+    mv "$folder/base.tar.new" "$folder/base.tar"
+}
+
+makeRoot() {
+    asRoot rm -rf "$folder/root"
+    mkdir -p "$folder/root"
+    asRoot tar --directory "$folder/root" --extract --preserve-permissions --file "$folder/base.tar"
+    machineSources | asRoot tee "$folder/root/etc/apt/sources.list" >/dev/null
+    machineSettings | asRoot tee "$folder/root/etc/apt/apt.conf.d/90machine" >/dev/null
+    asRoot cp --dereference /etc/resolv.conf /etc/hosts "$folder/root/etc/"
+    # Services of packages are not started here.
+    printf '#!/bin/sh\nexit 101\n' | asRoot install -m 755 /dev/stdin "$folder/root/usr/sbin/policy-rc.d"
+    asRoot mkdir -p "$folder/root/trial"
+    asRoot cp "$projectRoot/packaging/trial-root.sh" "$folder/root/trial/"
+}
+
+# The same package under an earlier version, with a file that later versions no longer have.
+makeOlderPackage() {
+    rm -rf "$folder/older"
+    dpkg-deb --raw-extract "$packageFile" "$folder/older"
+    sed -i 's/^Version: .*/Version: 0.0.9/' "$folder/older/DEBIAN/control"
+    echo "no longer there" >"$folder/older/usr/share/doc/orvesa-translate/obsolete"
+    rm "$folder/older/usr/share/metainfo/"*.xml
+    (cd "$folder/older" && find usr -type f -exec md5sum {} + >DEBIAN/md5sums)
+    dpkg-deb --root-owner-group --build "$folder/older" "$folder/older.deb" >/dev/null
+}
+
+# Mounts and processes of the root live in spaces of their own and end with its first process.
+inRoot() {
+    asRoot unshare --mount --pid --ipc --uts --fork --kill-child bash -ec '
+        root=$1
+        shift
+        hostname clean
+        mount --make-rprivate /
+        mount -t proc proc "$root/proc"
+        mount -t sysfs -o ro sysfs "$root/sys"
+        mount --rbind /dev "$root/dev"
+        mount -t tmpfs tmpfs "$root/dev/shm"
+        mount -t tmpfs -o mode=755 tmpfs "$root/run"
+        exec chroot "$root" /usr/bin/env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LANG=C.UTF-8 \
+            DEBIAN_FRONTEND=noninteractive "$@"' bash "$folder/root" "$@"
+}
+
+mkdir -p "$folder"
+installPackages build run test package
+case "$kind" in
+    --package)
+        makePackage "$folder/package"
+        buildPrograms orvesa-demo
+        makeOlderPackage
+        makeBase
+        makeRoot
+        asRoot cp "$packageFile" "$folder/root/trial/newer.deb"
+        asRoot cp "$folder/older.deb" "$folder/root/trial/older.deb"
+        asRoot cp "$builtFolder/bin/orvesa-demo" "$folder/root/trial/"
+        # The demonstration looks for its helper where that was built.
+        asRoot mkdir -p "$folder/root$builtFolder/bin"
+        asRoot cp "$builtFolder/bin/orvesa-desktop-guard" "$folder/root$builtFolder/bin/"
+        packagesOf test | asRoot tee "$folder/root/trial/demonstration.txt" >/dev/null
+        begun=$SECONDS
+        inRoot bash /trial/trial-root.sh package
+        ;;
+    --tree | --demo)
+        makeBase
+        makeRoot
+        # What a clone has, with what is not committed yet.
+        asRoot mkdir -p "$folder/root/home/tester/tree"
+        git -C "$projectRoot" ls-files --cached --others --exclude-standard -z |
+            (cd "$projectRoot" && while IFS= read -r -d '' file; do [[ -e "$file" ]] && printf '%s\0' "$file"; done) |
+            asRoot tar --directory "$projectRoot" --create --null --files-from - |
+            asRoot tar --directory "$folder/root/home/tester/tree" --extract
+        begun=$SECONDS
+        inRoot bash /trial/trial-root.sh "${kind#--}"
+        ;;
+    *) fail "usage: packaging/trial.sh [--package | --tree | --demo]" ;;
+esac
+asRoot rm -rf "$folder/root"
+say "The trial ($kind) passed in $((SECONDS - begun)) s"
