@@ -103,7 +103,7 @@ void ProviderSettingsSection::buildHeader(const SettingsServices &services)
     row->addWidget(name);
     row->addWidget(m_getKey);
     row->addStretch();
-    row->addWidget(m_keySaved);
+    row->addWidget(m_keySaved, 0, Qt::AlignVCenter);
     addControl(header);
 }
 

@@ -12,6 +12,7 @@
 #include "UI/Style.h"
 #include "UI/WrappingLabel.h"
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -34,6 +35,7 @@ SettingsView::SettingsView(SettingsServices services, ProviderKeyStatus &keyStat
       m_scrollView(new QScrollArea(this))
 {
     setFixedSize(viewWidth, viewHeight);
+    setAutoFillBackground(true);
     // Whoever opens the window with the mouse sees no focus ring until the Tab key asks for one.
     setFocusPolicy(Qt::ClickFocus);
     setFocus(Qt::OtherFocusReason);
@@ -110,6 +112,8 @@ void SettingsView::showPage()
     m_column->addWidget(m_page, 1);
     m_page->show();
     m_scrollView->verticalScrollBar()->setValue(0);
+    // Layouts inside layouts tell each other of their sizes by events: what is shown first is to be in its place.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
 }
 
 void SettingsView::refreshTexts()

@@ -1,0 +1,146 @@
+#include "desktop/SettingsWindow.h"
+
+#include <utility>
+
+namespace orvesa::desktop {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString windowTitle = u"Orvesa Translate Settings"_s;
+constexpr int mostStrokes = 60;
+constexpr int mostTurns = 40;
+
+bool isShowing(const Accessible &element)
+{
+    return element.has(AccessibleState::showing);
+}
+
+} // namespace
+
+SettingsWindow::SettingsWindow(Desktop &desktop, TranslateProgram &program) : m_desktop(desktop), m_program(program)
+{
+    m_look.start(std::chrono::milliseconds(20));
+}
+
+void SettingsWindow::open()
+{
+    const ProcessResult second = m_program.run({});
+    if (second.exitCode != 0)
+        throw DesktopError(u"the settings window could not be asked for"_s);
+    m_window = m_desktop.windows().awaitWindow({.pid = m_program.process().pid(), .title = windowTitle});
+    m_desktop.windows().awaitActive(m_window);
+    waitUntil([this] { return !root().isNull(); }, u"the settings window on the accessibility bus"_s);
+}
+
+void SettingsWindow::close()
+{
+    m_desktop.windows().close(m_window);
+    m_desktop.windows().awaitNoWindow({.pid = m_program.process().pid(), .title = windowTitle});
+}
+
+Accessible SettingsWindow::root() const
+{
+    for (const Accessible &window : m_desktop.accessibles().windows(m_program.process().pid(), windowTitle))
+        if (isShowing(window))
+            return window;
+    return {};
+}
+
+Accessible SettingsWindow::find(const QString &name, const QString &role, const QString &description) const
+{
+    return root().find([&](const Accessible &element) {
+        return element.name() == name && (role.isEmpty() || element.role() == role) &&
+               (description.isEmpty() || element.description() == description) && isShowing(element);
+    });
+}
+
+Accessible SettingsWindow::await(const QString &name, const QString &role, const QString &description)
+{
+    Accessible found;
+    const auto look = [&] {
+        found = find(name, role, description);
+        return !found.isNull();
+    };
+    if (!happensWithin(usualDeadline, look))
+        throw DeadlineError(u"no %1 '%2' (%3); the window reads: %4"_s.arg(role, name, description, root().dump()));
+    return found;
+}
+
+void SettingsWindow::awaitText(const QString &text)
+{
+    static_cast<void>(await(text));
+}
+
+void SettingsWindow::awaitNoText(const QString &text)
+{
+    waitUntil([&] { return !shows(text); }, u"'%1' to go"_s.arg(text));
+}
+
+bool SettingsWindow::isInView(const Accessible &element) const
+{
+    const QRect view = m_desktop.windows().geometry(m_window);
+    const QRect place = element.extents();
+    return !place.isEmpty() && view.contains(place);
+}
+
+void SettingsWindow::click(const Accessible &element)
+{
+    const QRect view = m_desktop.windows().geometry(m_window);
+    if (!isInView(element))
+        m_desktop.pointer().moveTo({view.right() - 12, view.center().y()});
+    for (int turn = 0; !isInView(element); ++turn) {
+        if (turn == mostTurns)
+            throw DesktopError(u"'%1' cannot be scrolled into view"_s.arg(element.name()));
+        const QRect before = element.extents();
+        m_desktop.pointer().click(before.top() < view.top() ? MouseButton::wheelUp : MouseButton::wheelDown);
+        waitUntil([&] { return element.extents() != before; }, u"the page to scroll"_s);
+    }
+    // What was just shown may still move to its place.
+    QRect place;
+    const auto stays = [&] {
+        const QRect before = std::exchange(place, element.extents());
+        return before == place;
+    };
+    waitUntil(stays, u"'%1' to stay where it is"_s.arg(element.name()));
+    m_desktop.pointer().clickAt(place.center());
+}
+
+void SettingsWindow::click(const QString &name, const QString &role, const QString &description)
+{
+    click(await(name, role, description));
+}
+
+void SettingsWindow::choose(const QString &section, const QString &subtitle)
+{
+    click(section, u"radio button"_s);
+    awaitText(subtitle);
+}
+
+Accessible SettingsWindow::focused() const
+{
+    return root().find([](const Accessible &element) { return element.has(AccessibleState::focused); });
+}
+
+void SettingsWindow::pressUntilFocused(const QString &key, const QString &name, const QString &description)
+{
+    QStringList passed;
+    for (int stroke = 0; stroke < mostStrokes; ++stroke) {
+        const Accessible before = focused();
+        m_desktop.keyboard().press(key);
+        Accessible now;
+        waitUntil(
+            [&] {
+                now = focused();
+                return !now.isNull() && !(now == before);
+            },
+            u"the keyboard to move on from '%1'"_s.arg(before.name()));
+        passed.append(now.name());
+        if (now.name() == name && (description.isEmpty() || now.description() == description))
+            return;
+    }
+    throw DesktopError(u"'%1' never got the keyboard, but %2"_s.arg(name, passed.join(u" | "_s)));
+}
+
+} // namespace orvesa::desktop
