@@ -1,0 +1,112 @@
+// The product when it is told to end, and when what it stands on goes away.
+
+#include "desktop/ProgramFixture.h"
+
+#include <QFile>
+
+#include <signal.h>
+
+namespace orvesa::desktop {
+
+using namespace Qt::StringLiterals;
+using service::ServiceRequest;
+
+class ProgramEnd : public ProgramFixture {
+protected:
+    /// The desktop's own process of that name, started with such an argument.
+    [[nodiscard]] qint64 part(const QByteArray &name, const QByteArray &argument) const
+    {
+        for (const qint64 pid : desktop->runningProcesses()) {
+            QFile file(u"/proc/%1/cmdline"_s.arg(pid));
+            if (!file.open(QFile::ReadOnly))
+                continue;
+            const QList<QByteArray> arguments = file.readAll().split('\0');
+            if (arguments.first().endsWith(name) && (argument.isEmpty() || arguments.contains(argument)))
+                return pid;
+        }
+        return 0;
+    }
+
+    void expectOrderlyEnd()
+    {
+        const ProcessResult result = program->process().awaitEnd();
+        EXPECT_EQ(result.exitCode, 0) << result.standardError.constData();
+        EXPECT_FALSE(result.crashed);
+        EXPECT_FALSE(desktop->keyboard().isTaken(u"Alt+d"_s));
+    }
+};
+
+TEST_F(ProgramEnd, FollowsSignals)
+{
+    setUp();
+    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+        program->start();
+        ASSERT_EQ(::kill(static_cast<pid_t>(program->process().pid()), number), 0);
+        expectOrderlyEnd();
+    }
+}
+
+TEST_F(ProgramEnd, FollowsASignalWithASettingsWindowOpenAndARequestPending)
+{
+    setUp();
+    service.setScript({service::ServiceResponse::silence()});
+    startOver(u"pendiente"_s);
+    pressTranslate();
+    ASSERT_TRUE(service.waitForRequests(1));
+    ASSERT_EQ(program->run({}).exitCode, 0);
+    desktop->windows().awaitWindow({.pid = program->process().pid(), .title = u"Settings"_s});
+    ASSERT_EQ(::kill(static_cast<pid_t>(program->process().pid()), SIGTERM), 0);
+    expectOrderlyEnd();
+}
+
+TEST_F(ProgramEnd, EndsWithTheXServerAndDoesNotCrash)
+{
+    setUp();
+    program->start();
+    const qint64 server = part("Xvfb", {});
+    ASSERT_NE(server, 0);
+    ASSERT_EQ(::kill(static_cast<pid_t>(server), SIGKILL), 0);
+    const ProcessResult result = program->process().awaitEnd();
+    EXPECT_FALSE(result.crashed) << result.standardError.constData();
+    EXPECT_EQ(result.exitCode, 1);
+}
+
+TEST_F(ProgramEnd, GoesOnWithoutTheSessionBus)
+{
+    setUp();
+    service.setResponder([](const ServiceRequest &) { return answer(u"answered"_s); });
+    startOver(u"autobús"_s);
+    pressTranslate();
+    awaitResultWith(u"answered"_s);
+    const qint64 bus = part("dbus-daemon", "--nosyslog");
+    ASSERT_NE(bus, 0);
+    ASSERT_EQ(::kill(static_cast<pid_t>(bus), SIGKILL), 0);
+    waitUntil([&] { return part("dbus-daemon", "--nosyslog") == 0; }, u"the bus to end"_s);
+    processEventsFor(std::chrono::milliseconds(500)); // for an end that should not come
+    EXPECT_TRUE(program->process().isRunning());
+    EXPECT_TRUE(desktop->keyboard().isTaken(u"Alt+d"_s));
+    // It can read nothing any more, and says so.
+    desktop->keyboard().press(u"Escape"_s);
+    pressTranslate();
+    waitUntil([&] { return program->isPanelShown() || !program->process().isRunning(); }, u"the panel"_s);
+    EXPECT_TRUE(program->process().isRunning());
+    ASSERT_EQ(::kill(static_cast<pid_t>(program->process().pid()), SIGTERM), 0);
+    expectOrderlyEnd();
+}
+
+TEST_F(ProgramEnd, ShowsItsIconWhenATrayForNotifierItemsComesLate)
+{
+    setUp();
+    program->start();
+    const QByteArray said = "no tray for the icon";
+    EXPECT_EQ(program->process().standardError().count(said), 1) << program->process().standardError().constData();
+    desktop->startTray(Tray::statusNotifier);
+    const TrayItem item = desktop->tray().awaitItem(program->process().pid());
+    EXPECT_TRUE(desktop->tray().menuTexts(item).contains(u"Translate Selection"_s));
+    desktop->stopTray();
+    desktop->startTray(Tray::statusNotifier);
+    desktop->tray().awaitItem(program->process().pid());
+    EXPECT_EQ(program->process().standardError().count(said), 1);
+}
+
+} // namespace orvesa::desktop
