@@ -85,25 +85,43 @@ void AdaptiveTextScrollView::setContent(const QString &text, int width, int maxi
     if (isOther) {
         startOver();
     }
-    document()->setTextWidth(width);
-    int height = 0;
-    do {
-        if (!isComplete()) {
-            appendSlice();
-        }
-        const qreal measured = m_text.isEmpty() ? 0 : document()->size().height();
-        height = ResultMetrics::displayedTextHeight(measured, maximumHeight);
-    } while (height < maximumHeight && !isComplete() && m_shown < measuredLength);
-    if (isOther) {
+    if (isOther && !m_text.isEmpty()) {
+        appendSlice();
         moveCursor(QTextCursor::Start);
     }
     if (!isComplete()) {
-        height = maximumHeight;
         m_filling.start(0, this);
     }
+    const int height = measuredHeight();
     // A text that fits must not scroll by the rounding of its last line.
     setVerticalScrollBarPolicy(height < maximumHeight ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
     setFixedHeight(height);
+}
+
+/// Measured apart: the document of a widget that is not shown yet has another width than the widget is going to have.
+int AdaptiveTextScrollView::measuredHeight() const
+{
+    QTextDocument measured;
+    measured.setDefaultFont(font());
+    measured.setDocumentMargin(0);
+    measured.setDefaultTextOption(wrapping());
+    measured.setUndoRedoEnabled(false);
+    measured.setTextWidth(m_width);
+    QTextCursor cursor(&measured);
+    cursor.setBlockFormat(paragraphFormat(Qt::LayoutDirectionAuto));
+    int height = ResultMetrics::displayedTextHeight(0, m_maximumHeight);
+    for (qsizetype done = 0; done < m_text.size() && height < m_maximumHeight;) {
+        if (done >= measuredLength) {
+            return m_maximumHeight;
+        }
+        // All of a text that is only a little longer, so that there is no joint in what decides the height.
+        const qsizetype rest = m_text.size() - done;
+        const qsizetype length = rest <= sliceLength + sliceLength / 2 ? rest : sliceLength;
+        cursor.insertText(m_text.sliced(done, length));
+        done += length;
+        height = ResultMetrics::displayedTextHeight(measured.size().height(), m_maximumHeight);
+    }
+    return height;
 }
 
 void AdaptiveTextScrollView::startOver()

@@ -33,6 +33,7 @@ protected:
     [[nodiscard]] QMimeData *createMimeDataFromSelection() const override;
 
 private:
+    [[nodiscard]] int measuredHeight() const;
     void startOver();
     void appendSlice();
     void keepDirection(QTextBlock &block);

@@ -8,6 +8,7 @@ namespace orvesa {
 
 namespace {
 constexpr int shortestTitle = 60;
+constexpr int smallestPixelSize = 12;
 constexpr QColor shadowColor(0, 0, 0, 72);
 } // namespace
 
@@ -21,10 +22,12 @@ PanelTitle::PanelTitle(QWidget *parent) : QWidget(parent)
 
 void PanelTitle::setText(const QString &text)
 {
-    if (text == m_text) {
+    // A title may come from a prompt's name, which may hold line breaks.
+    const QString line = text.simplified();
+    if (line == m_text) {
         return;
     }
-    m_text = text;
+    m_text = line;
     setAccessibleName(text);
     updateGeometry();
     update();
@@ -40,11 +43,25 @@ QSize PanelTitle::minimumSizeHint() const
     return {shortestTitle, fontMetrics().height() + 1};
 }
 
+QFont PanelTitle::fittingFont() const
+{
+    QFont fitting = font();
+    while (fitting.pixelSize() > smallestPixelSize && QFontMetrics(fitting).horizontalAdvance(m_text) > width()) {
+        fitting.setPixelSize(fitting.pixelSize() - 1);
+    }
+    return fitting;
+}
+
+bool PanelTitle::isShortened() const
+{
+    return QFontMetrics(fittingFont()).horizontalAdvance(m_text) > width();
+}
+
 void PanelTitle::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    // A title may come from a prompt's name, which may hold line breaks.
-    const QString line = fontMetrics().elidedText(m_text.simplified(), Qt::ElideRight, width());
+    painter.setFont(fittingFont());
+    const QString line = painter.fontMetrics().elidedText(m_text, Qt::ElideRight, width());
     painter.setPen(shadowColor);
     painter.drawText(rect().translated(0, 1), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, line);
     painter.setPen(Qt::white);

@@ -1,7 +1,7 @@
 #pragma once
 
-// The panel's title: one line of white text with a soft shadow, shortened at its end when there is no room for it.
-// Screen readers get the whole title.
+// The panel's title: one line of white text with a soft shadow. A long one gets a slightly smaller font first, and an
+// ellipsis at its end when that is not enough. Screen readers get the whole title.
 
 #include <QWidget>
 
@@ -14,6 +14,8 @@ public:
     explicit PanelTitle(QWidget *parent = nullptr);
 
     void setText(const QString &text);
+    /// Whether it ends in an ellipsis at the present width.
+    [[nodiscard]] bool isShortened() const;
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -22,6 +24,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    [[nodiscard]] QFont fittingFont() const;
+
     QString m_text;
 };
 

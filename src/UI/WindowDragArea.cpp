@@ -11,11 +11,31 @@ void WindowDragArea::mousePressEvent(QMouseEvent *event)
         QWidget::mousePressEvent(event);
         return;
     }
-    // The window manager moves the window, so that it also snaps, crosses screens and obeys the desktop's own rules.
+    m_pressed = event->globalPosition().toPoint();
+    event->accept();
+}
+
+void WindowDragArea::mouseMoveEvent(QMouseEvent *event)
+{
+    // Only now: a window manager that learns of a drag after a quick click's release would go on dragging.
+    if (!m_pressed) {
+        QWidget::mouseMoveEvent(event);
+        return;
+    }
+    // The window manager moves the window, so that it also snaps, crosses screens and obeys the desktop's own rules. It
+    // starts from where the pointer is now, so the way to there is made up for.
+    window()->move(window()->pos() + event->globalPosition().toPoint() - *m_pressed);
+    m_pressed.reset();
     if (QWindow *handle = window()->windowHandle()) {
         handle->startSystemMove();
     }
     event->accept();
+}
+
+void WindowDragArea::mouseReleaseEvent(QMouseEvent *event)
+{
+    m_pressed.reset();
+    QWidget::mouseReleaseEvent(event);
 }
 
 } // namespace orvesa

@@ -1,8 +1,10 @@
 #pragma once
 
-// A widget by which the user drags the window that it is in. It draws nothing and has no state.
+// A widget by which the user drags the window that it is in. It draws nothing.
 
 #include <QWidget>
+
+#include <optional>
 
 namespace orvesa {
 
@@ -14,6 +16,11 @@ public:
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+
+private:
+    std::optional<QPoint> m_pressed; ///< on the screen, until the drag begins
 };
 
 } // namespace orvesa

@@ -23,6 +23,7 @@ namespace orvesa {
 namespace {
 
 constexpr quint32 everyDesktop = 0xffffffff;
+constexpr quint32 maximumStates = 64;
 
 xcb_connection_t *qtConnection()
 {
@@ -41,7 +42,6 @@ void setProperty(xcb_connection_t *connection, xcb_window_t window, xcb_atom_t n
 /// The states that the window carries already, which Qt's flags may have set, and ours.
 std::vector<quint32> withPanelStates(X11Connection &atoms, xcb_connection_t *connection, xcb_window_t window)
 {
-    constexpr quint32 maximumStates = 64;
     std::vector<quint32> states;
     const X11Reply<xcb_get_property_reply_t> present(xcb_get_property_reply(
         connection,
@@ -91,6 +91,19 @@ void askWindowManager(xcb_connection_t *connection, xcb_window_t root, xcb_windo
                    reinterpret_cast<const char *>(&message));
 }
 
+/// Some window managers keep nothing above the full-screen window that has the focus but windows of its own.
+void stayAboveFullScreen(X11Connection &atoms, xcb_connection_t *connection, xcb_window_t panel)
+{
+    const auto active = atoms.property(atoms.root(), "_NET_ACTIVE_WINDOW");
+    if (active.empty() || active.front() == XCB_WINDOW_NONE || active.front() == panel) {
+        return;
+    }
+    const auto states = atoms.property(active.front(), "_NET_WM_STATE", maximumStates);
+    if (std::ranges::find(states, atoms.atom("_NET_WM_STATE_FULLSCREEN")) != states.end()) {
+        setProperty(connection, panel, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, {active.front()});
+    }
+}
+
 /// Asks for the same once the window is there: a window manager that was still busy with an earlier hiding has wiped
 /// what writeProperties() wrote for this showing.
 void repeatStates(X11Connection &atoms, QWindow &window)
@@ -110,6 +123,7 @@ void repeatStates(X11Connection &atoms, QWindow &window)
         {add, atoms.atom("_NET_WM_STATE_SKIP_TASKBAR"), atoms.atom("_NET_WM_STATE_SKIP_PAGER"), fromApplication});
     askWindowManager(connection, atoms.root(), id, atoms.atom("_NET_WM_DESKTOP"),
                      {everyDesktop, fromApplication, 0, 0});
+    stayAboveFullScreen(atoms, connection, id); // Qt names its own window there at every showing
     xcb_flush(connection);
 }
 
