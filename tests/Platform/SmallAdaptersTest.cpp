@@ -1,6 +1,6 @@
 #include "Platform/linux/LocalePreferredLanguages.h"
 #include "Platform/linux/MacKeyCodes.h"
-#include "Platform/linux/QtClock.h"
+#include "Platform/QtClock.h"
 
 #include <gtest/gtest.h>
 
