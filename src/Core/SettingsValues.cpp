@@ -105,7 +105,7 @@ std::optional<HotKeyOverrides> decodedHotKeys(const QByteArray &data, UnknownAct
         for (const auto &[name, member] : json.items()) {
             // Decoded before the name is looked at: one bad combination, under whatever name, spoils the whole object.
             KeyCombo combo = keyComboFromJSON(member);
-            if (const auto action = fromRawValue<HotKeyAction>(QString::fromStdString(name))) {
+            if (const auto action = fromRawValue<HotKeyAction>(JSONReading::decoded(name))) {
                 overrides.insert_or_assign(*action, std::move(combo));
             } else if (unknown == UnknownActions::refused) {
                 return std::nullopt;

@@ -2,6 +2,8 @@
 
 #include "Models/DecodingError.h"
 
+#include <QStringDecoder>
+
 #include <cmath>
 #include <limits>
 
@@ -19,6 +21,13 @@ namespace {
 std::string encoded(const QString &text)
 {
     return text.toStdString();
+}
+
+QString decoded(const std::string &text)
+{
+    // Not fromStdString(), which drops a byte order mark at the beginning: here it is a character like any other.
+    QStringDecoder decoder(QStringConverter::Utf8, QStringConverter::Flag::ConvertInitialBom);
+    return decoder.decode(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
 }
 
 void requireObject(const JSON &json)
@@ -50,7 +59,7 @@ QString requiredString(const JSON &json, std::string_view key)
     if (!member.is_string()) {
         fail(key, "is no text");
     }
-    return QString::fromStdString(member.get_ref<const std::string &>());
+    return decoded(member.get_ref<const std::string &>());
 }
 
 quint32 requiredUInt32(const JSON &json, std::string_view key)

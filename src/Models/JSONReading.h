@@ -16,6 +16,9 @@ using JSON = nlohmann::ordered_json;
 /// The text as UTF-8, for a member of a JSON value.
 [[nodiscard]] std::string encoded(const QString &text);
 
+/// The UTF-8 text of a JSON value, every character of it.
+[[nodiscard]] QString decoded(const std::string &text);
+
 void requireObject(const JSON &json);
 
 /// The member, or nullptr when it is missing or null.

@@ -168,6 +168,14 @@ TEST_F(SettingsStoreLoading, dropsOverridesOfUnknownActions)
                                        R"("polishSelection":{"keyCode":35,"carbonModifiers":2304,"keyLabel":"P"}})")));
 }
 
+TEST_F(SettingsStoreLoading, takesNoActionByANameThatOnlyLooksLikeIt)
+{
+    EXPECT_THAT(overridesAfter(R"({"\ufefftranslateSelection":{"keyCode":3,"carbonModifiers":2048,"keyLabel":"F"},)"
+                               R"("TranslateSelection":{"keyCode":4,"carbonModifiers":2048,"keyLabel":"H"},)"
+                               R"("polishSelection ":{"keyCode":5,"carbonModifiers":2048,"keyLabel":"G"}})"),
+                IsEmpty());
+}
+
 TEST_F(SettingsStoreLoading, hasNoOverridesWhenTheirDataDoNotDecode)
 {
     for (const char *data :

@@ -39,6 +39,7 @@ TEST(ReadingAText, takesTextOnly)
 {
     EXPECT_EQ(requiredString(JSON::parse(R"({"s":"ü\u0000b"})"), "s"), QString(u"ü\0b"_s));
     EXPECT_EQ(requiredString(JSON::parse(R"({"s":""})"), "s"), QString());
+    EXPECT_EQ(requiredString(JSON::parse(R"({"s":"\ufeffb\ufeff"})"), "s"), u"\ufeffb\ufeff"_s) << "every character";
     for (const char *text : {"{}", R"({"S":"x"})", R"({"s":null})", R"({"s":1})", R"({"s":["x"]})", "[]", "\"s\""}) {
         EXPECT_THROW((void)requiredString(JSON::parse(text), "s"), DecodingError) << text;
     }
