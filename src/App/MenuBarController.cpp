@@ -14,8 +14,18 @@ using namespace Qt::StringLiterals;
 namespace orvesa {
 
 namespace {
-using StatusMenu = FloatingResultPanelController::StatusMenu;
+
+/// A title that no menu is too narrow for.
+QString shortened(const QString &title)
+{
+    constexpr qsizetype longest = 80;
+    if (title.size() <= longest) {
+        return title;
+    }
+    return title.left(title.at(longest - 1).isHighSurrogate() ? longest - 1 : longest) + u'…';
 }
+using StatusMenu = FloatingResultPanelController::StatusMenu;
+} // namespace
 
 MenuBarController::MenuBarController(TranslationCoordinator &coordinator, const SettingsStore &settings,
                                      Actions actions)
@@ -103,10 +113,12 @@ void MenuBarController::addPrompts(QMenu &menu)
     }
     menu.addSeparator();
     QMenu *submenu = menu.addMenu(Localization::string(L10nKey::menuPrompts));
+    // More prompts than the screen is high scroll, where the style would set column beside column.
+    submenu->setStyleSheet(u"QMenu { menu-scrollable: 1; }"_s);
     for (const CustomPrompt &prompt : m_settings.customPrompts()) {
         const QString title = prompt.name.isEmpty() ? Localization::string(L10nKey::promptUntitled) : prompt.name;
         // A name is data: an ampersand in it is no mnemonic.
-        QAction *action = submenu->addAction(QString(title).replace(u'&', u"&&"_s));
+        QAction *action = submenu->addAction(shortened(title).replace(u'&', u"&&"_s));
         connect(action, &QAction::triggered, this, [this, id = prompt.id] { runCustomPrompt(id); });
     }
 }

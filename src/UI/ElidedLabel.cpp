@@ -21,7 +21,12 @@ void ElidedLabel::setContent(const QString &text)
 {
     // More than is kept is read, because line breaks and runs of blanks become one blank each.
     const QString line = text.left(4 * longest).simplified();
-    setText(line.size() > longest || text.size() > 4 * longest ? line.left(longest) + u'…' : line);
+    if (line.size() <= longest && text.size() <= 4 * longest) {
+        setText(line);
+        return;
+    }
+    const qsizetype end = line.size() > longest && line.at(longest - 1).isHighSurrogate() ? longest - 1 : longest;
+    setText(line.left(end) + u'…');
 }
 
 QSize ElidedLabel::minimumSizeHint() const

@@ -96,5 +96,22 @@ TEST_F(MenuBarControllerTest, IsBuiltAfreshForAnotherLanguageOnly)
     settings.setAppLanguage(AppLanguage::english);
 }
 
+TEST_F(MenuBarControllerTest, StaysUsableWithVeryManyPromptsAndVeryLongNames)
+{
+    std::vector<CustomPrompt> many;
+    for (int index = 0; index < 500; ++index) {
+        many.push_back(prompt(QString::number(index) + QString(10'000, u'W')));
+    }
+    settings.setCustomPrompts(many);
+    const auto actions = controller.menu().actions();
+    const auto submenu =
+        std::find_if(actions.begin(), actions.end(), [](const QAction *action) { return action->menu(); });
+    ASSERT_NE(submenu, actions.end());
+    QMenu *prompts = (*submenu)->menu();
+    ASSERT_EQ(prompts->actions().size(), 500);
+    EXPECT_EQ(prompts->actions().front()->text(), u'0' + QString(79, u'W') + u'…');
+    EXPECT_LT(prompts->sizeHint().width(), 2'000); // one column
+}
+
 } // namespace
 } // namespace orvesa
