@@ -23,7 +23,7 @@ bool isGround(const QString &file)
 /// Whether an include names a file of this project rather than one of a library or one that moc writes.
 bool isOurs(const QString &include)
 {
-    static const QRegularExpression pattern(u"^(Models|AI|Core|UI|App|Platform)/"_s);
+    static const QRegularExpression pattern(u"^(Models|AI|Core|UI|App|Platform|Tools)/"_s);
     return pattern.match(include).hasMatch() && !include.endsWith(".moc"_L1);
 }
 
@@ -82,6 +82,8 @@ QString roomName(Room room)
         return u"linux"_s;
     case Room::macosAdapters:
         return u"macos"_s;
+    case Room::tools:
+        return u"tools"_s;
     }
     return {};
 }
@@ -105,7 +107,8 @@ std::optional<Room> roomOf(const QString &path)
     if (folder == "App"_L1) {
         return rest.startsWith("Composition"_L1) ? Room::composition : Room::app;
     }
-    static const std::map<QString, Room> whole{{u"Models"_s, Room::models}, {u"AI"_s, Room::ai}, {u"UI"_s, Room::ui}};
+    static const std::map<QString, Room> whole{
+        {u"Models"_s, Room::models}, {u"AI"_s, Room::ai}, {u"UI"_s, Room::ui}, {u"Tools"_s, Room::tools}};
     const auto found = whole.find(folder);
     return found == whole.end() ? std::nullopt : std::optional(found->second);
 }
@@ -114,6 +117,9 @@ bool mayInclude(Room from, Room to)
 {
     if (from == to) {
         return true;
+    }
+    if (from == Room::tools || to == Room::tools) {
+        return false;
     }
     if (from == Room::linuxAdapters || from == Room::macosAdapters) {
         return to == Room::ports;

@@ -11,8 +11,9 @@
 
 namespace orvesa {
 
-/// Lowest first. The adapters of a desktop stand beside the order: they see the ports and nothing else.
-enum class Room { ports, ground, models, ai, core, ui, app, composition, linuxAdapters, macosAdapters };
+/// Lowest first. The adapters of a desktop stand beside the order: they see the ports and nothing else. So do the
+/// tools, which are programs of their own: they see nothing of the others, and none of the others sees them.
+enum class Room { ports, ground, models, ai, core, ui, app, composition, linuxAdapters, macosAdapters, tools };
 
 [[nodiscard]] QString roomName(Room room);
 /// The room of a file by its path below src; none for a path outside every room.

@@ -60,6 +60,8 @@ TEST(RoomOrder, letsOnlyTheCompositionNameADesktop)
         EXPECT_FALSE(mayInclude(Room::ports, desktop));
     }
     EXPECT_FALSE(mayInclude(Room::linuxAdapters, Room::macosAdapters));
+    EXPECT_FALSE(mayInclude(Room::tools, Room::ports));
+    EXPECT_FALSE(mayInclude(Room::composition, Room::tools));
     EXPECT_FALSE(mayInclude(Room::ui, Room::composition));
 }
 

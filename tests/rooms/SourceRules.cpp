@@ -102,7 +102,8 @@ QStringList platformLeaks(const SourceTree &tree)
                                             "Carbon/|Cocoa/|Foundation/|Security/|ApplicationServices/|Vision/)"_s);
     QStringList found;
     for (const QString &path : tree.paths()) {
-        if (!isCode(path) || path.startsWith("Platform/"_L1)) {
+        // The programs of Tools/ exist for one desktop only.
+        if (!isCode(path) || path.startsWith("Platform/"_L1) || path.startsWith("Tools/"_L1)) {
             continue;
         }
         for (const QString &include : tree.includes(path)) {

@@ -25,6 +25,15 @@ int distanceDown(const QRect &first, const QRect &second)
     return std::max({0, second.top() - first.bottom() - 1, first.top() - second.bottom() - 1});
 }
 
+int inkWidth(const TextRow &row)
+{
+    int width = 0;
+    for (const QRect &mark : row.marks) {
+        width += mark.width();
+    }
+    return width;
+}
+
 /// Rows that touch: the middles of their larger marks lie in groups.
 std::vector<TextRow> separated(const TextRow &band, int text)
 {
@@ -44,12 +53,21 @@ std::vector<TextRow> separated(const TextRow &band, int text)
         rows.back().marks.push_back(mark);
         rows.back().box |= mark;
     }
+    // A tail that reaches into the next row is no row of its own.
+    constexpr double leastShare = 0.25;
+    int widest = 0;
+    for (const TextRow &row : rows) {
+        widest = std::max(widest, inkWidth(row));
+    }
+    std::erase_if(rows, [&](const TextRow &row) { return inkWidth(row) < leastShare * widest; });
     if (rows.size() < 2) {
         return {band};
     }
     const std::vector<TextRow> anchors = rows;
     for (const QRect &mark : band.marks) {
-        if (isLarge(mark) || mark.height() >= twoRows * text) {
+        const bool isPlaced = std::ranges::any_of(
+            anchors, [&](const TextRow &row) { return std::ranges::find(row.marks, mark) != row.marks.end(); });
+        if (isPlaced || mark.height() >= twoRows * text) {
             continue;
         }
         const auto nearest = std::ranges::min_element(anchors, {}, [&](const TextRow &row) {
