@@ -129,17 +129,20 @@ void AppDelegate::applyHotKeys()
     m_appliedOverrides = m_with.settings.hotKeyOverrides();
     m_appliedPrompts = m_with.settings.customPrompts();
     for (const HotKeyAction action : allCases<HotKeyAction>()) {
+        const QString title = Localization::string(menuTitleKey(action));
+        m_with.hotKeys.describe({HotKeyService::signature, hotKeyIdentifier(action)}, title);
         registerHotKey(
-            hotKeyIdentifier(action), m_with.settings.combo(action), [this, action] { perform(action); },
-            Localization::string(menuTitleKey(action)));
+            hotKeyIdentifier(action), m_with.settings.combo(action), [this, action] { perform(action); }, title);
     }
     for (std::size_t index = 0; index < m_appliedPrompts.size(); ++index) {
         const CustomPrompt &prompt = m_appliedPrompts[index];
         if (!prompt.hotKey) {
             continue;
         }
+        const quint32 identifier = firstPromptIdentifier + static_cast<quint32>(index);
+        m_with.hotKeys.describe({HotKeyService::signature, identifier}, prompt.shownName());
         registerHotKey(
-            firstPromptIdentifier + static_cast<quint32>(index), *prompt.hotKey,
+            identifier, *prompt.hotKey,
             [this, prompt] { m_with.coordinator.run(prompt.task(), std::chrono::milliseconds::zero()); },
             u"prompt "_s + prompt.shownName());
     }

@@ -5,6 +5,7 @@
 // Main thread; the handler is called on it. Key codes are macOS virtual key codes and modifiers Carbon bits (command
 // 0x100, shift 0x200, option 0x800, control 0x1000) on every desktop.
 
+#include <QString>
 #include <QtGlobal>
 
 #include <functional>
@@ -43,6 +44,9 @@ public:
     virtual void removeHandler() = 0;
     [[nodiscard]] virtual HotKeyRegistration registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id) = 0;
     virtual qint32 unregisterHotKey(HotKeyRef reference) = 0;
+    /// What the hot key is for, in words for the user. Before its registration, on desktops that have the user confirm
+    /// it; others ignore it.
+    virtual void describe([[maybe_unused]] HotKeyID id, [[maybe_unused]] const QString &description) {}
 };
 
 } // namespace orvesa

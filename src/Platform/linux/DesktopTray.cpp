@@ -17,9 +17,20 @@ namespace {
 constexpr int boundInMilliseconds = 250;
 constexpr quint8 eventTypeMask = 0x7f; // the eighth bit says that another client sent the event
 
-const QString watcher = u"org.kde.StatusNotifierWatcher"_s;
-const QString watcherPath = u"/StatusNotifierWatcher"_s;
-const QString busService = u"org.freedesktop.DBus"_s;
+QString watcher()
+{
+    return u"org.kde.StatusNotifierWatcher"_s;
+}
+
+QString watcherPath()
+{
+    return u"/StatusNotifierWatcher"_s;
+}
+
+QString busService()
+{
+    return u"org.freedesktop.DBus"_s;
+}
 
 } // namespace
 
@@ -42,8 +53,8 @@ bool DesktopTray::takesNotifierItems() const
         return false;
     }
     QDBusMessage question =
-        QDBusMessage::createMethodCall(watcher, watcherPath, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
-    question.setArguments({watcher, u"IsStatusNotifierHostRegistered"_s});
+        QDBusMessage::createMethodCall(watcher(), watcherPath(), u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+    question.setArguments({watcher(), u"IsStatusNotifierHostRegistered"_s});
     question.setAutoStartService(false);
     const QDBusMessage answer = bus->call(question, QDBus::Block, boundInMilliseconds);
     return answer.type() == QDBusMessage::ReplyMessage &&
@@ -73,9 +84,9 @@ void DesktopTray::whenAvailable(std::function<void()> handler)
 void DesktopTray::watch()
 {
     if (auto bus = SessionBus::connection()) {
-        bus->connect({}, watcherPath, watcher, u"StatusNotifierHostRegistered"_s, this, SLOT(look()));
-        bus->connect(busService, u"/org/freedesktop/DBus"_s, busService, u"NameOwnerChanged"_s, {watcher}, {}, this,
-                     SLOT(look()));
+        bus->connect({}, watcherPath(), watcher(), u"StatusNotifierHostRegistered"_s, this, SLOT(look()));
+        bus->connect(busService(), u"/org/freedesktop/DBus"_s, busService(), u"NameOwnerChanged"_s, {watcher()}, {},
+                     this, SLOT(look()));
     }
     if (m_connection.isValid()) {
         // A tray announces itself by a message to those who look at the root window's structure.
@@ -89,9 +100,9 @@ void DesktopTray::watch()
 void DesktopTray::stopWatching()
 {
     if (auto bus = SessionBus::connection()) {
-        bus->disconnect({}, watcherPath, watcher, u"StatusNotifierHostRegistered"_s, this, SLOT(look()));
-        bus->disconnect(busService, u"/org/freedesktop/DBus"_s, busService, u"NameOwnerChanged"_s, {watcher}, {}, this,
-                        SLOT(look()));
+        bus->disconnect({}, watcherPath(), watcher(), u"StatusNotifierHostRegistered"_s, this, SLOT(look()));
+        bus->disconnect(busService(), u"/org/freedesktop/DBus"_s, busService(), u"NameOwnerChanged"_s, {watcher()}, {},
+                        this, SLOT(look()));
     }
     m_connection.removeEventHandler(std::exchange(m_token, 0));
     if (m_connection.isValid()) {

@@ -1,5 +1,6 @@
 #include "Platform/linux/LinuxDesktop.h"
 
+#include "Platform/QtClock.h"
 #include "Platform/linux/ATSPIBus.h"
 #include "Platform/linux/ATSPIElements.h"
 #include "Platform/linux/DBusSingleInstance.h"
@@ -7,7 +8,7 @@
 #include "Platform/linux/DesktopTray.h"
 #include "Platform/linux/FileUserDefaults.h"
 #include "Platform/linux/LocalePreferredLanguages.h"
-#include "Platform/linux/QtClock.h"
+#include "Platform/linux/PortalHotKeys.h"
 #include "Platform/linux/SecretServiceKeyStore.h"
 #include "Platform/linux/X11Connection.h"
 #include "Platform/linux/X11HotKeys.h"
@@ -44,6 +45,7 @@ struct LinuxDesktop::Adapters {
     X11Workspace workspace;
     ATSPIBus bus;
     X11HotKeys hotKeys;
+    PortalHotKeys portalHotKeys; ///< in place of those in a Wayland session
     DesktopKeyMonitor keyMonitor;
     DesktopTray tray{x11};
     X11MouseMonitor mouseMonitor;
@@ -90,6 +92,11 @@ SingleInstancePort &LinuxDesktop::singleInstance()
 
 HotKeyPort &LinuxDesktop::hotKeys()
 {
+    // Also for a program that runs on the X server inside a Wayland session: what it holds there, only X programs
+    // honour.
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+        return m_adapters->portalHotKeys;
+    }
     return m_adapters->hotKeys;
 }
 

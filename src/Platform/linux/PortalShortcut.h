@@ -1,0 +1,27 @@
+#pragma once
+
+// One shortcut as the desktop's portal takes it. A value.
+
+#include <QDBusArgument>
+#include <QList>
+#include <QString>
+#include <QVariantMap>
+
+namespace orvesa {
+
+struct PortalShortcut {
+    QString id;
+    QVariantMap properties; ///< "description", "preferred_trigger"
+
+    /// The keys as the portal writes them ("ALT+d"); nothing for a key without a name.
+    [[nodiscard]] static QString trigger(quint32 macKeyCode, quint32 carbonModifiers);
+    /// Tells the bus library about the type. Call before it is sent or received.
+    static void registerType();
+};
+
+QDBusArgument &operator<<(QDBusArgument &argument, const PortalShortcut &shortcut);
+const QDBusArgument &operator>>(const QDBusArgument &argument, PortalShortcut &shortcut);
+
+} // namespace orvesa
+
+Q_DECLARE_METATYPE(orvesa::PortalShortcut)

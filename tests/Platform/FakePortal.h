@@ -1,0 +1,45 @@
+#pragma once
+
+// The global shortcuts of a Wayland desktop's portal, as far as a program sees them, for a bus of the tests' own.
+//
+// It says on standard output what it is asked for, and does what standard input tells it: "press ID" and "refuse". Main
+// thread of its own process.
+
+#include "Platform/linux/PortalShortcut.h"
+
+#include <QDBusConnection>
+#include <QDBusContext>
+#include <QDBusObjectPath>
+#include <QObject>
+
+namespace orvesa::tests {
+
+class FakePortal final : public QObject, protected QDBusContext {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.GlobalShortcuts")
+    Q_PROPERTY(uint version READ version)
+
+public:
+    explicit FakePortal(QDBusConnection bus);
+    ~FakePortal() override;
+
+    [[nodiscard]] uint version() const { return 1; }
+
+public Q_SLOTS:
+    // NOLINTBEGIN(readability-identifier-naming): the names of the interface's methods on the bus
+    QDBusObjectPath CreateSession(const QVariantMap &options);
+    QDBusObjectPath BindShortcuts(const QDBusObjectPath &session, const QList<orvesa::PortalShortcut> &shortcuts,
+                                  const QString &parentWindow, const QVariantMap &options);
+    // NOLINTEND(readability-identifier-naming)
+    void obey(const QString &order);
+
+private:
+    [[nodiscard]] QString pathFor(const QString &kind, const QString &token) const;
+    void answer(const QString &request, const QVariantMap &results);
+
+    QDBusConnection m_bus;
+    QString m_session;
+    uint m_response = 0;
+};
+
+} // namespace orvesa::tests

@@ -1,0 +1,140 @@
+#include "Platform/linux/PortalHotKeys.h"
+
+#include "Platform/AdoptedDesktop.h"
+#include "Platform/linux/PortalShortcut.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace orvesa {
+
+using namespace Qt::StringLiterals;
+using desktop::waitUntil;
+using tests::AdoptedDesktop;
+
+namespace {
+
+constexpr quint32 keyD = 2;
+constexpr quint32 keyS = 1;
+constexpr quint32 option = 0x800;
+constexpr quint32 signature = 0x4B56484B;
+
+desktop::DesktopOptions busOnly()
+{
+    desktop::DesktopOptions options;
+    options.windowManager = desktop::WindowManager::none;
+    options.accessibility = desktop::Accessibility::none;
+    options.keyStore = desktop::KeyStore::absent;
+    return options;
+}
+
+QStringList *capturedLog = nullptr;
+
+void captureLog(QtMsgType, const QMessageLogContext &, const QString &message)
+{
+    if (capturedLog != nullptr) {
+        capturedLog->append(message);
+    }
+}
+
+class PortalHotKeysTest : public ::testing::Test {
+protected:
+    PortalHotKeysTest()
+    {
+        capturedLog = &m_log;
+        m_earlier = qInstallMessageHandler(captureLog);
+    }
+    ~PortalHotKeysTest() override
+    {
+        qInstallMessageHandler(m_earlier);
+        capturedLog = nullptr;
+    }
+
+    desktop::Process &startPortal()
+    {
+        desktop::Process &portal = m_desktop->launch(QStringLiteral(ORVESA_FAKE_PORTAL));
+        EXPECT_EQ(portal.readLine(), "ready");
+        return portal;
+    }
+
+    AdoptedDesktop m_desktop{busOnly()};
+    QStringList m_log;
+
+private:
+    QtMessageHandler m_earlier = nullptr;
+};
+
+TEST_F(PortalHotKeysTest, BindsWhatIsRegisteredInOneGoAndHearsOfPresses)
+{
+    desktop::Process &portal = startPortal();
+    PortalHotKeys hotKeys;
+    std::vector<quint32> pressed;
+    EXPECT_EQ(hotKeys.installHandler([&pressed](HotKeyID id) {
+        pressed.push_back(id.id);
+        return HotKeyStatus::noErr;
+    }),
+              HotKeyStatus::noErr);
+    hotKeys.describe({signature, 1}, u"Translate Selection"_s);
+    hotKeys.describe({signature, 2}, u"Polish Selection"_s);
+    const HotKeyRegistration first = hotKeys.registerHotKey(keyD, option, {signature, 1});
+    EXPECT_EQ(first.status, HotKeyStatus::noErr);
+    EXPECT_EQ(hotKeys.registerHotKey(keyS, option | 0x1000 | 0x200 | 0x100, {signature, 2}).status,
+              HotKeyStatus::noErr);
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 3}).status, HotKeyStatus::hotKeyExists);
+    EXPECT_EQ(hotKeys.registerHotKey(0x34, option, {signature, 4}).status, HotKeyStatus::hotKeyInvalid);
+    EXPECT_EQ(portal.readLine(), "session");
+    EXPECT_EQ(portal.readLine(), "bind hotkey-1=ALT+d (Translate Selection), "
+                                 "hotkey-2=CTRL+ALT+SHIFT+LOGO+s (Polish Selection)");
+    portal.write("press hotkey-2\n");
+    portal.write("press hotkey-9\n");
+    portal.write("press hotkey-1\n");
+    waitUntil([&pressed] { return pressed.size() == 2; }, u"the presses"_s);
+    EXPECT_EQ(pressed, (std::vector<quint32>{2, 1}));
+
+    // The same set anew is no new question to the user; another set is.
+    EXPECT_EQ(hotKeys.unregisterHotKey(first.reference), HotKeyStatus::noErr);
+    EXPECT_EQ(hotKeys.unregisterHotKey(first.reference), HotKeyStatus::hotKeyInvalid);
+    const HotKeyRegistration again = hotKeys.registerHotKey(keyD, option, {signature, 1});
+    desktop::processEventsFor(std::chrono::milliseconds(100));
+    EXPECT_EQ(hotKeys.unregisterHotKey(again.reference), HotKeyStatus::noErr);
+    EXPECT_EQ(portal.readLine(), "session");
+    EXPECT_EQ(portal.readLine(), "bind hotkey-2=CTRL+ALT+SHIFT+LOGO+s (Polish Selection)");
+    EXPECT_TRUE(m_log.isEmpty());
+}
+
+TEST_F(PortalHotKeysTest, SaysWhenTheUserRefuses)
+{
+    desktop::Process &portal = startPortal();
+    portal.write("refuse\n");
+    EXPECT_EQ(portal.readLine(), "refusing");
+    PortalHotKeys hotKeys;
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    waitUntil([this] { return m_log.size() == 1; }, u"the word about it"_s);
+    EXPECT_TRUE(m_log.first().contains(u"refused"_s)) << m_log.first().toStdString();
+}
+
+TEST_F(PortalHotKeysTest, SaysOnceWhatToDoWithoutAPortal)
+{
+    PortalHotKeys hotKeys;
+    EXPECT_EQ(hotKeys.installHandler({}), HotKeyStatus::noErr);
+    for (const quint32 key : {keyD, keyS}) {
+        const HotKeyRegistration registration = hotKeys.registerHotKey(key, option, {signature, key});
+        EXPECT_EQ(registration.status, HotKeyStatus::notAvailable);
+        EXPECT_EQ(registration.reference, 0U);
+    }
+    ASSERT_EQ(m_log.size(), 1);
+    EXPECT_TRUE(m_log.first().contains(u"orvesa-translate --perform translateSelection"_s));
+}
+
+TEST(PortalShortcutTest, WritesKeysAsTheDesktopDoes)
+{
+    EXPECT_EQ(PortalShortcut::trigger(keyD, option), u"ALT+d"_s);
+    EXPECT_EQ(PortalShortcut::trigger(96, 0), u"F5"_s);
+    EXPECT_EQ(PortalShortcut::trigger(49, 0x100), u"LOGO+space"_s);
+    EXPECT_EQ(PortalShortcut::trigger(36, 0x1200), u"CTRL+SHIFT+Return"_s);
+    EXPECT_EQ(PortalShortcut::trigger(1000, option), QString());
+}
+
+} // namespace
+} // namespace orvesa
