@@ -57,7 +57,7 @@ makeRoot() {
 makeOlderPackage() {
     rm -rf "$folder/older"
     dpkg-deb --raw-extract "$packageFile" "$folder/older"
-    sed -i 's/^Version: .*/Version: 0.0.9/' "$folder/older/DEBIAN/control"
+    sed -i 's/^Version: .*/Version: 0.9.0/' "$folder/older/DEBIAN/control"
     echo "no longer there" >"$folder/older/usr/share/doc/orvesa-translate/obsolete"
     rm "$folder/older/usr/share/metainfo/"*.xml
     (cd "$folder/older" && find usr -type f -exec md5sum {} + >DEBIAN/md5sums)

@@ -1,5 +1,6 @@
 #include "App/Settings/SettingsSidebar.h"
 
+#include "App/BuildIdentity.h"
 #include "App/Settings/ProviderKeyStatus.h"
 #include "App/Settings/SidebarItem.h"
 #include "Core/Localization.h"
@@ -49,7 +50,7 @@ SettingsSidebar::SettingsSidebar(const SettingsStore &settings, ProviderKeyStatu
     }
     column->addStretch();
     QLabel *version = makePlainLabel(Style::captionFont(), this);
-    version->setText(u"v1.0.0"_s);
+    version->setText(u'v' + QStringView(BuildIdentity::version).toString());
     version->setContentsMargins(textInset, 0, textInset, 2);
     setLabelColor(*version, versionColor);
     column->addWidget(version);
