@@ -19,6 +19,24 @@ QString text()
     return u"Text"_s;
 }
 
+/// One toolkit puts a byte order mark behind every character beyond the first 65536, so that its offsets stay right.
+QString withoutFillers(const QString &text)
+{
+    constexpr QChar filler(0xfeff);
+    QString result;
+    for (qsizetype index = 0; index < text.size(); ++index) {
+        const bool isBehindPair = index > 0 && text.at(index - 1).isLowSurrogate();
+        if (text.at(index) != filler || !isBehindPair) {
+            // Only where each of them has one; otherwise it was meant.
+            if (isBehindPair) {
+                return text;
+            }
+            result += text.at(index);
+        }
+    }
+    return result.size() < text.size() && !text.back().isLowSurrogate() ? result : text;
+}
+
 int countIn(const std::optional<QVariantList> &answer)
 {
     return answer && !answer->isEmpty() ? answer->constFirst().toInt() : 0;
@@ -56,7 +74,7 @@ std::optional<QString> ATSPISelection::read(const ATSPIReference &element)
     if (!answer || answer->isEmpty()) {
         return std::nullopt;
     }
-    const QString selected = answer->constFirst().toString();
+    const QString selected = withoutFillers(answer->constFirst().toString());
     if (selected.contains(QChar::ObjectReplacementCharacter)) {
         return std::nullopt;
     }
@@ -89,7 +107,12 @@ bool ATSPISelection::goesOn(const ATSPIReference &element, int start, int end)
         }
         ATSPIReference reference;
         sibling->constFirst().value<QDBusArgument>() >> reference;
-        return selectionCount(reference) > 0;
+        if (selectionCount(reference) > 0) {
+            return true;
+        }
+        // An empty one in between says nothing on either side.
+        const auto length = m_client.property(reference, text(), u"CharacterCount"_s);
+        return length && length->toInt() == 0;
     };
     return (start == 0 && index > 0 && isSelected(index - 1)) || (reachesEnd && isSelected(index + 1));
 }

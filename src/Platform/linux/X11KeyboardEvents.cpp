@@ -3,6 +3,7 @@
 #include "Platform/linux/MacKeyCodes.h"
 #include "Platform/linux/TerminalPrograms.h"
 #include "Platform/linux/X11Modifiers.h"
+#include "Platform/linux/X11Ping.h"
 #include "Platform/linux/X11WindowOwner.h"
 
 #include <algorithm>
@@ -241,6 +242,10 @@ std::optional<quint32> X11KeyboardEvents::flagsForFocus(quint32 flags)
 {
     const auto program = X11WindowOwner::withKeyboard(m_connection);
     if (!program) {
+        return std::nullopt;
+    }
+    // A program that hangs would copy whenever it goes on, long after the clipboard was put back.
+    if (!X11Ping::answers(m_connection, program->window)) {
         return std::nullopt;
     }
     if (const auto keys = TerminalPrograms::copyKeys(program->instanceName, program->className)) {

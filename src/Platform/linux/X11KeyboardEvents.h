@@ -5,7 +5,7 @@
 // Main thread. For a stroke every key that is held and does not belong to it is let go, or the application would see
 // another combination; modifiers that the user still holds after it are pressed again. Between press and release
 // nothing else of this program may run. In a terminal the copy stroke becomes the terminal's own, or none at all, since
-// the usual one interrupts what runs there.
+// the usual one interrupts what runs there; and a program that hangs gets none.
 
 #include "Platform/KeyboardEventPort.h"
 #include "Platform/linux/X11Connection.h"

@@ -44,7 +44,7 @@ void CaptureStage::TearDown()
     }
 }
 
-void CaptureStage::copyPicture(qsizetype bytes)
+Process &CaptureStage::copyPicture(qsizetype bytes)
 {
     if (m_owner != nullptr) {
         m_owner->terminate();
@@ -52,6 +52,7 @@ void CaptureStage::copyPicture(qsizetype bytes)
     m_owner = &desktop->launch(QStringLiteral(ORVESA_CLIPBOARD_PROBE), {u"own"_s, QString::number(bytes), u"2"_s});
     EXPECT_EQ(m_owner->readLine(), "owns");
     waitUntil([this] { return desktop->selections().text(Selection::clipboard) == u"kept"_s; }, u"the copy"_s);
+    return *m_owner;
 }
 
 QByteArray CaptureStage::clipboard()

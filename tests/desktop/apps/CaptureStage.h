@@ -36,7 +36,7 @@ protected:
     void TearDown() override;
 
     /// Another program copies a picture, text and a type of its own.
-    void copyPicture(qsizetype bytes = 100'000);
+    Process &copyPicture(qsizetype bytes = 100'000);
     /// Everything on the clipboard as another program sees it, with the order of its targets.
     QByteArray clipboard();
     /// Presses the translate shortcut, holds it for so long, and waits for the capture's end and the panel.
