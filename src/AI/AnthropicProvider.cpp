@@ -5,6 +5,7 @@
 #include "AI/JSONAnswer.h"
 #include "Models/AppError.h"
 #include "Models/Text.h"
+#include "Platform/SecretBuffer.h"
 
 #include <utility>
 
@@ -68,7 +69,8 @@ QString AnthropicProvider::answerText(const QByteArray &body)
 QCoro::Task<QString> AnthropicProvider::generate(QString text, AITask task, AIProviderConfig config,
                                                  std::stop_token stop) const
 {
-    const QString key = co_await requireAPIKey(m_keychain, providerType());
+    QString key = co_await requireAPIKey(m_keychain, providerType());
+    const SecretClearing clearing(key);
     const QString prompt = m_promptService.prompt(task, text);
     const QUrl url = serviceURL(m_addresses.base(providerType()) + u"/v1/messages"_s);
     const QByteArray body = requestBody(config, prompt);

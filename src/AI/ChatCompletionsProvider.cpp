@@ -2,6 +2,7 @@
 
 #include "AI/APIKeyRequirement.h"
 #include "AI/OpenAIChatAPI.h"
+#include "Platform/SecretBuffer.h"
 
 #include <utility>
 
@@ -16,7 +17,8 @@ ChatCompletionsProvider::ChatCompletionsProvider(const KeychainService &keychain
 QCoro::Task<QString> ChatCompletionsProvider::generate(QString text, AITask task, AIProviderConfig config,
                                                        std::stop_token stop) const
 {
-    const QString key = co_await requireAPIKey(m_keychain, providerType());
+    QString key = co_await requireAPIKey(m_keychain, providerType());
+    const SecretClearing clearing(key);
     const QString prompt = m_promptService.prompt(task, text);
     co_return co_await OpenAIChatAPI::generate(m_client, m_addresses.base(providerType()), key, config.model, prompt,
                                                stop);

@@ -5,6 +5,7 @@
 #include "AI/JSONAnswer.h"
 #include "Models/AppError.h"
 #include "Models/Text.h"
+#include "Platform/SecretBuffer.h"
 
 #include <utility>
 
@@ -85,7 +86,8 @@ QString GeminiProvider::answerText(const QByteArray &body)
 QCoro::Task<QString> GeminiProvider::generate(QString text, AITask task, AIProviderConfig config,
                                               std::stop_token stop) const
 {
-    const QString key = co_await requireAPIKey(m_keychain, providerType());
+    QString key = co_await requireAPIKey(m_keychain, providerType());
+    const SecretClearing clearing(key);
     const QString prompt = m_promptService.prompt(task, text);
     const QString models = m_addresses.base(providerType()) + u"/v1beta/models/"_s;
     const QUrl url = serviceURL(models + config.model + u":generateContent"_s);

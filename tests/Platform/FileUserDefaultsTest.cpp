@@ -247,6 +247,16 @@ TEST_F(FileUserDefaultsTest, KeepsADamagedFileBesideTheNewOne)
     EXPECT_EQ(read(u"app.conf.damaged.2"_s), damaged + "again");
 }
 
+TEST_F(FileUserDefaultsTest, KeepsAFileThatEndsInsideACharacter)
+{
+    const QByteArray cut("a = \"\xe6\x97");
+    write(cut);
+    FileUserDefaults defaults = make();
+    defaults.set(u"b"_s, true);
+    EXPECT_EQ(read(u"app.conf.damaged"_s), cut);
+    EXPECT_EQ(make().value(u"b"_s), DefaultsValue(true)) << "what was written can be read";
+}
+
 TEST_F(FileUserDefaultsTest, KeepsATruncatedValueWhenItIsReplaced)
 {
     const QByteArray truncated("b = true\na = \"Japa");

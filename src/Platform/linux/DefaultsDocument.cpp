@@ -11,7 +11,8 @@ namespace orvesa {
 
 std::optional<DefaultsDocument> DefaultsDocument::parse(const QByteArray &bytes)
 {
-    QStringDecoder decoder(QStringDecoder::Utf8);
+    // Stateless, or a character that is cut off at the end would count as one that goes on in a next piece.
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = decoder(bytes);
     if (decoder.hasError() || text.contains(QChar::Null)) {
         return std::nullopt;
