@@ -7,9 +7,39 @@
 #include <QPixmapCache>
 #include <QSvgRenderer>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace orvesa::Symbols {
+
+namespace {
+
+Source &desktopSource()
+{
+    static Source source;
+    return source;
+}
+
+QImage rendered(const QString &name, int pixels)
+{
+    QSvgRenderer renderer(u":/symbols/%1.svg"_s.arg(name));
+    if (!renderer.isValid()) {
+        qFatal("no image for the symbol %s", qPrintable(name));
+    }
+    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    renderer.render(&painter);
+    return image;
+}
+
+} // namespace
+
+void setSource(Source source)
+{
+    desktopSource() = std::move(source);
+}
 
 QPixmap pixmap(const QString &name, const QColor &color, int size, qreal devicePixelRatio)
 {
@@ -20,15 +50,13 @@ QPixmap pixmap(const QString &name, const QColor &color, int size, qreal deviceP
         return result;
     }
 
-    QSvgRenderer renderer(u":/symbols/%1.svg"_s.arg(name));
-    if (!renderer.isValid()) {
-        qFatal("no image for the symbol %s", qPrintable(name));
-    }
     const int pixels = qRound(size * devicePixelRatio);
-    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
+    const Source &source = desktopSource();
+    QImage image = source ? source(name, pixels) : QImage();
+    if (image.isNull()) {
+        image = rendered(name, pixels);
+    }
     QPainter painter(&image);
-    renderer.render(&painter);
     // The images are drawn in black: only their coverage counts.
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(image.rect(), color);

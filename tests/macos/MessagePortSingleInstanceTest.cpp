@@ -25,12 +25,14 @@ protected:
     [[nodiscard]] SingleInstancePort::Handlers handlers()
     {
         return {.activate = [this] { ++m_activations; },
-                .perform = [this](const QString &action) { m_performed.append(action); }};
+                .perform = [this](const QString &action) { m_performed.append(action); },
+                .heldShortcuts = [this] { return m_held; }};
     }
 
     MessagePortSingleInstance m_instance;
     int m_activations = 0;
     QStringList m_performed;
+    QList<quint32> m_held;
 };
 
 } // namespace
@@ -45,6 +47,16 @@ TEST_F(MessagePortSingleInstanceTest, ServesWhatAnotherProcessAsks)
     EXPECT_EQ(m_activations, 1);
     EXPECT_EQ(m_performed, (QStringList{u"prompt:要約"_s}));
     EXPECT_EQ(recorders::calls().back(), "CFMessagePortSendRequest within 2 s, waits");
+}
+
+TEST_F(MessagePortSingleInstanceTest, TellsWhichShortcutsItHolds)
+{
+    EXPECT_EQ(m_instance.heldShortcuts(identifier), std::nullopt);
+    EXPECT_EQ(m_instance.claim(identifier, handlers()), Claim::owned);
+    MessagePortSingleInstance other;
+    EXPECT_EQ(other.heldShortcuts(identifier), QList<quint32>());
+    m_held = {1, 3, 1002};
+    EXPECT_EQ(other.heldShortcuts(identifier), (QList<quint32>{1, 3, 1002}));
 }
 
 TEST_F(MessagePortSingleInstanceTest, GivesItsPlaceUpWhenItGoes)

@@ -16,6 +16,8 @@ public:
     /// The system always blends windows.
     [[nodiscard]] bool isCompositing() const override { return true; }
 
+    void announce(QObject &window, const QString &text) override;
+
     [[nodiscard]] bool eventFilter(QObject *watched, QEvent *event) override;
 };
 

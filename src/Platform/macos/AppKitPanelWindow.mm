@@ -2,7 +2,9 @@
 
 #import <AppKit/AppKit.h>
 
+#include <QAccessible>
 #include <QEvent>
+#include <QString>
 #include <QWindow>
 
 namespace orvesa {
@@ -51,6 +53,20 @@ void AppKitPanelWindow::makePanel(QWindow &window)
     setFloating(native);
     window.removeEventFilter(this);
     window.installEventFilter(this);
+}
+
+void AppKitPanelWindow::announce(QObject &window, const QString &text)
+{
+    const QAccessibleInterface *const interface = QAccessible::queryAccessibleInterface(&window);
+    const QWindow *const shown = interface == nullptr ? nullptr : interface->window();
+    if (shown == nullptr) {
+        return;
+    }
+    NSAccessibilityPostNotificationWithUserInfo(
+        nativeWindow(*shown), NSAccessibilityAnnouncementRequestedNotification, @{
+            NSAccessibilityAnnouncementKey : text.toNSString(),
+            NSAccessibilityPriorityKey : [NSNumber numberWithLongLong:NSAccessibilityPriorityHigh],
+        });
 }
 
 bool AppKitPanelWindow::eventFilter(QObject *watched, QEvent *event)

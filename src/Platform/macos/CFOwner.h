@@ -45,6 +45,8 @@ public:
 
     [[nodiscard]] Reference get() const { return m_reference; }
     [[nodiscard]] explicit operator bool() const { return m_reference != nullptr; }
+    /// Hands the reference over to somebody who will release it.
+    [[nodiscard]] Reference release() { return std::exchange(m_reference, nullptr); }
     /// Where a "Copy" function writes the reference that it hands over. Only for an owner that holds nothing yet.
     [[nodiscard]] Reference *receiver()
     {

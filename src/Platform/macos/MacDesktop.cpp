@@ -11,9 +11,11 @@
 #include "Platform/macos/CarbonHotKeys.h"
 #include "Platform/macos/FoundationPreferredLanguages.h"
 #include "Platform/macos/FoundationUserDefaults.h"
+#include "Platform/macos/LoginItemAutostart.h"
 #include "Platform/macos/MessagePortSingleInstance.h"
 #include "Platform/macos/QuartzKeyboardEvents.h"
 #include "Platform/macos/SecurityKeyStore.h"
+#include "Platform/macos/StatusBarTray.h"
 #include "Platform/macos/SystemScreenCapture.h"
 #include "Platform/macos/VisionTextRecognition.h"
 
@@ -41,6 +43,8 @@ struct MacDesktop::Adapters {
     AppKitPanelWindow panelWindow;
     SystemScreenCapture screenCapture;
     VisionTextRecognition textRecognition;
+    StatusBarTray tray;
+    LoginItemAutostart autostart;
 };
 
 MacDesktop::MacDesktop(QString identifier) : m_adapters(std::make_unique<Adapters>(std::move(identifier))) {}
@@ -125,6 +129,16 @@ ScreenCapturePort &MacDesktop::screenCapture()
 TextRecognitionPort &MacDesktop::textRecognition()
 {
     return m_adapters->textRecognition;
+}
+
+TrayPort &MacDesktop::tray()
+{
+    return m_adapters->tray;
+}
+
+AutostartPort &MacDesktop::autostart()
+{
+    return m_adapters->autostart;
 }
 
 } // namespace orvesa

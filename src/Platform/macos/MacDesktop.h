@@ -7,6 +7,7 @@
 
 #include "Platform/AccessibilityElementsPort.h"
 #include "Platform/AccessibilityTrustPort.h"
+#include "Platform/AutostartPort.h"
 #include "Platform/ClockPort.h"
 #include "Platform/HotKeyPort.h"
 #include "Platform/KeyMonitorPort.h"
@@ -19,6 +20,7 @@
 #include "Platform/ScreenCapturePort.h"
 #include "Platform/SingleInstancePort.h"
 #include "Platform/TextRecognitionPort.h"
+#include "Platform/TrayPort.h"
 #include "Platform/UserDefaultsPort.h"
 #include "Platform/WorkspacePort.h"
 
@@ -51,6 +53,8 @@ public:
     [[nodiscard]] PanelWindowPort &panelWindow();
     [[nodiscard]] ScreenCapturePort &screenCapture();
     [[nodiscard]] TextRecognitionPort &textRecognition();
+    [[nodiscard]] TrayPort &tray();
+    [[nodiscard]] AutostartPort &autostart();
 
 private:
     struct Adapters;

@@ -18,6 +18,7 @@ public:
 
     [[nodiscard]] Claim claim(const QString &identifier, Handlers handlers) override;
     [[nodiscard]] bool ask(const QString &identifier, const QString &action) override;
+    [[nodiscard]] std::optional<QList<quint32>> heldShortcuts(const QString &identifier) override;
 
 private:
     static CFDataRef received(CFMessagePortRef port, SInt32 message, CFDataRef data, void *info);

@@ -162,3 +162,17 @@ static const NSWindowLevel NSFloatingWindowLevel = 3;
                              context:(NSGraphicsContext *)referenceContext
                                hints:(NSDictionary<NSString *, id> *)hints CF_RETURNS_NOT_RETAINED;
 @end
+
+typedef NSString *NSAccessibilityNotificationName;
+typedef NSString *NSAccessibilityNotificationUserInfoKey;
+typedef NS_ENUM(NSInteger, NSAccessibilityPriorityLevel){
+    NSAccessibilityPriorityLow = 10,
+    NSAccessibilityPriorityMedium = 50,
+    NSAccessibilityPriorityHigh = 90,
+};
+extern "C" NSAccessibilityNotificationName const NSAccessibilityAnnouncementRequestedNotification;
+extern "C" NSAccessibilityNotificationUserInfoKey const NSAccessibilityAnnouncementKey;
+extern "C" NSAccessibilityNotificationUserInfoKey const NSAccessibilityPriorityKey;
+extern "C" void NSAccessibilityPostNotificationWithUserInfo(
+    id element, NSAccessibilityNotificationName notification,
+    NSDictionary<NSAccessibilityNotificationUserInfoKey, id> *userInfo);
