@@ -36,11 +36,12 @@ int main(int argc, char *argv[])
     const auto requests = countOption(u"requests"_s, u"Requests of each size and program."_s, usual.requests);
     const auto changes = countOption(u"changes"_s, u"Changes and readings of the preferences."_s, usual.changes);
     const QCommandLineOption settingsOnly(u"settings-only"_s, u"Measures preferences alone, likewise."_s);
+    const QCommandLineOption captureOnly(u"capture-only"_s, u"Measures the capture of selections alone."_s);
     const QCommandLineOption only(u"requests-only"_s, u"Measures requests alone, which needs no desktop."_s);
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Measures Orvesa Translate against a floor program on a private desktop."_s);
     parser.addHelpOption();
-    parser.addOptions({rounds, presses, idle, instructions, requests, changes, only, settingsOnly});
+    parser.addOptions({rounds, presses, idle, instructions, requests, changes, only, settingsOnly, captureOnly});
     parser.process(application);
 
     QTextStream output(stdout);
@@ -51,6 +52,12 @@ int main(int argc, char *argv[])
         if (parser.isSet(only)) {
             ReportTable table;
             Benchmark::measureRequests(table, requestCount);
+            output << table.text();
+            return 0;
+        }
+        if (parser.isSet(captureOnly)) {
+            ReportTable table;
+            Benchmark::measureCapture(table, std::max(1, parser.value(presses).toInt()));
             output << table.text();
             return 0;
         }

@@ -1,5 +1,6 @@
 #include "Benchmark.h"
 
+#include "CaptureMeasurement.h"
 #include "ProcessFigures.h"
 #include "RequestMeasurement.h"
 #include "SettingsMeasurement.h"
@@ -79,8 +80,14 @@ ReportTable Benchmark::run()
     fillStartRows(table);
     fillShortcutRows(table);
     measureRequests(table, m_options.requests);
+    measureCapture(table, m_options.presses);
     measureSettings(table, m_options.changes);
     return table;
+}
+
+void Benchmark::measureCapture(ReportTable &table, int rounds)
+{
+    CaptureMeasurement().measure(table, rounds);
 }
 
 void Benchmark::measureRequests(ReportTable &table, int rounds)
