@@ -71,6 +71,7 @@ bool PortalHotKeys::isOffered()
             const QDBusMessage answer = bus->call(question, QDBus::Block, boundInMilliseconds);
             m_isOffered = answer.type() == QDBusMessage::ReplyMessage &&
                           answer.arguments().value(0).value<QDBusVariant>().variant().toUInt() >= 1;
+            PortalShortcut::registerType(); // and with it the bus's own types, which the slot has
             bus->connect(service(), objectPath(), shortcutsInterface(), u"Activated"_s, this,
                          SLOT(activated(QDBusObjectPath, QString, qulonglong, QVariantMap)));
         }
@@ -184,7 +185,6 @@ void PortalHotKeys::sessionAnswered(uint response, const QVariantMap &results)
         qWarning("OrvesaTranslate: the desktop refused a session for global shortcuts");
         return;
     }
-    PortalShortcut::registerType();
     QList<PortalShortcut> shortcuts;
     for (const auto &[id, hotKey] : m_bound) {
         shortcuts.append(
