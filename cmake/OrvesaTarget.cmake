@@ -42,7 +42,7 @@ endfunction()
 # is position independent in another way). This halves the time of a build with GCC 12. Compiler caches and clang-tidy
 # work on single files, so they go without; the debug preset does too, and so proves that each file includes what it uses.
 set(precompile ON)
-if(CMAKE_CXX_COMPILER_LAUNCHER OR CMAKE_CXX_CLANG_TIDY)
+if(CMAKE_CXX_COMPILER_LAUNCHER OR CMAKE_CXX_CLANG_TIDY OR APPLE)
     set(precompile OFF)
 endif()
 option(ORVESA_PRECOMPILED_HEADERS "Precompile the headers of the libraries that nearly every source reads" ${precompile})
