@@ -19,6 +19,13 @@ public:
     /// task bars and pagers, no focus when shown. Call again after the native window was recreated.
     virtual void makePanel(QWindow &window) = 0;
 
+    /// Brings a shown panel above other windows without giving it the focus. False where Qt's way does that.
+    virtual bool orderFront(QWindow &window)
+    {
+        Q_UNUSED(window)
+        return false;
+    }
+
     /// The part of the screen that docks, task bars and menu bars leave free, in device-independent pixels.
     /// `available` is what Qt takes it for.
     [[nodiscard]] virtual QRect visibleFrame(const QScreen &screen, QRect available) const

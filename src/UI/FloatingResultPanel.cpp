@@ -55,16 +55,21 @@ void FloatingResultPanel::orderFront(const QRect &frame)
 {
     prepare();
     setGeometry(frame);
+    if (isVisible()) {
+        orderFrontRegardless();
+        return;
+    }
     updateShape();
     // Qt forgets the desktop's properties of a window that it unmaps.
     m_port.makePanel(*windowHandle());
     show();
-    raise();
 }
 
 void FloatingResultPanel::orderFrontRegardless()
 {
-    raise();
+    if (!m_port.orderFront(*windowHandle())) {
+        raise();
+    }
 }
 
 void FloatingResultPanel::keyPressEvent(QKeyEvent *event)

@@ -28,7 +28,7 @@ void PanelTitle::setText(const QString &text)
         return;
     }
     m_text = line;
-    setAccessibleName(text);
+    setAccessibleName(line);
     updateGeometry();
     update();
 }

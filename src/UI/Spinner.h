@@ -14,6 +14,7 @@ class Spinner final : public QWidget {
 public:
     explicit Spinner(QWidget *parent = nullptr);
 
+    [[nodiscard]] bool isSpinning() const { return m_timer.isActive(); }
     void setAccent(const QColor &accent);
     [[nodiscard]] QSize sizeHint() const override;
 

@@ -1,6 +1,7 @@
 #include "UI/FloatingResultPanelController.h"
 
 #include "Core/SettingsStore.h"
+#include "UI/AdaptiveTextScrollView.h"
 #include "fakes/FakeMouseMonitor.h"
 #include "fakes/FakePanelWindow.h"
 #include "fakes/FakePreferredLanguages.h"
@@ -11,6 +12,9 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QCursor>
+#include <QElapsedTimer>
+#include <QMenu>
+#include <QMouseEvent>
 #include <QScreen>
 #include <QWidget>
 
@@ -36,6 +40,16 @@ protected:
 
     /// Lets what was scheduled on the main thread happen.
     void settle() { QCoreApplication::sendPostedEvents(); }
+
+    /// Lets timers run out that have no clock of a test's.
+    static void passTime(qint64 milliseconds)
+    {
+        QElapsedTimer timer;
+        timer.start();
+        while (timer.elapsed() < milliseconds) {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+        }
+    }
 
     FakeUserDefaults defaults;
     FakePreferredLanguages languages;
@@ -105,6 +119,108 @@ TEST_F(FloatingResultPanelControllerTest, HidesOnAClickElsewhereOnly)
     QCursor::setPos(visible.bottomRight());
     mouse.pressAt(QCursor::pos());
     settle();
+    EXPECT_FALSE(controller.isVisible());
+    EXPECT_FALSE(mouse.isMonitoring());
+}
+
+TEST_F(FloatingResultPanelControllerTest, StaysWhileAMenuOfOursIsClicked)
+{
+    QCursor::setPos(100, 100);
+    controller.show(Position::nearMouse);
+    QCursor::setPos(visible.bottomRight());
+    controller.setStatusMenu(FloatingResultPanelController::StatusMenu::open);
+    mouse.pressAt(QCursor::pos());
+    settle();
+    EXPECT_TRUE(controller.isVisible());
+    controller.setStatusMenu(FloatingResultPanelController::StatusMenu::closed);
+    {
+        QMenu menu;
+        menu.addAction(u"Row"_s);
+        menu.popup(QPoint(10, 10));
+        mouse.pressAt(QCursor::pos());
+        settle();
+        EXPECT_TRUE(controller.isVisible());
+        // The menu takes the press first, and is gone when it is heard of.
+        QMouseEvent press(QEvent::MouseButtonPress, QPointF(900, 500), QPointF(900, 500), Qt::LeftButton,
+                          Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&menu, &press);
+        ASSERT_FALSE(menu.isVisible());
+        mouse.pressAt(QCursor::pos());
+        settle();
+        EXPECT_TRUE(controller.isVisible());
+    }
+    passTime(120); // another press
+    mouse.pressAt(QCursor::pos());
+    settle();
+    EXPECT_FALSE(controller.isVisible());
+}
+
+TEST_F(FloatingResultPanelControllerTest, GivesTheStatusMenuTimeToOpenAfterAClickOnADock)
+{
+    panelWindow.setDockHeight(30);
+    const auto clickDock = [this] {
+        controller.show(Position::nearMouse);
+        QCursor::setPos(visible.bottomRight() - QPoint(40, 10));
+        mouse.pressAt(QCursor::pos());
+        settle();
+        EXPECT_TRUE(controller.isVisible());
+    };
+    QCursor::setPos(100, 100);
+    clickDock();
+    controller.setStatusMenu(FloatingResultPanelController::StatusMenu::open);
+    passTime(400);
+    EXPECT_TRUE(controller.isVisible());
+    controller.setStatusMenu(FloatingResultPanelController::StatusMenu::closed);
+    clickDock();
+    passTime(400);
+    EXPECT_FALSE(controller.isVisible()) << "no menu came";
+}
+
+TEST_F(FloatingResultPanelControllerTest, LeavesDocksOut)
+{
+    panelWindow.setDockHeight(50);
+    QCursor::setPos(visible.bottomRight());
+    controller.show(Position::nearMouse);
+    EXPECT_EQ(panel()->y() + panel()->height(), visible.y() + visible.height() - 50 - 8);
+}
+
+TEST_F(FloatingResultPanelControllerTest, TellsScreenReadersWhatIsNew)
+{
+    controller.viewModel().setPhase(FloatingResultViewModel::Loading{});
+    controller.show(Position::nearMouse);
+    settle();
+    EXPECT_TRUE(panelWindow.announcements().isEmpty());
+    controller.viewModel().setPhase(FloatingResultViewModel::Success{u"Hello"_s});
+    settle();
+    controller.viewModel().setStatusMessage(u"copied"_s);
+    settle();
+    controller.viewModel().setStatusMessage(std::nullopt);
+    controller.viewModel().setPhase(FloatingResultViewModel::Failure{u"broken"_s});
+    settle();
+    EXPECT_EQ(panelWindow.announcements(), QStringList({u"Hello"_s, u"copied"_s, u"broken"_s}));
+    controller.hide();
+    controller.viewModel().setPhase(FloatingResultViewModel::Success{u"late"_s});
+    settle();
+    EXPECT_EQ(panelWindow.announcements().size(), 3) << "nobody is told of what is hidden";
+}
+
+TEST_F(FloatingResultPanelControllerTest, ShowsALateAnswerWhenItIsShownAgain)
+{
+    controller.viewModel().setSourceText(u"Hola"_s);
+    controller.show(Position::nearMouse);
+    controller.hide();
+    controller.viewModel().setPhase(FloatingResultViewModel::Success{u"late"_s});
+    settle();
+    EXPECT_FALSE(controller.isVisible());
+    controller.show(Position::keep);
+    EXPECT_EQ(panel()->findChildren<AdaptiveTextScrollView *>().at(1)->content(), u"late"_s);
+}
+
+TEST_F(FloatingResultPanelControllerTest, EscapeClosesIt)
+{
+    controller.show(Position::nearMouse);
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QCoreApplication::sendEvent(panel()->findChildren<AdaptiveTextScrollView *>().at(1), &escape);
     EXPECT_FALSE(controller.isVisible());
     EXPECT_FALSE(mouse.isMonitoring());
 }

@@ -3,12 +3,15 @@
 #include "Core/SettingsStore.h"
 #include "UI/AdaptiveTextScrollView.h"
 #include "UI/HeaderPicker.h"
+#include "UI/PanelTitle.h"
+#include "UI/Spinner.h"
 #include "UI/SymbolButton.h"
 #include "fakes/FakePreferredLanguages.h"
 #include "fakes/FakeUserDefaults.h"
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QLabel>
 
 using namespace Qt::StringLiterals;
@@ -186,21 +189,69 @@ TEST_F(FloatingResultViewTest, KeepsLongTextsWithinTheScreen)
     EXPECT_EQ(text(u"Result"_s)->height(), 376);
 }
 
-TEST(AdaptiveTextScrollView, IsTwentyHighWhenEmpty)
+TEST_F(FloatingResultViewTest, OffersEveryChoiceOfAPickerToScreenReaders)
 {
-    AdaptiveTextScrollView view;
-    view.setContent(QString(), 392, 200);
-    EXPECT_EQ(view.height(), 20);
+    model.setPolishMode(PolishMode::concise);
+    render();
+    HeaderPicker *picker = view.findChildren<HeaderPicker *>().at(1);
+    QAccessibleInterface *described = QAccessible::queryAccessibleInterface(picker);
+    ASSERT_NE(described->actionInterface(), nullptr);
+    EXPECT_EQ(described->role(), QAccessible::ComboBox);
+    EXPECT_EQ(described->text(QAccessible::Value), picker->currentText());
+    EXPECT_EQ(described->actionInterface()->actionNames().size(), picker->count() + 1);
+    std::optional<PolishMode> picked;
+    model.onPolishModeChange = [&](PolishMode mode) { picked = mode; };
+    described->actionInterface()->doAction(picker->itemText(0));
+    EXPECT_EQ(picked, allCases<PolishMode>()[0]);
+    EXPECT_EQ(described->text(QAccessible::Value), picker->itemText(0));
 }
 
-TEST(AdaptiveTextScrollView, BreaksATextWithoutBlanks)
+TEST_F(FloatingResultViewTest, MakesALongTitleSmallerBeforeItIsCut)
 {
-    AdaptiveTextScrollView view;
-    view.setContent(QString(400, u'w'), 392, 480);
-    view.resize(392, view.height());
-    view.show();
-    EXPECT_GT(view.height(), 100);
-    EXPECT_LE(view.document()->idealWidth(), 392);
+    model.setTranslationLanguage(TargetLanguage::traditionalChinese);
+    model.setTaskTitle(u"Translate → Traditional Chinese"_s);
+    render();
+    const auto *title = view.findChild<PanelTitle *>();
+    EXPECT_FALSE(title->isShortened());
+    model.setTaskTitle(u"Line\nbreak "_s.repeated(20));
+    render();
+    EXPECT_TRUE(title->isShortened());
+    EXPECT_FALSE(title->accessibleName().contains(u'\n'));
+}
+
+TEST_F(FloatingResultViewTest, SpinsOnlyWhileItIsSeen)
+{
+    render();
+    auto *spinner = view.findChild<Spinner *>();
+    EXPECT_TRUE(spinner->isSpinning());
+    model.setPhase(FloatingResultViewModel::Success{u"Hello"_s});
+    render();
+    EXPECT_FALSE(spinner->isSpinning());
+    model.setPhase(FloatingResultViewModel::Loading{});
+    render();
+    EXPECT_TRUE(spinner->isSpinning());
+    view.hide();
+    EXPECT_FALSE(spinner->isSpinning());
+}
+
+TEST_F(FloatingResultViewTest, LeadsThroughItsControlsInReadingOrder)
+{
+    model.setSourceText(u"Hola"_s);
+    model.setTranslationLanguage(TargetLanguage::japanese);
+    model.setPhase(FloatingResultViewModel::Success{u"Hello"_s});
+    render();
+    QStringList names;
+    const QWidget *first = view.findChildren<HeaderPicker *>().at(0);
+    for (const QWidget *next = first;;) {
+        if (next->isVisible() && next->isEnabled() && (next->focusPolicy() & Qt::TabFocus) != 0) {
+            names.append(next->accessibleName());
+        }
+        next = next->nextInFocusChain();
+        if (next == first) {
+            break;
+        }
+    }
+    EXPECT_EQ(names, QStringList({u"Target Language"_s, u"Close"_s, u"Original"_s, u"Result"_s, u"Copy Result"_s, u"Retry"_s}));
 }
 
 } // namespace

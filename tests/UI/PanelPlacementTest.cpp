@@ -59,6 +59,33 @@ TEST(PanelPlacement, PutsAPanelLargerThanTheScreenFlushWithTheRightAndTopMargins
     EXPECT_EQ(origin.y(), 24 + 8);
 }
 
+TEST(PanelPlacement, StaysInsideInEveryCornerOfEveryScreen)
+{
+    // A laptop at scale 2 left of and above a large screen, a portrait screen right of it with docks left and below.
+    const Screens screens{{primary,
+                           {QRect(-960, -600, 960, 600), QRect(-960, -570, 960, 570)},
+                           {QRect(1280, -300, 1080, 1920), QRect(1344, -300, 1016, 1872)}},
+                          0};
+    const QSize panel(420, 300);
+    for (const Screen &screen : screens.all) {
+        const QRect inside = screen.visibleFrame.adjusted(8, 8, -8, -8);
+        for (const QPoint corner : {screen.frame.topLeft(), screen.frame.topRight(), screen.frame.bottomLeft(),
+                                    screen.frame.bottomRight(), screen.frame.center()}) {
+            const QRect placed(nearPointer(corner, panel, screens), panel);
+            EXPECT_TRUE(inside.contains(placed)) << corner.x() << ", " << corner.y();
+        }
+    }
+}
+
+TEST(PanelPlacement, IgnoresRoundingOfTheSize)
+{
+    using PanelPlacement::needsNewFrame;
+    EXPECT_FALSE(needsNewFrame({420, 300}, {420, 300.4}));
+    EXPECT_FALSE(needsNewFrame({420, 300}, {419.5, 300.5}));
+    EXPECT_TRUE(needsNewFrame({420, 300}, {420, 300.6}));
+    EXPECT_TRUE(needsNewFrame({420, 300}, {421, 300}));
+}
+
 TEST(PanelPlacement, GrowsDownwardsFromItsTopEdge)
 {
     EXPECT_EQ(refitted(QRect(100, 100, 420, 180), {520, 400}, primary), QRect(100, 100, 520, 400));

@@ -14,4 +14,9 @@ QRect FakePanelWindow::visibleFrame(const QScreen &, QRect available) const
     return available.adjusted(0, 0, 0, -m_dockHeight);
 }
 
+void FakePanelWindow::announce(QObject &, const QString &text)
+{
+    m_announcements.append(text);
+}
+
 } // namespace orvesa

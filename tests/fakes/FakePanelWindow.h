@@ -4,6 +4,8 @@
 
 #include "Platform/PanelWindowPort.h"
 
+#include <QStringList>
+
 #include <vector>
 
 namespace orvesa {
@@ -18,6 +20,8 @@ public:
     [[nodiscard]] QRect visibleFrame(const QScreen &screen, QRect available) const override;
     [[nodiscard]] bool isCompositing() const override { return m_compositing == Compositing::on; }
 
+    void announce(QObject &window, const QString &text) override;
+    [[nodiscard]] const QStringList &announcements() const { return m_announcements; }
     /// What docks take at the bottom of every screen.
     void setDockHeight(int height) { m_dockHeight = height; }
     void setCompositing(Compositing compositing) { m_compositing = compositing; }
@@ -27,6 +31,7 @@ public:
 private:
     Compositing m_compositing;
     int m_dockHeight = 0;
+    QStringList m_announcements;
     std::vector<const QWindow *> m_panels;
 };
 

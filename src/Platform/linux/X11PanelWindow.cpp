@@ -163,6 +163,23 @@ bool X11PanelWindow::eventFilter(QObject *watched, QEvent *event)
     return QObject::eventFilter(watched, event);
 }
 
+bool X11PanelWindow::orderFront(QWindow &window)
+{
+    xcb_connection_t *const connection = qtConnection();
+    if (connection == nullptr || !m_connection.isValid()) {
+        return false;
+    }
+    // Some window managers take a plain request to be raised for one to be activated. What a pager asks for is done as
+    // it says.
+    constexpr quint32 fromPager = 2;
+    const auto id = static_cast<xcb_window_t>(window.winId());
+    askWindowManager(connection, m_connection.root(), id, m_connection.atom("_NET_RESTACK_WINDOW"),
+                     {fromPager, XCB_WINDOW_NONE, XCB_STACK_MODE_ABOVE, 0});
+    stayAboveFullScreen(m_connection, connection, id);
+    xcb_flush(connection);
+    return true;
+}
+
 QRect X11PanelWindow::visibleFrame(const QScreen &screen, QRect available) const
 {
     // With one monitor the window manager's work area is right, and Qt knows it.

@@ -21,6 +21,7 @@ public:
     explicit X11PanelWindow(X11Connection &connection);
 
     void makePanel(QWindow &window) override;
+    bool orderFront(QWindow &window) override;
     [[nodiscard]] QRect visibleFrame(const QScreen &screen, QRect available) const override;
     void announce(QObject &window, const QString &text) override;
     [[nodiscard]] bool isCompositing() const override;
