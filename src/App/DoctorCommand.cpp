@@ -99,6 +99,10 @@ DoctorFinding DoctorCommand::shortcut(quint32 identifier, const QString &subject
     if (held && held->contains(identifier)) {
         return {Verdict::good, name, u"held by the utility"_s, {}};
     }
+    if (m_with.desktop.session() == DesktopInspectionPort::Session::wayland) {
+        // Asking the portal would ask the user.
+        return DoctorSentences::portalShortcut(name, m_with.desktop.hasShortcutPortal());
+    }
     // Taken for a moment: what the keyboard answers is the finding.
     const HotKeyRegistration registration =
         m_with.hotKeys.registerHotKey(combo.keyCode, combo.carbonModifiers, {0, identifier});

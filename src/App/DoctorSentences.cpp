@@ -34,9 +34,10 @@ DoctorFinding session(Session session, bool hasDisplay, const QString &desktopNa
                 u"Shortcuts and the capture of selections need X11 or XWayland; switch XWayland on."_s};
     }
     if (session == Session::wayland) {
-        return {Verdict::note, subject, u"%1, Wayland with XWayland"_s.arg(name),
-                u"Shortcuts reach it over X11 windows only. Bind keys in the desktop's settings to: orvesa-translate "
-                u"--perform translateSelection (polishSelection, ocrTranslate)."_s};
+        return {
+            Verdict::note, subject, u"%1, Wayland with XWayland"_s.arg(name),
+            u"Shortcuts come from the desktop's portal; selections of applications without X11 come by accessibility "
+            u"alone."_s};
     }
     return {Verdict::good, subject, u"%1, X11"_s.arg(name), {}};
 }
@@ -133,6 +134,18 @@ DoctorFinding shortcut(const QString &subject, qint32 status, bool isUtilityRunn
     }
     return {Verdict::wrong, subject, u"keys cannot be taken on this desktop"_s,
             u"Bind keys in the desktop's settings to: orvesa-translate --perform ACTION"_s};
+}
+
+DoctorFinding portalShortcut(const QString &subject, bool hasPortal)
+{
+    if (hasPortal) {
+        return {
+            Verdict::note, subject, u"left to the desktop's portal"_s,
+            u"Start the utility and look at the desktop's keyboard settings for the keys that it has been given."_s};
+    }
+    return {Verdict::wrong, subject, u"this Wayland desktop has no portal for shortcuts"_s,
+            u"Bind keys in the desktop's settings to: orvesa-translate --perform translateSelection (polishSelection, "
+            u"ocrTranslate)"_s};
 }
 
 DoctorFinding screenCapture(bool isThere)

@@ -21,6 +21,8 @@ namespace orvesa::DoctorSentences {
 [[nodiscard]] DoctorFinding utility(bool isRunning);
 /// A shortcut that the running utility does not hold, by what the keyboard answers when it is asked for.
 [[nodiscard]] DoctorFinding shortcut(const QString &subject, qint32 status, bool isUtilityRunning);
+/// The same in a Wayland session, where the desktop's portal gives shortcuts out.
+[[nodiscard]] DoctorFinding portalShortcut(const QString &subject, bool hasPortal);
 [[nodiscard]] DoctorFinding screenCapture(bool isThere);
 /// The packages that are missing; nothing when recognition does not work at all.
 [[nodiscard]] DoctorFinding recognition(const std::optional<QStringList> &missing);

@@ -42,6 +42,8 @@ public:
     [[nodiscard]] virtual Session session() const = 0;
     /// Whether windows can be shown and keys be grabbed there (the display answers).
     [[nodiscard]] virtual bool hasDisplay() const = 0;
+    /// Whether programs can ask the desktop for global shortcuts where they may not take keys themselves.
+    [[nodiscard]] virtual bool hasShortcutPortal() const = 0;
     [[nodiscard]] virtual Accessibility accessibility() const = 0;
     [[nodiscard]] virtual KeyStore keyStore() const = 0;
     [[nodiscard]] virtual Tray tray() const = 0;

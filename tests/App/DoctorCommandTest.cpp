@@ -45,6 +45,7 @@ public:
     [[nodiscard]] QString desktopName() const override { return u"XFCE"_s; }
     [[nodiscard]] Session session() const override { return currentSession; }
     [[nodiscard]] bool hasDisplay() const override { return true; }
+    [[nodiscard]] bool hasShortcutPortal() const override { return hasPortal; }
     [[nodiscard]] Accessibility accessibility() const override { return Accessibility::switchedOn; }
     [[nodiscard]] KeyStore keyStore() const override { return currentKeyStore; }
     [[nodiscard]] Tray tray() const override { return Tray::statusNotifier; }
@@ -52,6 +53,7 @@ public:
     [[nodiscard]] bool hasScreenCapture() const override { return true; }
 
     Session currentSession = Session::x11;
+    bool hasPortal = true;
     KeyStore currentKeyStore = KeyStore::unlocked;
     std::optional<QStringList> missing = QStringList();
 };
@@ -168,6 +170,16 @@ TEST_F(DoctorCommandTest, EachShortcutIsHeldFreeOrTaken)
     EXPECT_EQ(about(u"ocrTranslate"_s, findings)->verdict, Verdict::wrong) << "free, and yet not held";
 }
 
+TEST_F(DoctorCommandTest, AWaylandDesktopsPortalIsNotAskedForShortcuts)
+{
+    inspection.currentSession = Inspection::Session::wayland;
+    hotKeys.setRegisterAnswer(HotKeyRegistration{HotKeyStatus::hotKeyExists, 0});
+    EXPECT_EQ(about(u"translateSelection"_s, examine())->verdict, Verdict::note);
+    inspection.hasPortal = false;
+    EXPECT_EQ(about(u"translateSelection"_s, examine())->observation,
+              u"this Wayland desktop has no portal for shortcuts"_s);
+}
+
 TEST_F(DoctorCommandTest, AStoreThatIsNotOpenIsNotAsked)
 {
     for (const Inspection::KeyStore state : {Inspection::KeyStore::locked, Inspection::KeyStore::absent,
@@ -239,6 +251,8 @@ TEST(DoctorSentences, WhateverIsWrongHasARemedyAndItsOwnSentence)
         findings.append(DoctorSentences::shortcut(u"Shortcut"_s, status, true));
     }
     findings.append(DoctorSentences::shortcut(u"Shortcut"_s, HotKeyStatus::noErr, true));
+    findings.append(DoctorSentences::portalShortcut(u"Shortcut"_s, true));
+    findings.append(DoctorSentences::portalShortcut(u"Shortcut"_s, false));
     findings.append(DoctorSentences::screenCapture(false));
     findings.append(DoctorSentences::recognition(std::nullopt));
     findings.append(DoctorSentences::recognition(QStringList{u"tesseract-ocr-jpn"_s}));

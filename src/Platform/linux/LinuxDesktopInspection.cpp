@@ -109,6 +109,14 @@ bool LinuxDesktopInspection::hasDisplay() const
     return x11.isValid();
 }
 
+bool LinuxDesktopInspection::hasShortcutPortal() const
+{
+    auto bus = SessionBus::connection();
+    return bus && property(*bus, u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
+                           u"org.freedesktop.portal.GlobalShortcuts"_s, u"version"_s)
+                      .has_value();
+}
+
 DesktopInspectionPort::Accessibility LinuxDesktopInspection::accessibility() const
 {
     auto bus = SessionBus::connection();

@@ -23,6 +23,7 @@ public:
     [[nodiscard]] QString desktopName() const override;
     [[nodiscard]] Session session() const override;
     [[nodiscard]] bool hasDisplay() const override;
+    [[nodiscard]] bool hasShortcutPortal() const override;
     [[nodiscard]] Accessibility accessibility() const override;
     [[nodiscard]] KeyStore keyStore() const override;
     [[nodiscard]] Tray tray() const override;
