@@ -4,6 +4,7 @@
 #include "Platform/linux/SessionBus.h"
 
 #include <QDBusMessage>
+#include <QDBusObjectPath>
 #include <QDBusPendingCall>
 #include <QDBusVariant>
 #include <QMetaObject>
@@ -71,9 +72,9 @@ bool PortalHotKeys::isOffered()
             const QDBusMessage answer = bus->call(question, QDBus::Block, boundInMilliseconds);
             m_isOffered = answer.type() == QDBusMessage::ReplyMessage &&
                           answer.arguments().value(0).value<QDBusVariant>().variant().toUInt() >= 1;
-            PortalShortcut::registerType(); // and with it the bus's own types, which the slot has
+            PortalShortcut::registerType();
             bus->connect(service(), objectPath(), shortcutsInterface(), u"Activated"_s, this,
-                         SLOT(activated(QDBusObjectPath, QString, qulonglong, QVariantMap)));
+                         SLOT(activated(QDBusMessage)));
         }
         if (!*m_isOffered) {
             qWarning(
@@ -210,15 +211,14 @@ void PortalHotKeys::bindingAnswered(uint response, const QVariantMap &results)
     }
 }
 
-void PortalHotKeys::activated(const QDBusObjectPath &session, const QString &shortcut, qulonglong timestamp,
-                              const QVariantMap &options)
+void PortalHotKeys::activated(const QDBusMessage &signal)
 {
-    Q_UNUSED(timestamp)
-    Q_UNUSED(options)
+    const QString session = signal.arguments().value(0).value<QDBusObjectPath>().path();
+    const QString shortcut = signal.arguments().value(1).toString();
     bool isNumber = false;
     const quint32 id = shortcut.startsWith(idPrefix()) ? shortcut.mid(idPrefix().size()).toUInt(&isNumber) : 0;
     const auto bound = m_bound.find(id);
-    if (session.path() == m_session && isNumber && bound != m_bound.end() && m_handler) {
+    if (session == m_session && isNumber && bound != m_bound.end() && m_handler) {
         const Handler handler = m_handler; // it may remove itself
         (void)handler(bound->second.id);
     }

@@ -9,7 +9,7 @@
 
 #include "Platform/HotKeyPort.h"
 
-#include <QDBusObjectPath>
+#include <QDBusMessage>
 #include <QObject>
 #include <QString>
 #include <QVariantMap>
@@ -35,8 +35,7 @@ public:
 private Q_SLOTS:
     void sessionAnswered(uint response, const QVariantMap &results);
     void bindingAnswered(uint response, const QVariantMap &results);
-    void activated(const QDBusObjectPath &session, const QString &shortcut, qulonglong timestamp,
-                   const QVariantMap &options);
+    void activated(const QDBusMessage &signal);
 
 private:
     struct HotKey {
