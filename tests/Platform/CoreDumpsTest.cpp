@@ -24,15 +24,20 @@ QByteArray contentOf(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+void allowAnySize()
+{
+    rlimit limit{};
+    ::getrlimit(RLIMIT_CORE, &limit);
+    limit.rlim_cur = limit.rlim_max;
+    ::setrlimit(RLIMIT_CORE, &limit);
+}
+
 /// Lets a process crash in a folder of its own, with dumps of any size allowed at first; its wait status.
 int crash(const QString &folder, const std::function<void()> &before)
 {
     const pid_t child = ::fork();
     if (child == 0) {
-        rlimit limit{};
-        ::getrlimit(RLIMIT_CORE, &limit);
-        limit.rlim_cur = limit.rlim_max;
-        ::setrlimit(RLIMIT_CORE, &limit);
+        allowAnySize();
         before();
         ::signal(SIGABRT, SIG_DFL);
         if (::chdir(QFile::encodeName(folder).constData()) == 0) {
@@ -60,6 +65,7 @@ TEST(CoreDumps, HaveALimitOfNothingAndNoMemoryInThem)
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
+        allowAnySize();
         CoreDumps::turnOff();
         rlimit limit{};
         ::getrlimit(RLIMIT_CORE, &limit);

@@ -220,6 +220,22 @@ TEST_F(FileUserDefaultsTest, TellsOfChangesFromOutsideAndNotOfItsOwn)
     EXPECT_EQ(changes, 3);
 }
 
+TEST_F(FileUserDefaultsTest, WatchesAFolderThatWasMadeAnew)
+{
+    const QString folder = path(u"folder"_s);
+    FileUserDefaults defaults(u"app"_s, folder);
+    int changes = 0;
+    defaults.setExternalChangeHandler([&changes] { ++changes; });
+    defaults.set(u"a"_s, true);
+    ASSERT_TRUE(QDir(folder).removeRecursively());
+    EXPECT_TRUE(happens([&] { return changes == 1; }));
+    EXPECT_EQ(defaults.value(u"a"_s), std::nullopt);
+    defaults.set(u"b"_s, true);
+    FileUserDefaults(u"app"_s, folder).set(u"c"_s, true);
+    EXPECT_TRUE(happens([&] { return changes == 2; }));
+    EXPECT_EQ(defaults.value(u"c"_s), DefaultsValue(true));
+}
+
 TEST_F(FileUserDefaultsTest, TellsWhenItsOwnWriteMeetsAChangeFromOutside)
 {
     FileUserDefaults defaults = make();

@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QSocketNotifier>
 
+#include <cstring>
 #include <utility>
 
 #include <sys/inotify.h>
@@ -29,6 +30,26 @@ QString defaultFolder()
 QString domainPath(const QString &folder, const QString &identifier)
 {
     return folder + u'/' + identifier + ".conf"_L1;
+}
+
+enum class Folder { there, gone };
+
+/// Takes what there is of events, and tells whether the watched folder was deleted or moved away.
+Folder takeEvents(int watch)
+{
+    Folder folder = Folder::there;
+    constexpr std::size_t bufferSize = 4096;
+    alignas(inotify_event) char buffer[bufferSize];
+    for (ssize_t size = ::read(watch, buffer, bufferSize); size > 0; size = ::read(watch, buffer, bufferSize)) {
+        inotify_event event{};
+        for (ssize_t place = 0; place < size; place += static_cast<ssize_t>(sizeof event + event.len)) {
+            std::memcpy(&event, buffer + place, sizeof event);
+            if ((event.mask & (IN_IGNORED | IN_MOVE_SELF)) != 0) {
+                folder = Folder::gone;
+            }
+        }
+    }
+    return folder;
 }
 
 void takeOver(DefaultsDictionary &values, const std::map<QString, std::optional<DefaultsValue>> &changes)
@@ -161,6 +182,9 @@ bool FileUserDefaults::store(const Changes &changes)
         m_stamp = *stamp;
     }
     m_values = document->values();
+    if (m_handler && m_watch < 0) {
+        startWatching(); // the folder was made anew
+    }
     if (wasChangedOutside) {
         reportChange();
     }
@@ -197,8 +221,9 @@ void FileUserDefaults::startWatching()
     const DefaultsFile file(filePath());
     file.makeFolder();
     m_watch = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-    if (m_watch < 0 || ::inotify_add_watch(m_watch, QFile::encodeName(file.folder()).constData(),
-                                           IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_ONLYDIR) < 0) {
+    if (m_watch < 0 ||
+        ::inotify_add_watch(m_watch, QFile::encodeName(file.folder()).constData(),
+                            IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_MOVE_SELF | IN_ONLYDIR) < 0) {
         stopWatching();
         return;
     }
@@ -221,10 +246,9 @@ void FileUserDefaults::stopWatching()
 
 void FileUserDefaults::folderChanged()
 {
-    // What happened does not matter, only what the file is now.
-    constexpr std::size_t bufferSize = 4096;
-    alignas(inotify_event) char buffer[bufferSize];
-    while (::read(m_watch, buffer, sizeof buffer) > 0) {
+    // What happened to the file does not matter, only what it is now.
+    if (takeEvents(m_watch) == Folder::gone) {
+        stopWatching(); // until there is one again
     }
     if (DefaultsFile(filePath()).stamp() == m_stamp) {
         return;
