@@ -37,11 +37,14 @@ int main(int argc, char *argv[])
     const auto changes = countOption(u"changes"_s, u"Changes and readings of the preferences."_s, usual.changes);
     const QCommandLineOption settingsOnly(u"settings-only"_s, u"Measures preferences alone, likewise."_s);
     const QCommandLineOption captureOnly(u"capture-only"_s, u"Measures the capture of selections alone."_s);
+    const QCommandLineOption windowOnly(u"settings-window-only"_s,
+                                        u"Measures the opening of the settings window alone."_s);
     const QCommandLineOption only(u"requests-only"_s, u"Measures requests alone, which needs no desktop."_s);
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Measures Orvesa Translate against a floor program on a private desktop."_s);
     parser.addHelpOption();
-    parser.addOptions({rounds, presses, idle, instructions, requests, changes, only, settingsOnly, captureOnly});
+    parser.addOptions(
+        {rounds, presses, idle, instructions, requests, changes, only, settingsOnly, windowOnly, captureOnly});
     parser.process(application);
 
     QTextStream output(stdout);
@@ -49,6 +52,13 @@ int main(int argc, char *argv[])
         QElapsedTimer timer;
         timer.start();
         const int requestCount = std::max(1, parser.value(requests).toInt());
+        if (parser.isSet(windowOnly)) {
+            ReportTable table;
+            Benchmark::measureSettingsWindow(table, QCoreApplication::applicationDirPath(),
+                                             std::max(1, parser.value(presses).toInt()));
+            output << table.text();
+            return 0;
+        }
         if (parser.isSet(only)) {
             ReportTable table;
             Benchmark::measureRequests(table, requestCount);

@@ -1,9 +1,11 @@
 #include "Benchmark.h"
 
 #include "CaptureMeasurement.h"
+#include "PanelMeasurement.h"
 #include "ProcessFigures.h"
 #include "RequestMeasurement.h"
 #include "SettingsMeasurement.h"
+#include "SettingsWindowMeasurement.h"
 #include "ShortcutMeasurement.h"
 
 #include <QFile>
@@ -61,7 +63,10 @@ double totalInstructions(const QString &path)
 
 } // namespace
 
-Benchmark::Benchmark(const QString &programFolder, BenchOptions options) : m_options(options), m_stage(programFolder) {}
+Benchmark::Benchmark(const QString &programFolder, BenchOptions options)
+    : m_programFolder(programFolder), m_options(options), m_stage(programFolder)
+{
+}
 
 ReportTable Benchmark::run()
 {
@@ -79,9 +84,11 @@ ReportTable Benchmark::run()
     ReportTable table;
     fillStartRows(table);
     fillShortcutRows(table);
+    measurePanel(table);
     measureRequests(table, m_options.requests);
     measureCapture(table, m_options.presses);
     measureSettings(table, m_options.changes);
+    measureSettingsWindow(table, m_programFolder, m_options.presses);
     return table;
 }
 
@@ -100,6 +107,12 @@ void Benchmark::measureRequests(ReportTable &table, int rounds)
 void Benchmark::measureSettings(ReportTable &table, int rounds)
 {
     SettingsMeasurement().measure(table, rounds);
+}
+
+void Benchmark::measureSettingsWindow(ReportTable &table, const QString &programFolder, int rounds)
+{
+    desktop::Desktop desktop;
+    SettingsWindowMeasurement(desktop, programFolder).measure(table, rounds);
 }
 
 desktop::Process &Benchmark::measureStart(const QString &program, ProgramSamples &samples)
@@ -128,6 +141,22 @@ void Benchmark::measureShortcut(const desktop::Process &product)
         m_laterPainted.add(later.painted);
         m_laterRequest.add(later.request);
     }
+}
+
+void Benchmark::measurePanel(ReportTable &table)
+{
+    desktop::Process &product = m_stage.launch(m_stage.productProgram());
+    static_cast<void>(m_stage.awaitLoop(product));
+    BenchStage::awaitRest(product);
+    m_stage.focusEditor();
+    {
+        PanelMeasurement panel(m_stage, product);
+        panel.measureMemory(table, m_options.openings);
+        panel.measureAnswer(table, u"1 kB"_s, 1'000, 8, m_options.answers);
+        panel.measureAnswer(table, u"100 kB"_s, 100'000, 60, m_options.answers);
+        panel.measureAnswer(table, u"1 MB"_s, 1'000'000, 120, m_options.answers);
+    }
+    product.terminate();
 }
 
 void Benchmark::measureIdle()

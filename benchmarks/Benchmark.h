@@ -15,6 +15,8 @@ struct BenchOptions {
     int rounds = 5;                ///< starts of each program
     int presses = 20;              ///< of the shortcut after the first of each start, over all rounds
     std::chrono::seconds idle{20}; ///< how long wake-ups are counted
+    int answers = 10;              ///< of each size, shown in the panel
+    int openings = 100;            ///< of the panel, for what they leave in memory
     int requests = 200;            ///< of each size, from the floor and from the product's provider
     int changes = 100;             ///< of a preference, and as many readings of all
     int instructionRounds = 1;     ///< starts of each program under callgrind; 0 leaves instructions out
@@ -31,6 +33,8 @@ public:
     static void measureRequests(ReportTable &table, int rounds);
     /// The same for what preferences cost.
     static void measureSettings(ReportTable &table, int rounds);
+    /// Only the opening of the settings window, by the programs in the folder, on a desktop of its own.
+    static void measureSettingsWindow(ReportTable &table, const QString &programFolder, int rounds);
 
 private:
     struct ProgramSamples {
@@ -45,11 +49,13 @@ private:
     /// Starts the program and measures start and memory. It runs on.
     desktop::Process &measureStart(const QString &program, ProgramSamples &samples);
     void measureShortcut(const desktop::Process &product);
+    void measurePanel(ReportTable &table);
     void measureIdle();
     void measureInstructions(const QString &program, ProgramSamples &samples);
     void fillStartRows(ReportTable &table) const;
     void fillShortcutRows(ReportTable &table) const;
 
+    QString m_programFolder;
     BenchOptions m_options;
     BenchStage m_stage;
     ProgramSamples m_floor;
