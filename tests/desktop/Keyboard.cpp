@@ -119,6 +119,12 @@ void Keyboard::press(const QString &combination)
         keyUp(name);
 }
 
+void Keyboard::pressCode(xcb_keycode_t code)
+{
+    send(code, true);
+    send(code, false);
+}
+
 void Keyboard::keyDown(const QString &key)
 {
     send(strokeFor(keysymForName(key)).code, true);
