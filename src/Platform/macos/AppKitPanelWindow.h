@@ -13,6 +13,7 @@ namespace orvesa {
 class AppKitPanelWindow final : public QObject, public PanelWindowPort {
 public:
     void makePanel(QWindow &window) override;
+    bool orderFront(QWindow &window) override;
     /// The system always blends windows.
     [[nodiscard]] bool isCompositing() const override { return true; }
 

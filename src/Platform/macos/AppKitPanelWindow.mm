@@ -55,6 +55,13 @@ void AppKitPanelWindow::makePanel(QWindow &window)
     window.installEventFilter(this);
 }
 
+bool AppKitPanelWindow::orderFront(QWindow &window)
+{
+    // Qt orders windows front within the active application only.
+    [nativeWindow(window) orderFrontRegardless];
+    return true;
+}
+
 void AppKitPanelWindow::announce(QObject &window, const QString &text)
 {
     const QAccessibleInterface *const interface = QAccessible::queryAccessibleInterface(&window);
@@ -72,9 +79,10 @@ void AppKitPanelWindow::announce(QObject &window, const QString &text)
 bool AppKitPanelWindow::eventFilter(QObject *watched, QEvent *event)
 {
     auto *const window = qobject_cast<QWindow *>(watched);
-    if (window != nullptr && event->type() == QEvent::Expose && window->isExposed()) {
-        // Qt orders it front, which counts only within the active application.
-        [nativeWindow(*window) orderFrontRegardless];
+    if (window != nullptr && event->type() == QEvent::Show) {
+        // Sent before Qt shows the window.
+        QMetaObject::invokeMethod(
+            window, [this, window] { orderFront(*window); }, Qt::QueuedConnection);
     }
     return QObject::eventFilter(watched, event);
 }
