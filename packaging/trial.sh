@@ -113,5 +113,5 @@ case "$kind" in
         ;;
     *) fail "usage: packaging/trial.sh [--package | --tree | --demo]" ;;
 esac
-asRoot rm -rf "$folder/root"
 say "The trial ($kind) passed in $((SECONDS - begun)) s"
+asRoot rm -rf "$folder/root"
