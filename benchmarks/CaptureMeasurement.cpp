@@ -6,7 +6,7 @@
 #include "Platform/linux/ATSPIElementHandle.h"
 #include "Platform/linux/ATSPIElements.h"
 #include "Platform/linux/ATSPITrust.h"
-#include "Platform/linux/QtClock.h"
+#include "Platform/QtClock.h"
 #include "Platform/linux/X11KeyboardEvents.h"
 #include "Platform/linux/X11Pasteboard.h"
 #include "Platform/linux/X11Workspace.h"
