@@ -228,6 +228,12 @@ TEST(ATSPIWithoutBuses, TrustsNothingAndReadsNothing)
     elements.warmUp();
     EXPECT_EQ(workspace.frontmostApplication(), std::nullopt);
     EXPECT_FALSE(workspace.open(QUrl(u"https://localhost/"_s)));
+    const QUrl permissionPage(u"x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility"_s);
+    EXPECT_FALSE(workspace.open(permissionPage));
+    int shown = 0;
+    workspace.setPermissionPage([&shown] { ++shown; });
+    EXPECT_TRUE(workspace.open(permissionPage));
+    EXPECT_EQ(shown, 1);
     EXPECT_EQ(elements.copyAttribute(elements.systemWide(), u"AXFocusedUIElement"_s), AccessibilityValue());
     EXPECT_EQ(elements.copyAttribute(elements.application(1), u"AXFocusedUIElement"_s), AccessibilityValue());
 }

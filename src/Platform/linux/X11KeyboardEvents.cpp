@@ -209,7 +209,8 @@ void X11KeyboardEvents::end()
         send(XCB_KEY_RELEASE, *pressed);
     }
     listen(Listening::off);
-    m_connection.settle();
+    // Returns once the server has done it all: before whatever the user, or this program, types next.
+    (void)m_connection.reply(xcb_get_input_focus_reply, xcb_get_input_focus(m_connection.connection()));
 }
 
 void X11KeyboardEvents::putBack(const std::vector<xcb_keycode_t> &modifiers)
