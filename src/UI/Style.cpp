@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace orvesa::Style {
 
 namespace {
@@ -157,7 +159,11 @@ QFont titleFont()
 
 QFont bodyFont()
 {
-    return desktopFont(1, 14);
+    QFont font = desktopFont(1, 14);
+    // Texts from outside have emoji in them: those of the desktop's emoji font, rather than whatever other font happens
+    // to have a drawing in one colour.
+    font.setFamilies({QFontInfo(font).family(), u"emoji"_s});
+    return font;
 }
 
 QFont controlFont()
