@@ -92,6 +92,7 @@ tryTree() {
     apt-get update -qq
     install --no-install-recommends sudo git ca-certificates
     echo 'tester ALL=(ALL) NOPASSWD: ALL' >/etc/sudoers.d/tester
+    mv /trial/tree /home/tester/tree
     chown -R tester:tester /home/tester/tree
     asUser bash -ec 'cd ~/tree && ./run --demo'
     say "./run --demo is done, from nothing"

@@ -47,6 +47,7 @@ makeRoot() {
     machineSources | asRoot tee "$folder/root/etc/apt/sources.list" >/dev/null
     machineSettings | asRoot tee "$folder/root/etc/apt/apt.conf.d/90machine" >/dev/null
     asRoot cp --dereference /etc/resolv.conf /etc/hosts "$folder/root/etc/"
+    echo '127.0.1.1 clean' | asRoot tee -a "$folder/root/etc/hosts" >/dev/null
     # Services of packages are not started here.
     printf '#!/bin/sh\nexit 101\n' | asRoot install -m 755 /dev/stdin "$folder/root/usr/sbin/policy-rc.d"
     asRoot mkdir -p "$folder/root/trial"
@@ -103,11 +104,11 @@ case "$kind" in
         makeBase
         makeRoot
         # What a clone has, with what is not committed yet.
-        asRoot mkdir -p "$folder/root/home/tester/tree"
+        asRoot mkdir -p "$folder/root/trial/tree"
         git -C "$projectRoot" ls-files --cached --others --exclude-standard -z |
             (cd "$projectRoot" && while IFS= read -r -d '' file; do [[ -e "$file" ]] && printf '%s\0' "$file"; done) |
             asRoot tar --directory "$projectRoot" --create --null --files-from - |
-            asRoot tar --directory "$folder/root/home/tester/tree" --extract
+            asRoot tar --directory "$folder/root/trial/tree" --extract
         begun=$SECONDS
         inRoot bash /trial/trial-root.sh "${kind#--}"
         ;;
