@@ -229,6 +229,35 @@ TEST_F(X11HotKeysTest, KeepsThePlaceOfTheKeyUnderAnotherLayout)
     awaitPresses(1);
 }
 
+TEST_F(X11HotKeysTest, LeavesThreeGrabsAfterFiftyChanges)
+{
+    std::vector<HotKeyRef> references;
+    for (quint32 change = 0; change < 50; ++change) {
+        for (const HotKeyRef reference : references) {
+            ASSERT_EQ(m_hotKeys.unregisterHotKey(reference), HotKeyStatus::noErr);
+        }
+        references.clear();
+        for (const quint32 key : {change % 2 == 0 ? keyD : quint32{35}, keyS, quint32{0}}) {
+            const HotKeyRegistration registration = add(key, option, key);
+            ASSERT_EQ(registration.status, HotKeyStatus::noErr);
+            references.push_back(registration.reference);
+        }
+    }
+    // Counted by another program that tries every key in every lock state.
+    X11Connection otherConnection;
+    xcb_connection_t *const other = otherConnection.connection();
+    for (const int locks : {0, int{XCB_MOD_MASK_LOCK}, int{XCB_MOD_MASK_2}, XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2}) {
+        int taken = 0;
+        for (unsigned key = 8; key < 256; ++key) {
+            const auto request =
+                xcb_grab_key_checked(other, 0, otherConnection.root(), static_cast<quint16>(XCB_MOD_MASK_1 | locks),
+                                     static_cast<xcb_keycode_t>(key), XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+            taken += X11Reply<xcb_generic_error_t>(xcb_request_check(other, request)) ? 1 : 0;
+        }
+        EXPECT_EQ(taken, 3);
+    }
+}
+
 TEST_F(X11HotKeysTest, RefusesAKeyThatNoKeyboardHas)
 {
     EXPECT_EQ(add(0x34, option, 1).status, HotKeyStatus::hotKeyInvalid);
