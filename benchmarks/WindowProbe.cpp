@@ -71,6 +71,23 @@ void WindowProbe::clear()
     m_times.clear();
 }
 
+void WindowProbe::awaitPaintingAnew(xcb_window_t window)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_times[window].painted.reset();
+}
+
+std::optional<qint64> WindowProbe::awaitPainted(xcb_window_t window, std::chrono::milliseconds deadline) const
+{
+    std::unique_lock lock(m_mutex);
+    const auto painted = [&] {
+        const auto found = m_times.find(window);
+        return found == m_times.end() ? std::nullopt : found->second.painted;
+    };
+    m_changed.wait_for(lock, deadline, [&] { return painted().has_value(); });
+    return painted();
+}
+
 WindowTimes WindowProbe::times(xcb_window_t window) const
 {
     const std::scoped_lock lock(m_mutex);
@@ -138,6 +155,7 @@ void WindowProbe::notePainted(xcb_window_t window, double share, qint64 now)
     WindowTimes &times = m_times[window];
     if (times.mapped && share >= paintedShare) {
         times.painted = times.painted.value_or(now);
+        m_changed.notify_all();
     }
 }
 

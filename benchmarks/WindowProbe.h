@@ -9,6 +9,8 @@
 
 #include <QString>
 
+#include <chrono>
+#include <condition_variable>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -31,6 +33,10 @@ public:
 
     /// Forgets the times so far.
     void clear();
+    /// Forgets when the window was painted, and that alone.
+    void awaitPaintingAnew(xcb_window_t window);
+    /// When it was painted, once it is; none when the deadline passes before.
+    [[nodiscard]] std::optional<qint64> awaitPainted(xcb_window_t window, std::chrono::milliseconds deadline) const;
     [[nodiscard]] WindowTimes times(xcb_window_t window) const;
 
 private:
@@ -49,6 +55,7 @@ private:
     xcb_window_t m_farewell = 0; ///< a message to it ends the thread
     quint8 m_firstDamageEvent = 0;
     mutable std::mutex m_mutex;
+    mutable std::condition_variable m_changed;
     std::map<xcb_window_t, WindowTimes> m_times;
     std::thread m_thread;
 };
