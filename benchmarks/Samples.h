@@ -17,6 +17,8 @@ public:
     [[nodiscard]] double median() const;
     [[nodiscard]] double least() const;
     [[nodiscard]] double greatest() const;
+    /// The value that so many per cent of the values do not exceed.
+    [[nodiscard]] double percentile(int percent) const;
 
 private:
     std::vector<double> m_values;

@@ -27,7 +27,7 @@ struct Look {
 QStringList familiesFor(const SampleText &text)
 {
     if (text.kind == "code"_L1 || text.kind == "term"_L1) {
-        return {u"DejaVu Sans Mono"_s, u"Liberation Mono"_s, u"Hack"_s, u"Noto Sans Mono"_s};
+        return {u"DejaVu Sans Mono"_s, u"Liberation Mono"_s, u"Hack"_s};
     }
     if (text.language.endsWith("ja"_L1)) {
         return {u"Noto Sans CJK JP"_s, u"IPAGothic"_s, u"VL Gothic"_s, u"Noto Serif CJK JP"_s, u"IPAPMincho"_s};

@@ -51,9 +51,6 @@ CaptureOverlay::CaptureOverlay(xcb_connection_t *connection, const xcb_screen_t 
     xcb_create_window(connection, screen.root_depth, m_window, screen.root, 0, 0, width, height, 0,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, screen.root_visual,
                       XCB_CW_BACK_PIXMAP | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
-    constexpr char name[] = "Orvesa screen capture";
-    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, m_window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8,
-                        sizeof name - 1, name);
     constexpr char instance[] = "orvesa-screencapture\0orvesa-screencapture";
     xcb_change_property(connection, XCB_PROP_MODE_REPLACE, m_window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
                         sizeof instance, instance);
@@ -74,6 +71,14 @@ CaptureOverlay::~CaptureOverlay()
     xcb_destroy_window(m_connection, m_window);
     xcb_free_gc(m_connection, m_context);
     xcb_free_pixmap(m_connection, m_canvas);
+    xcb_flush(m_connection);
+}
+
+void CaptureOverlay::announce()
+{
+    constexpr char name[] = "Screen capture";
+    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8,
+                        sizeof name - 1, name);
     xcb_flush(m_connection);
 }
 

@@ -27,6 +27,8 @@ public:
     void decorate(std::vector<QRect> monitors, double scale);
     void show(const QRect &rectangle);
     void raise();
+    /// From now on it has pointer and keyboard: it gets the name by which assistive programs announce it.
+    void announce();
 
     [[nodiscard]] xcb_window_t window() const { return m_window; }
     [[nodiscard]] xcb_cursor_t cursor() const { return m_cursor; }

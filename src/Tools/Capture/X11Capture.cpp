@@ -73,9 +73,12 @@ public:
             if (!handleEvents()) {
                 return failed(u"the X server closed the connection"_s);
             }
-            const bool waiting = m_grab.state() != InputGrab::State::held;
-            if (waiting && m_grab.tryAgain() == InputGrab::State::refused) {
+            if (m_grab.state() != InputGrab::State::held && m_grab.tryAgain() == InputGrab::State::refused) {
                 return failed(u"another program holds the pointer or the keyboard"_s);
+            }
+            if (!m_announced && m_grab.state() == InputGrab::State::held) {
+                m_announced = true;
+                m_overlay.announce();
             }
             if (m_selection.state() == RectangleSelection::State::choosing) {
                 awaitEvents(m_grab.state() != InputGrab::State::held);
@@ -204,6 +207,7 @@ private:
     RectangleSelection m_selection;
     Reply<xcb_generic_event_t> m_next; ///< received and not handled yet
     int m_raises = 0;
+    bool m_announced = false;
 };
 
 } // namespace
