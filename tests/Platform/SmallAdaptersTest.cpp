@@ -52,6 +52,29 @@ TEST(MacKeyCodesTest, KnowsEveryKeyThatShortcutsUse)
     EXPECT_EQ(MacKeyCodes::fromEvdev(KEY_BRIGHTNESSUP), std::nullopt);
 }
 
+TEST(MacKeyCodesTest, KnowsEveryKeyOfTheThreeKindsOfBoards)
+{
+    // Row by row, as the boards have them: evdev numbers keys in that order.
+    std::vector<quint32> keys;
+    const auto add = [&keys](quint32 first, quint32 last) {
+        for (quint32 key = first; key <= last; ++key) {
+            keys.push_back(key);
+        }
+    };
+    add(KEY_ESC, KEY_KPDOT);                                   // the whole main block, F1 to F10 and the keypad
+    add(KEY_102ND, KEY_F12);                                   // ISO: the key beside the left Shift
+    keys.insert(keys.end(), {KEY_RO, KEY_YEN, KEY_KPJPCOMMA}); // JIS
+    keys.insert(keys.end(), {KEY_MUHENKAN, KEY_HENKAN});       // JIS: beside the space bar
+    add(KEY_KPENTER, KEY_RIGHTCTRL);
+    keys.insert(keys.end(), {KEY_KPSLASH, KEY_RIGHTALT, KEY_LEFTMETA, KEY_RIGHTMETA, KEY_COMPOSE});
+    add(KEY_HOME, KEY_DELETE);
+    // Keys that Apple's boards lack: no macOS code stands for their place.
+    const std::set<quint32> strangers{KEY_SCROLLLOCK, KEY_KPJPCOMMA};
+    for (const quint32 key : keys) {
+        EXPECT_EQ(MacKeyCodes::fromEvdev(key).has_value(), !strangers.contains(key)) << key;
+    }
+}
+
 namespace {
 
 /// What a process with this environment finds.

@@ -2,7 +2,10 @@
 
 #include "desktop/ProgramFixture.h"
 
+#include <QElapsedTimer>
 #include <QFile>
+
+#include <limits>
 
 #include <signal.h>
 
@@ -57,6 +60,55 @@ TEST_F(ProgramEnd, FollowsASignalWithASettingsWindowOpenAndARequestPending)
     desktop->windows().awaitWindow({.pid = program->process().pid(), .title = u"Settings"_s});
     ASSERT_EQ(::kill(static_cast<pid_t>(program->process().pid()), SIGTERM), 0);
     expectOrderlyEnd();
+}
+
+TEST_F(ProgramEnd, HasTheMainMenusKeysInItsWindow)
+{
+    setUp();
+    program->start();
+    const auto open = [this] {
+        ASSERT_EQ(program->run({}).exitCode, 0);
+        desktop->windows().awaitActive(
+            desktop->windows().awaitWindow({.pid = program->process().pid(), .title = u"Settings"_s}));
+    };
+    open();
+    desktop->keyboard().press(u"Ctrl+w"_s);
+    desktop->windows().awaitNoWindow({.pid = program->process().pid()});
+    EXPECT_TRUE(program->process().isRunning());
+    open();
+    desktop->keyboard().press(u"Ctrl+q"_s);
+    expectOrderlyEnd();
+}
+
+TEST_F(ProgramEnd, IsAskedForActionsWithoutLoadingWhatDrawsWindows)
+{
+    setUp();
+    program->start();
+    // What the dynamic linker would load for the process that asks.
+    const QByteArray libraries =
+        desktop->runToEnd(TranslateProgram::pathBeside(), {}, {{u"LD_TRACE_LOADED_OBJECTS"_s, u"1"_s}}).standardOutput;
+    EXPECT_TRUE(libraries.contains("libQt6DBus")) << libraries.constData();
+    for (const auto *const library : {"libQt6Gui", "libQt6Widgets", "libQt6Network", "libQt6Svg", "libxcb"})
+        EXPECT_FALSE(libraries.contains(library)) << library;
+
+    // The same call by a program that does nothing else; the shortest of some, since others work on this machine too.
+    const QString object = u'/' + TranslateProgram::identifier().replace(u'.', u'/');
+    const auto shortest = [this](const QString &name, const QStringList &arguments) {
+        qint64 best = std::numeric_limits<qint64>::max();
+        for (int run = 0; run < 10; ++run) {
+            QElapsedTimer timer;
+            timer.start();
+            EXPECT_EQ(desktop->runToEnd(name, arguments).exitCode, 0);
+            best = std::min(best, timer.nsecsElapsed());
+        }
+        return static_cast<double>(best) / 1e6;
+    };
+    const double bare =
+        shortest(u"dbus-send"_s, {u"--session"_s, u"--print-reply"_s, u"--dest="_s + TranslateProgram::identifier(),
+                                  object, u"org.freedesktop.DBus.Peer.Ping"_s});
+    const double ours = shortest(TranslateProgram::pathBeside(), {u"--perform"_s, u"nothing"_s});
+    RecordProperty("milliseconds", std::to_string(ours) + " and " + std::to_string(bare));
+    EXPECT_LE(ours, bare + 15) << "the bare call takes " << bare;
 }
 
 TEST_F(ProgramEnd, EndsWithTheXServerAndDoesNotCrash)
