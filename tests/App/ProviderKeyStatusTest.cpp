@@ -86,10 +86,12 @@ TEST_F(ProviderKeyStatusTest, IsUnknownUntilTheKeyStoreAnswers)
 TEST_F(ProviderKeyStatusTest, ForgetsWhatAnEarlierRefreshFindsOut)
 {
     keyStore.gate().close();
-    ProviderKeyStatus status(keychain);
+    keyStore.setStatus(FakeKeyStore::Operation::copyMatching, KeyStoreStatus::userCanceled);
+    ProviderKeyStatus status(keychain); // its first question will be refused
     const SignalCount changes(&status, &ProviderKeyStatus::changed);
-    status.refresh();
+    keyStore.setStatus(FakeKeyStore::Operation::copyMatching, std::nullopt);
     keyStore.setItem(u"current"_s, u"openai_api_key"_s, "secret");
+    status.refresh();
     keyStore.gate().open();
     EXPECT_TRUE(status.hasAnyKey());
     EXPECT_EQ(changes.size(), 1);
