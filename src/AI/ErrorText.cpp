@@ -4,7 +4,31 @@
 
 #include <QStringDecoder>
 
+#include <utility>
+
 namespace orvesa {
+
+namespace {
+
+TransferWording &desktopWording()
+{
+    static TransferWording wording;
+    return wording;
+}
+
+} // namespace
+
+void setTransferWording(TransferWording wording)
+{
+    desktopWording() = std::move(wording);
+}
+
+QString platformErrorText(QNetworkReply::NetworkError error, const QString &qtText)
+{
+    const TransferWording &wording = desktopWording();
+    const QString words = wording ? wording(error) : QString();
+    return words.isEmpty() ? qtText : words;
+}
 
 QString errorText(const QByteArray &body)
 {

@@ -189,7 +189,7 @@ QString HTTPTransfer::transportFailure() const
         // The connection broke before the answer and the body was not sent again: say the first of the two.
         return connectionClosed();
     }
-    return transferErrorText(m_reply->errorString(), m_request.url);
+    return transferErrorText(platformErrorText(m_reply->error(), m_reply->errorString()), m_request.url);
 }
 
 void HTTPTransfer::fail(const QString &message, Resumption resumption)

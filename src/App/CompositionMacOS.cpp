@@ -1,3 +1,4 @@
+#include "AI/ErrorText.h"
 #include "App/AppDelegate.h"
 #include "App/AutostartCommand.h"
 #include "App/BuildIdentity.h"
@@ -20,6 +21,7 @@
 #include "Core/TextSelectionService.h"
 #include "Platform/macos/AppKitApplication.h"
 #include "Platform/macos/AppKitSymbols.h"
+#include "Platform/macos/CFNetworkWording.h"
 #include "Platform/macos/MacDesktop.h"
 #include "Platform/macos/MessagePortSingleInstance.h"
 #include "UI/FloatingResultPanelController.h"
@@ -49,6 +51,7 @@ void nameApplication()
 {
     QCoreApplication::setApplicationName(text(BuildIdentity::name));
     QCoreApplication::setApplicationVersion(text(BuildIdentity::version));
+    setTransferWording(CFNetworkWording::text);
 }
 
 /// Takes over what an earlier release saved, before anything reads the preferences.

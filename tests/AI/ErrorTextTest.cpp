@@ -8,6 +8,17 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+TEST(PlatformErrorText, ComesFromTheDesktopWhereItHasWords)
+{
+    EXPECT_EQ(platformErrorText(QNetworkReply::TimeoutError, u"Qt's"_s), u"Qt's"_s);
+    setTransferWording([](QNetworkReply::NetworkError error) {
+        return error == QNetworkReply::TimeoutError ? u"The request timed out."_s : QString();
+    });
+    EXPECT_EQ(platformErrorText(QNetworkReply::TimeoutError, u"Qt's"_s), u"The request timed out."_s);
+    EXPECT_EQ(platformErrorText(QNetworkReply::HostNotFoundError, u"Qt's"_s), u"Qt's"_s);
+    setTransferWording({});
+}
+
 TEST(ErrorTextTest, aFailedTransferIsToldInOneLine)
 {
     EXPECT_EQ(transferErrorText(u"Connection\r\nrefused "_s, QUrl(u"https://service.test/v1"_s)),

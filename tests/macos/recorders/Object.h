@@ -26,6 +26,7 @@ enum class Kind : CFTypeID {
     number,
     array,
     dictionary,
+    error,
     element,
     eventSource,
     event,

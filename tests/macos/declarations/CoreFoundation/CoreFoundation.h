@@ -122,6 +122,10 @@ CFDictionaryRef CFDictionaryCreate(CFAllocatorRef allocator, const void **keys, 
                                    const CFDictionaryKeyCallBacks *keyCallBacks,
                                    const CFDictionaryValueCallBacks *valueCallBacks) CF_RETURNS_RETAINED;
 
+CFErrorRef CFErrorCreate(CFAllocatorRef allocator, CFErrorDomain domain, CFIndex code,
+                         CFDictionaryRef userInfo) CF_RETURNS_RETAINED;
+CFStringRef CFErrorCopyDescription(CFErrorRef err) CF_RETURNS_RETAINED;
+
 extern const CFRunLoopMode kCFRunLoopDefaultMode;
 extern const CFRunLoopMode kCFRunLoopCommonModes;
 CFRunLoopRef CFRunLoopGetMain(void) CF_RETURNS_NOT_RETAINED;
