@@ -230,6 +230,12 @@ TEST_F(SettingsKeys, ALockedKeyStoreFreezesNothing)
     awaitPreference(u"settings.thinkingEnabled = true"_s);
     settings->choose(u"Providers"_s, providersSubtitle);
     EXPECT_FALSE(settings->shows(u"Key saved"_s));
+    settings->awaitText(u"No API key"_s);
+    typeKey(u"locked"_s);
+    press(u"Save"_s);
+    // Nobody is there to ask for the password: the store stays locked, and Save says so.
+    settings->awaitText(u"Failed to save key: Keychain error (status: -25308)"_s);
+    EXPECT_TRUE(isEnabled(u"Save"_s));
     EXPECT_TRUE(program->process().isRunning());
 }
 
