@@ -60,8 +60,6 @@ void FloatingResultPanel::orderFront(const QRect &frame)
         return;
     }
     updateShape();
-    // Qt forgets the desktop's properties of a window that it unmaps.
-    m_port.makePanel(*windowHandle());
     show();
 }
 
@@ -89,13 +87,18 @@ void FloatingResultPanel::resizeEvent(QResizeEvent *event)
 
 void FloatingResultPanel::updateShape()
 {
-    if (m_port.isCompositing()) {
-        m_content->setCorners(FloatingResultView::Corners::blended);
+    const bool isBlended = m_port.isCompositing();
+    // Most showings have the size of an earlier one, and cutting a shape out takes a while.
+    if (m_shape && m_shape->isBlended == isBlended && (isBlended || m_shape->size == size())) {
+        return;
+    }
+    m_shape = Shape{isBlended, size()};
+    m_content->setCorners(isBlended ? FloatingResultView::Corners::blended : FloatingResultView::Corners::cut);
+    if (isBlended) {
         clearMask();
         return;
     }
     // Without blending the corners would be black; a shape cuts them off.
-    m_content->setCorners(FloatingResultView::Corners::cut);
     QPainterPath outline;
     outline.addRoundedRect(QRectF(rect()), Style::panelRadius, Style::panelRadius);
     // Curves become polygons at the size that they are asked for: a larger one gives smoother corners.

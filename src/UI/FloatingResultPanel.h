@@ -7,6 +7,7 @@
 #include "UI/WindowDragArea.h"
 
 #include <functional>
+#include <optional>
 
 namespace orvesa {
 
@@ -35,9 +36,16 @@ protected:
 private:
     void updateShape();
 
+    /// How the window's corners were last made round.
+    struct Shape {
+        bool isBlended;
+        QSize size;
+    };
+
     FloatingResultView *m_content;
     PanelWindowPort &m_port;
     std::function<void()> m_onEscape;
+    std::optional<Shape> m_shape;
 };
 
 } // namespace orvesa

@@ -1,8 +1,12 @@
 #include "App/MenuBarController.h"
 
 #include "App/ApplicationOnFakes.h"
+#include "App/StatusItemIcon.h"
+#include "UI/Symbols.h"
 
 #include <gtest/gtest.h>
+
+#include <QCursor>
 
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
@@ -83,6 +87,38 @@ TEST_F(MenuBarControllerTest, RunsAPromptThatIsStillThere)
     prompts.at(0)->trigger();
     clock.advance(200ms);
     EXPECT_EQ(calls().size(), 1U);
+}
+
+TEST_F(MenuBarControllerTest, LeavesThePanelAloneWhileItsMenuIsOpen)
+{
+    panel.show(FloatingResultPanelController::Position::nearMouse);
+    const auto menu = controller.build();
+    Q_EMIT menu->aboutToShow();
+    QCursor::setPos(5, 5);
+    mouse.pressAt(QCursor::pos());
+    QCoreApplication::sendPostedEvents();
+    EXPECT_TRUE(panel.isVisible());
+    Q_EMIT menu->aboutToHide();
+    mouse.pressAt(QCursor::pos());
+    QCoreApplication::sendPostedEvents();
+    EXPECT_FALSE(panel.isVisible());
+}
+
+TEST(StatusItemIcon, CanBeReadOnLightAndDarkTrays)
+{
+    EXPECT_EQ(StatusItemIcon::colorOn(Qt::black), QColor(Qt::white));
+    EXPECT_EQ(StatusItemIcon::colorOn(QColor(0x2b, 0x30, 0x3b)), QColor(Qt::white));
+    EXPECT_LT(StatusItemIcon::colorOn(Qt::white).lightness(), 60);
+    EXPECT_LT(StatusItemIcon::colorOn(QColor(0xd6, 0xd6, 0xd6)).lightness(), 60);
+}
+
+TEST(StatusItemIcon, IsSharpAtEveryScale)
+{
+    for (const qreal scale : {1.0, 1.5, 2.0}) {
+        const QIcon icon = Symbols::icon(u"character.bubble"_s, Qt::white);
+        const QPixmap picture = icon.pixmap(QSize(18, 18), scale);
+        EXPECT_EQ(picture.size(), QSize(18, 18) * scale);
+    }
 }
 
 TEST_F(MenuBarControllerTest, IsBuiltAfreshForAnotherLanguageOnly)

@@ -229,6 +229,65 @@ TEST_F(TranslationCoordinatorTest, LeavesAnotherMessageAlone)
     EXPECT_EQ(model().statusMessage(), u"another"_s);
 }
 
+TEST_F(TranslationCoordinatorTest, CopiesTwiceAndKeepsTheMessageOfALaterThirdTime)
+{
+    runTranslate(u"Hola"_s);
+    calls()[0]->succeed(u"你好"_s);
+    model().onCopy();
+    clock.advance(3000ms);
+    EXPECT_FALSE(model().statusMessage());
+    model().onCopy();
+    clock.advance(2999ms);
+    EXPECT_TRUE(model().statusMessage());
+    clock.advance(1ms);
+    EXPECT_FALSE(model().statusMessage());
+    EXPECT_EQ(pasteboard.writes(), 2);
+}
+
+TEST_F(TranslationCoordinatorTest, StartsOverWithoutTheStatusMessage)
+{
+    runTranslate(u"Hola"_s);
+    calls()[0]->succeed(u"你好"_s);
+    model().onCopy();
+    model().onRetry();
+    EXPECT_FALSE(model().statusMessage());
+    EXPECT_TRUE(std::holds_alternative<Model::Loading>(model().phase()));
+    EXPECT_TRUE(calls()[0]->stop.stop_requested() || calls().size() == 2U);
+}
+
+TEST_F(TranslationCoordinatorTest, ReadsTheSelectionBeforeThePanelTakesAnyPlace)
+{
+    // The capture has to wait for a copy: until it is there nothing is shown.
+    elements.focusSelectedText(QString());
+    coordinator->run(coordinator->translateTask(), 0ms);
+    EXPECT_FALSE(panel.isVisible());
+    EXPECT_TRUE(panelWindow.panels().empty());
+    clock.advance(1s);
+    EXPECT_TRUE(panel.isVisible());
+}
+
+TEST_F(TranslationCoordinatorTest, ALateResultReplacesTheLoadingOfTheNewerJob)
+{
+    runTranslate(u"uno"_s);
+    runTranslate(u"dos"_s);
+    calls()[0]->succeed(u"one"_s);
+    EXPECT_EQ(success(), u"one"_s);
+    EXPECT_EQ(model().sourceText(), u"dos"_s);
+    calls()[1]->succeed(u"two"_s);
+    EXPECT_EQ(success(), u"two"_s);
+}
+
+TEST_F(TranslationCoordinatorTest, AScreenCaptureCancelsTheRequestAndAPickerTheCapture)
+{
+    runTranslate(u"Hola"_s);
+    screen.captures = false;
+    coordinator->ocrTranslate();
+    EXPECT_TRUE(calls()[0]->stop.stop_requested());
+    model().onLanguageChange(TargetLanguage::english);
+    ASSERT_EQ(calls().size(), 2U);
+    EXPECT_EQ(calls()[1]->text, u"Hola"_s) << "a cancelled capture changes nothing that is remembered";
+}
+
 TEST_F(TranslationCoordinatorTest, TranslatesWhatItRecognizes)
 {
     screen.lines = QStringList{u"Hola"_s, u"mundo"_s};
