@@ -48,7 +48,7 @@ QCoro::Task<QList<DoctorFinding>> DoctorCommand::examine(CommandLine::Doctor req
     findings.append(keyFinding);
     findings.append(tray());
     findings.append(shortcuts());
-    findings.append(DoctorSentences::screenCapture(m_with.desktop.hasScreenCapture()));
+    findings.append(DoctorSentences::screenCapture(m_with.desktop.screenCapture()));
     const DoctorFinding recognitionFinding = co_await recognition();
     findings.append(recognitionFinding);
     findings.append({Verdict::good, u"Start at login"_s, m_with.autostart.isOn() ? u"on"_s : u"off"_s, {}});

@@ -148,13 +148,21 @@ DoctorFinding portalShortcut(const QString &subject, bool hasPortal)
             u"ocrTranslate)"_s};
 }
 
-DoctorFinding screenCapture(bool isThere)
+DoctorFinding screenCapture(DesktopInspectionPort::ScreenCapture state)
 {
-    if (isThere) {
-        return {Verdict::good, u"Screen capture"_s, u"there"_s, {}};
+    using ScreenCapture = DesktopInspectionPort::ScreenCapture;
+    const QString subject = u"Screen capture"_s;
+    switch (state) {
+    case ScreenCapture::noTool:
+        return {Verdict::wrong, subject, u"orvesa-screencapture is missing beside the program"_s,
+                u"Install the program again."_s};
+    case ScreenCapture::noPortal:
+        return {Verdict::wrong, subject, u"this Wayland desktop has no running portal for screenshots"_s,
+                u"Install xdg-desktop-portal with the part for your desktop, and log in again."_s};
+    case ScreenCapture::there:
+        break;
     }
-    return {Verdict::wrong, u"Screen capture"_s, u"orvesa-screencapture is missing beside the program"_s,
-            u"Install the program again."_s};
+    return {Verdict::good, subject, u"there"_s, {}};
 }
 
 DoctorFinding recognition(const std::optional<QStringList> &missing)

@@ -23,7 +23,7 @@ namespace orvesa::DoctorSentences {
 [[nodiscard]] DoctorFinding shortcut(const QString &subject, qint32 status, bool isUtilityRunning);
 /// The same in a Wayland session, where the desktop's portal gives shortcuts out.
 [[nodiscard]] DoctorFinding portalShortcut(const QString &subject, bool hasPortal);
-[[nodiscard]] DoctorFinding screenCapture(bool isThere);
+[[nodiscard]] DoctorFinding screenCapture(DesktopInspectionPort::ScreenCapture state);
 /// The packages that are missing; nothing when recognition does not work at all.
 [[nodiscard]] DoctorFinding recognition(const std::optional<QStringList> &missing);
 [[nodiscard]] DoctorFinding network(const QString &service, const ServiceReach::Result &result);

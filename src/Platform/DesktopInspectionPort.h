@@ -33,6 +33,11 @@ public:
         unlocked,
         silent, ///< one runs and does not answer
     };
+    enum class ScreenCapture {
+        there,
+        noTool,   ///< the program that lets the user choose an area is missing
+        noPortal, ///< it is there, and the Wayland desktop has no portal that would show it the screen
+    };
     enum class Tray { none, statusNotifier, embedding };
 
     virtual ~DesktopInspectionPort() = default;
@@ -49,8 +54,7 @@ public:
     [[nodiscard]] virtual Tray tray() const = 0;
     /// The packages of languages that text recognition misses; nothing when the recognition itself is missing or fails.
     [[nodiscard]] virtual QCoro::Task<std::optional<QStringList>> missingRecognitionLanguages() = 0;
-    /// Whether the program that lets the user choose an area of the screen is there.
-    [[nodiscard]] virtual bool hasScreenCapture() const = 0;
+    [[nodiscard]] virtual ScreenCapture screenCapture() const = 0;
 };
 
 } // namespace orvesa

@@ -50,7 +50,7 @@ public:
     [[nodiscard]] KeyStore keyStore() const override { return currentKeyStore; }
     [[nodiscard]] Tray tray() const override { return Tray::statusNotifier; }
     [[nodiscard]] QCoro::Task<std::optional<QStringList>> missingRecognitionLanguages() override { co_return missing; }
-    [[nodiscard]] bool hasScreenCapture() const override { return true; }
+    [[nodiscard]] ScreenCapture screenCapture() const override { return ScreenCapture::there; }
 
     Session currentSession = Session::x11;
     bool hasPortal = true;
@@ -253,7 +253,10 @@ TEST(DoctorSentences, WhateverIsWrongHasARemedyAndItsOwnSentence)
     findings.append(DoctorSentences::shortcut(u"Shortcut"_s, HotKeyStatus::noErr, true));
     findings.append(DoctorSentences::portalShortcut(u"Shortcut"_s, true));
     findings.append(DoctorSentences::portalShortcut(u"Shortcut"_s, false));
-    findings.append(DoctorSentences::screenCapture(false));
+    for (const Inspection::ScreenCapture state :
+         {Inspection::ScreenCapture::noTool, Inspection::ScreenCapture::noPortal, Inspection::ScreenCapture::there}) {
+        findings.append(DoctorSentences::screenCapture(state));
+    }
     findings.append(DoctorSentences::recognition(std::nullopt));
     findings.append(DoctorSentences::recognition(QStringList{u"tesseract-ocr-jpn"_s}));
     using Outcome = ServiceReach::Outcome;

@@ -70,6 +70,15 @@ bool isStartable(QDBusConnection &bus, const QString &name)
     return answer && answer->toStringList().contains(name);
 }
 
+/// A portal is there when its interface has a version. It is not started by the question.
+bool hasPortal(const QString &interface)
+{
+    auto bus = SessionBus::connection();
+    return bus && property(*bus, u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s, interface,
+                           u"version"_s)
+                      .has_value();
+}
+
 bool hasEmbeddingTray()
 {
     X11Connection x11;
@@ -111,10 +120,7 @@ bool LinuxDesktopInspection::hasDisplay() const
 
 bool LinuxDesktopInspection::hasShortcutPortal() const
 {
-    auto bus = SessionBus::connection();
-    return bus && property(*bus, u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
-                           u"org.freedesktop.portal.GlobalShortcuts"_s, u"version"_s)
-                      .has_value();
+    return hasPortal(u"org.freedesktop.portal.GlobalShortcuts"_s);
 }
 
 DesktopInspectionPort::Accessibility LinuxDesktopInspection::accessibility() const
@@ -191,9 +197,14 @@ QCoro::Task<std::optional<QStringList>> LinuxDesktopInspection::missingRecogniti
     co_return QString::fromUtf8(tool.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
 }
 
-bool LinuxDesktopInspection::hasScreenCapture() const
+DesktopInspectionPort::ScreenCapture LinuxDesktopInspection::screenCapture() const
 {
-    return QFileInfo(m_tools.capture).isExecutable();
+    if (!QFileInfo(m_tools.capture).isExecutable()) {
+        return ScreenCapture::noTool;
+    }
+    const bool needsPortal = session() == Session::wayland;
+    return needsPortal && !hasPortal(u"org.freedesktop.portal.Screenshot"_s) ? ScreenCapture::noPortal
+                                                                             : ScreenCapture::there;
 }
 
 } // namespace orvesa

@@ -28,7 +28,7 @@ public:
     [[nodiscard]] KeyStore keyStore() const override;
     [[nodiscard]] Tray tray() const override;
     [[nodiscard]] QCoro::Task<std::optional<QStringList>> missingRecognitionLanguages() override;
-    [[nodiscard]] bool hasScreenCapture() const override;
+    [[nodiscard]] ScreenCapture screenCapture() const override;
 
 private:
     Tools m_tools;
