@@ -4,6 +4,8 @@
 #include <array>
 #include <utility>
 
+#include <malloc.h>
+
 namespace orvesa {
 
 using namespace Qt::StringLiterals;
@@ -131,10 +133,25 @@ void EnginePool::run(Worker &worker)
     }
 }
 
+/// Text that runs down is rare, and its models are as large as the others: a thread keeps one of the two.
+void EnginePool::unloadTwin(Worker &worker, Language language)
+{
+    static constexpr std::array twins{std::pair(Language::japanese, Language::japaneseDown),
+                                      std::pair(Language::traditionalChinese, Language::traditionalChineseDown)};
+    for (const auto &[across, down] : twins) {
+        if (language == across || language == down) {
+            if (worker.engines.erase(language == across ? down : across) > 0) {
+                ::malloc_trim(0);
+            }
+        }
+    }
+}
+
 void EnginePool::perform(Worker &worker, const Task &task)
 {
     auto found = worker.engines.find(task.language);
     if (found == worker.engines.end()) {
+        unloadTwin(worker, task.language);
         found = worker.engines.emplace(task.language, Engine::load(dataOf(task.language).name)).first;
         const std::lock_guard lock(m_mutex);
         (found->second != nullptr ? m_loaded : m_missing).insert(task.language);

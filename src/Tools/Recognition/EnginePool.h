@@ -57,6 +57,7 @@ private:
 
     void run(Worker &worker);
     void perform(Worker &worker, const Task &task);
+    static void unloadTwin(Worker &worker, Language language);
     [[nodiscard]] bool hasTask(const Worker &worker) const;
     Worker &workerFor(Language language);
 

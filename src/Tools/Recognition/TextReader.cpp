@@ -173,6 +173,8 @@ QStringList TextReader::readDown(const GrayImage &ink, const TextBlock &textBloc
         for (const Glyph &glyph : line.glyphs) {
             text += glyph.text;
         }
+        // Whatever stands in a column of wide characters is wide itself.
+        text.replace(u',', u'，').replace(u'!', u'！').replace(u'?', u'？');
         lines.append(cleaned(text));
     }
     return lines;
