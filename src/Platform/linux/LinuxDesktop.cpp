@@ -153,6 +153,7 @@ void LinuxDesktop::warmUp()
 {
     m_adapters->keyStore.warmUp();
     m_adapters->elements.warmUp();
+    m_adapters->terminals.watch();
 }
 
 } // namespace orvesa

@@ -100,6 +100,7 @@ bool X11Pasteboard::prepare()
                             xcb_xfixes_query_version(raw, XCB_XFIXES_MAJOR_VERSION, XCB_XFIXES_MINOR_VERSION))) {
         return true;
     }
+    m_clipboard = clipboard();
     m_fixesEvent = static_cast<quint8>(extension->first_event + XCB_XFIXES_SELECTION_NOTIFY);
     xcb_xfixes_select_selection_input(raw, m_connection.root(), clipboard(),
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
@@ -112,7 +113,8 @@ bool X11Pasteboard::prepare()
 
 bool X11Pasteboard::isChange(const xcb_generic_event_t &event) const
 {
-    return m_fixesEvent != 0 && (event.response_type & eventTypeMask) == m_fixesEvent;
+    return m_fixesEvent != 0 && (event.response_type & eventTypeMask) == m_fixesEvent &&
+           reinterpret_cast<const xcb_xfixes_selection_notify_event_t &>(event).selection == m_clipboard;
 }
 
 void X11Pasteboard::note(const xcb_generic_event_t &event)

@@ -51,6 +51,7 @@ private:
     X11SelectionOwner m_owner;
     X11Connection::HandlerToken m_token = 0;
     quint8 m_fixesEvent = 0;
+    xcb_atom_t m_clipboard = XCB_ATOM_NONE;
     bool m_prepared = false;
     qint64 m_changes = 0;
     QDeadlineTimer m_deadline; ///< of the reading that itemTypes() began

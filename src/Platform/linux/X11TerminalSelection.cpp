@@ -3,16 +3,132 @@
 #include "Platform/linux/TerminalPrograms.h"
 #include "Platform/linux/X11WindowOwner.h"
 
+#include <xcb/xfixes.h>
+#include <xcb/xinput.h>
+
 namespace orvesa {
 
 namespace {
 
 constexpr qsizetype mostBytes = 16 * 1024 * 1024;
+constexpr quint8 eventTypeMask = 0x7f;
+constexpr quint32 selectingButton = 1;
+/// Milliseconds within which clicks belong together.
+constexpr xcb_timestamp_t repeatBound = 400;
+/// Pixels that a click may move.
+constexpr int stillDistance = 3;
 
 } // namespace
 
 X11TerminalSelection::X11TerminalSelection(X11Connection &connection) : m_connection(connection), m_reader(connection)
 {
+}
+
+X11TerminalSelection::~X11TerminalSelection()
+{
+    m_connection.removeEventHandler(m_token);
+}
+
+void X11TerminalSelection::watch()
+{
+    if (m_token != 0 || !m_connection.isValid()) {
+        return;
+    }
+    xcb_connection_t *const raw = m_connection.connection();
+    const xcb_query_extension_reply_t *const fixes = xcb_get_extension_data(raw, &xcb_xfixes_id);
+    const xcb_query_extension_reply_t *const input = xcb_get_extension_data(raw, &xcb_input_id);
+    m_connection.settle();
+    if (fixes == nullptr || fixes->present == 0 || input == nullptr || input->present == 0 ||
+        !m_connection.reply(xcb_xfixes_query_version_reply,
+                            xcb_xfixes_query_version(raw, XCB_XFIXES_MAJOR_VERSION, XCB_XFIXES_MINOR_VERSION)) ||
+        !m_connection.reply(xcb_input_xi_query_version_reply, xcb_input_xi_query_version(raw, 2, 2))) {
+        return;
+    }
+    m_fixesEvent = static_cast<quint8>(fixes->first_event + XCB_XFIXES_SELECTION_NOTIFY);
+    m_inputOpcode = input->major_opcode;
+    m_token = m_connection.addEventHandler([this](const xcb_generic_event_t &event) { handle(event); });
+    xcb_xfixes_select_selection_input(raw, m_connection.root(), XCB_ATOM_PRIMARY,
+                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
+    noteOwner(m_reader.owner(XCB_ATOM_PRIMARY));
+}
+
+void X11TerminalSelection::handle(const xcb_generic_event_t &event)
+{
+    const auto type = event.response_type & eventTypeMask;
+    if (type == m_fixesEvent) {
+        const auto &change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t &>(event);
+        if (change.selection == XCB_ATOM_PRIMARY) {
+            noteOwner(change.owner);
+        }
+    } else if (type == XCB_GE_GENERIC && m_isListening) {
+        const auto &button = reinterpret_cast<const xcb_input_raw_button_press_event_t &>(event);
+        if (button.extension == m_inputOpcode && button.detail == selectingButton) {
+            if (button.event_type == XCB_INPUT_RAW_BUTTON_PRESS) {
+                notePress(button.time);
+            } else if (button.event_type == XCB_INPUT_RAW_BUTTON_RELEASE) {
+                noteRelease();
+            }
+        }
+    }
+}
+
+std::optional<QPoint> X11TerminalSelection::pointer()
+{
+    const auto answer =
+        m_connection.reply(xcb_query_pointer_reply, xcb_query_pointer(m_connection.connection(), m_connection.root()));
+    return answer ? std::optional(QPoint(answer->root_x, answer->root_y)) : std::nullopt;
+}
+
+void X11TerminalSelection::notePress(xcb_timestamp_t time)
+{
+    const auto program = X11WindowOwner::program(m_connection, X11WindowOwner::underPointer(m_connection));
+    m_pressedAt = program && program->window == m_terminal ? pointer() : std::nullopt;
+    m_isRepeated = m_pressedAt && time - m_pressTime < repeatBound;
+    if (m_pressedAt) {
+        m_pressTime = time;
+    }
+}
+
+void X11TerminalSelection::noteRelease()
+{
+    // These terminals do not take PRIMARY again when they select something else while they own it. So what the button
+    // did has to tell: a drag and a repeated click select, a single click takes the highlight away.
+    const auto releasedAt = m_pressedAt ? pointer() : std::nullopt;
+    if (releasedAt) {
+        const bool isDrag = (*releasedAt - *m_pressedAt).manhattanLength() > stillDistance;
+        m_isOver = !isDrag && !m_isRepeated;
+    }
+    m_pressedAt.reset();
+}
+
+void X11TerminalSelection::noteOwner(xcb_window_t owner)
+{
+    m_isOver = false;
+    if (owner == m_owner) {
+        return;
+    }
+    m_owner = owner;
+    const auto program = owner == XCB_WINDOW_NONE ? std::nullopt : X11WindowOwner::program(m_connection, owner);
+    const bool isTerminal = program && TerminalPrograms::copyKeys(program->instanceName, program->className);
+    m_terminal = isTerminal ? program->window : xcb_window_t{XCB_WINDOW_NONE};
+    listenForClicks(isTerminal ? Listening::on : Listening::off);
+}
+
+void X11TerminalSelection::listenForClicks(Listening listening)
+{
+    if (m_isListening == (listening == Listening::on)) {
+        return;
+    }
+    m_isListening = listening == Listening::on;
+    struct {
+        xcb_input_event_mask_t head;
+        quint32 mask;
+    } selection{{XCB_INPUT_DEVICE_ALL_MASTER, 1},
+                m_isListening
+                    ? quint32{XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE}
+                    : 0};
+    xcb_input_xi_select_events(m_connection.connection(), m_connection.root(), 1, &selection.head);
+    m_connection.settle();
 }
 
 bool X11TerminalSelection::isTerminal(qint64 processIdentifier)
@@ -25,7 +141,8 @@ bool X11TerminalSelection::isTerminal(qint64 processIdentifier)
 std::optional<QString> X11TerminalSelection::text(qint64 processIdentifier)
 {
     const xcb_window_t owner = m_reader.owner(XCB_ATOM_PRIMARY);
-    if (owner == XCB_WINDOW_NONE || X11WindowOwner::process(m_connection, owner) != processIdentifier) {
+    if (owner == XCB_WINDOW_NONE || (m_isOver && owner == m_owner) ||
+        X11WindowOwner::process(m_connection, owner) != processIdentifier) {
         return std::nullopt;
     }
     const auto answer = m_reader.convertNow(XCB_ATOM_PRIMARY, m_connection.atom("UTF8_STRING"), mostBytes);

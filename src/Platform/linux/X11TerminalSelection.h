@@ -2,10 +2,13 @@
 
 // What is selected in a terminal that tells nobody: the PRIMARY selection, where the terminal itself owns it.
 //
-// Main thread. PRIMARY outlives what it was made from in many programs, so it is asked for nowhere else.
+// Main thread. PRIMARY outlives what it was made from in many programs, so it is asked for nowhere else. These
+// terminals keep it too when a click takes their highlight away; so while one of them owns it, clicks are watched, and
+// a single one in its window ends the selection.
 
 #include "Platform/linux/X11SelectionReader.h"
 
+#include <QPoint>
 #include <QString>
 
 #include <optional>
@@ -14,17 +17,42 @@ namespace orvesa {
 
 class X11TerminalSelection final {
 public:
-    /// The connection must outlive this object.
+    /// The connection must outlive this object. It must be one on which nobody else watches PRIMARY or buttons.
     explicit X11TerminalSelection(X11Connection &connection);
+    ~X11TerminalSelection();
+    Q_DISABLE_COPY_MOVE(X11TerminalSelection)
+
+    /// Begins to follow what is selected where. Before that, a selection counts for as long as it is owned.
+    void watch();
 
     /// Whether the process' window has the keyboard and is that of a known terminal.
     [[nodiscard]] bool isTerminal(qint64 processIdentifier);
-    /// Nothing when another program owns PRIMARY, or the terminal does not hand it over within 250 ms.
+    /// Nothing when another program owns PRIMARY, its highlight is gone, or the terminal does not hand it over within
+    /// 250 ms.
     [[nodiscard]] std::optional<QString> text(qint64 processIdentifier);
 
 private:
+    void handle(const xcb_generic_event_t &event);
+    /// PRIMARY has a new owner, or its owner has selected something else.
+    void noteOwner(xcb_window_t owner);
+    [[nodiscard]] std::optional<QPoint> pointer();
+    void notePress(xcb_timestamp_t time);
+    void noteRelease();
+    enum class Listening { off, on };
+    void listenForClicks(Listening listening);
+
     X11Connection &m_connection;
     X11SelectionReader m_reader;
+    X11Connection::HandlerToken m_token = 0;
+    quint8 m_fixesEvent = 0;
+    quint8 m_inputOpcode = 0;
+    xcb_window_t m_owner = XCB_WINDOW_NONE;
+    xcb_window_t m_terminal = XCB_WINDOW_NONE; ///< the owner's named window
+    bool m_isListening = false;                ///< only while a terminal owns PRIMARY
+    bool m_isOver = false;                     ///< a click has taken the highlight away
+    std::optional<QPoint> m_pressedAt;         ///< in the terminal
+    xcb_timestamp_t m_pressTime = 0;
+    bool m_isRepeated = false; ///< the press came soon after the one before
 };
 
 } // namespace orvesa

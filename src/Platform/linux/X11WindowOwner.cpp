@@ -34,21 +34,6 @@ std::optional<qint64> clientProcess(X11Connection &connection, xcb_window_t wind
     return std::nullopt;
 }
 
-/// The deepest window under the pointer.
-xcb_window_t windowUnderPointer(X11Connection &connection)
-{
-    xcb_window_t window = connection.root();
-    for (int level = 0; level < deepestTree; ++level) {
-        const auto pointer =
-            connection.reply(xcb_query_pointer_reply, xcb_query_pointer(connection.connection(), window));
-        if (!pointer || pointer->child == XCB_WINDOW_NONE) {
-            break;
-        }
-        window = pointer->child;
-    }
-    return window;
-}
-
 } // namespace
 
 std::optional<qint64> process(X11Connection &connection, xcb_window_t window)
@@ -67,17 +52,22 @@ std::optional<qint64> process(X11Connection &connection, xcb_window_t window)
     return stated.front();
 }
 
-std::optional<Program> withKeyboard(X11Connection &connection)
+xcb_window_t underPointer(X11Connection &connection)
 {
-    if (!connection.isValid()) {
-        return std::nullopt;
+    xcb_window_t window = connection.root();
+    for (int level = 0; level < deepestTree; ++level) {
+        const auto pointer =
+            connection.reply(xcb_query_pointer_reply, xcb_query_pointer(connection.connection(), window));
+        if (!pointer || pointer->child == XCB_WINDOW_NONE) {
+            break;
+        }
+        window = pointer->child;
     }
-    const auto focus = connection.reply(xcb_get_input_focus_reply, xcb_get_input_focus(connection.connection()));
-    if (!focus || focus->focus == XCB_INPUT_FOCUS_NONE) {
-        return std::nullopt;
-    }
-    xcb_window_t window = focus->focus == XCB_INPUT_FOCUS_POINTER_ROOT ? windowUnderPointer(connection) : focus->focus;
-    // The focus may be on a window within the one that carries the name.
+    return window;
+}
+
+std::optional<Program> program(X11Connection &connection, xcb_window_t window)
+{
     for (int level = 0; level < deepestTree && window != XCB_WINDOW_NONE && window != connection.root(); ++level) {
         const QByteArray names = connection.textProperty(window, "WM_CLASS");
         if (!names.isEmpty()) {
@@ -88,6 +78,19 @@ std::optional<Program> withKeyboard(X11Connection &connection)
         window = tree ? tree->parent : xcb_window_t{XCB_WINDOW_NONE};
     }
     return std::nullopt;
+}
+
+std::optional<Program> withKeyboard(X11Connection &connection)
+{
+    if (!connection.isValid()) {
+        return std::nullopt;
+    }
+    const auto focus = connection.reply(xcb_get_input_focus_reply, xcb_get_input_focus(connection.connection()));
+    if (!focus || focus->focus == XCB_INPUT_FOCUS_NONE) {
+        return std::nullopt;
+    }
+    // The focus may be on a window within the one that carries the name.
+    return program(connection, focus->focus == XCB_INPUT_FOCUS_POINTER_ROOT ? underPointer(connection) : focus->focus);
 }
 
 } // namespace orvesa::X11WindowOwner

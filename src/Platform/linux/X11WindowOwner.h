@@ -21,6 +21,12 @@ struct Program {
     QByteArray className;
 };
 
+/// The program that the window, or one that it is part of, is named after.
+[[nodiscard]] std::optional<Program> program(X11Connection &connection, xcb_window_t window);
+
+/// The deepest window under the pointer.
+[[nodiscard]] xcb_window_t underPointer(X11Connection &connection);
+
 /// The program whose window gets what is typed now; nothing when no window does.
 [[nodiscard]] std::optional<Program> withKeyboard(X11Connection &connection);
 

@@ -12,6 +12,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
+/// Clicks that follow within this time belong together.
+constexpr auto doubleClick = 500ms;
+
 struct Terminal {
     const char *name;
     QString windowClass;
@@ -102,6 +105,24 @@ TEST_P(Terminals, GivesWhatIsSelectedAndInterruptsNothing)
         EXPECT_TRUE(isRunning());
     }
     typeLine();
+
+    // A click takes the highlight away, and with it the selection, although PRIMARY stays.
+    desktop->pointer().clickAt(QPoint(5, desktop->options().screenSize.height() - 5)); // the panel goes
+    desktop->windows().focus(window());
+    const QRect area = desktop->windows().geometry(window());
+    desktop->pointer().clickAt(area.center());
+    processEventsFor(doubleClick);
+    const Captured captured = capture();
+    note(QString::fromLatin1(GetParam().name) + u", deselected"_s, captured);
+    EXPECT_EQ(captured.message, nothingSelected);
+    EXPECT_TRUE(isRunning());
+
+    // The same once more is selected again.
+    desktop->pointer().clickAt(QPoint(5, desktop->options().screenSize.height() - 5));
+    desktop->windows().focus(window());
+    processEventsFor(doubleClick);
+    selectFirstLine(u"hello terminal"_s);
+    EXPECT_EQ(capture().text.trimmed(), u"hello terminal"_s);
 }
 
 TEST_P(Terminals, TwentyCapturesOfNothingInterruptNothing)
