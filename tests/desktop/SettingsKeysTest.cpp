@@ -247,16 +247,8 @@ TEST_F(SettingsKeys, AModelIsTypedChosenAndTakenBack)
     desktop->keyboard().type(u" gpt-5.5 "_s);
     awaitPreference(u"settings.model.openAI = \"gpt-5.5\""_s);
 
-    const auto chooseFromMenu = [this](const QStringList &strokes) {
-        const std::size_t windows = desktop->windows().mapped({.pid = program->process().pid()}).size();
-        settings->click(u"Model"_s, u"push button"_s, u"OpenAI"_s);
-        const auto isOpen = [&] {
-            return desktop->windows().mapped({.pid = program->process().pid()}).size() > windows;
-        };
-        waitUntil(isOpen, u"the menu to open"_s);
-        for (const QString &stroke : strokes)
-            desktop->keyboard().press(stroke);
-        waitUntil([&] { return !isOpen(); }, u"the menu to close"_s);
+    const auto chooseFromMenu = [this](const QStringList &keys) {
+        settings->chooseWithKeys(settings->await(u"Model"_s, u"push button"_s, u"OpenAI"_s), keys);
     };
     chooseFromMenu({u"Down"_s, u"Down"_s, u"Return"_s});
     awaitPreference(u"settings.model.openAI = \"gpt-5.4-nano\""_s);

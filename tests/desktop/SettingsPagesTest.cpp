@@ -81,9 +81,8 @@ TEST_F(SettingsPages, TheGeneralPageWritesEverySettingAtOnce)
     awaitPreference(u"settings.theme = \"forest\""_s);
     settings->click(u"Thinking Mode"_s, u"check box"_s);
     awaitPreference(u"settings.thinkingEnabled = true"_s);
-    settings->click(u"OpenAI"_s, u"combo box"_s, u"Default AI Provider"_s);
-    press(u"Down"_s);
-    press(u"Return"_s);
+    settings->chooseWithKeys(settings->await(u"OpenAI"_s, u"combo box"_s, u"Default AI Provider"_s),
+                             {u"Down"_s, u"Return"_s});
     awaitPreference(u"settings.defaultProvider = \"gemini\""_s);
     settings->awaitText(u"Gemini"_s);
     EXPECT_TRUE(settings->shows(u"Accessibility permission granted"_s));

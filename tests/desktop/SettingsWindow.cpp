@@ -112,6 +112,19 @@ void SettingsWindow::click(const QString &name, const QString &role, const QStri
     click(await(name, role, description));
 }
 
+void SettingsWindow::chooseWithKeys(const Accessible &element, const QStringList &keys)
+{
+    const WindowMatch program{.pid = m_program.process().pid()};
+    const std::size_t before = m_desktop.windows().mapped(program).size();
+    click(element);
+    waitUntil([&] { return m_desktop.windows().mapped(program).size() > before; },
+              u"what '%1' opens"_s.arg(element.name()));
+    for (const QString &key : keys)
+        m_desktop.keyboard().press(key);
+    waitUntil([&] { return m_desktop.windows().mapped(program).size() <= before; },
+              u"what '%1' opened to close"_s.arg(element.name()));
+}
+
 void SettingsWindow::choose(const QString &section, const QString &subtitle)
 {
     click(section, u"radio button"_s);

@@ -7,6 +7,7 @@
 #include "desktop/TranslateProgram.h"
 
 #include <QString>
+#include <QStringList>
 #include <QTimer>
 
 namespace orvesa::desktop {
@@ -35,6 +36,9 @@ public:
     void click(const Accessible &element);
     /// Awaits the element and clicks it.
     void click(const QString &name, const QString &role = {}, const QString &description = {});
+    /// Clicks the element, which opens a list or a menu, and presses the keys once it is open. Returns when it has
+    /// closed.
+    void chooseWithKeys(const Accessible &element, const QStringList &keys);
     /// Clicks a section of the sidebar, and returns once its page is there.
     void choose(const QString &section, const QString &subtitle);
 
