@@ -47,6 +47,12 @@ TEST(LineText, WidensSentenceMarksAfterWideCharacters)
     EXPECT_EQ(lineText(glyphs({{u"a"_s, 0}, {u","_s, 0.05}, {u"b"_s, 0.3}, {u"?"_s, 0.05}})), u"a, b?"_s);
 }
 
+TEST(LineText, SeesTheCommaBetweenALatinWordAndAWideCharacter)
+{
+    EXPECT_EQ(lineText(glyphs({{u"y"_s, 0}, {u"'"_s, 0.35}, {u"再"_s, 0.4}})), u"y，再"_s);
+    EXPECT_EQ(lineText(glyphs({{u"s"_s, 0}, {u"'"_s, 0.05}, {u"再"_s, 0.4}})), u"s' 再"_s);
+}
+
 TEST(LineText, KeepsANarrowColonAfterAWideCharacter)
 {
     EXPECT_EQ(lineText(glyphs({{u"音"_s, 0}, {u":"_s, 0.08}, {u"オ"_s, 0.4}})), u"音: オ"_s);

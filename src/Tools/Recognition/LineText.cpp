@@ -44,7 +44,12 @@ void widenSentenceMarks(std::vector<SpacedGlyph> &glyphs)
         SpacedGlyph &glyph = glyphs[index];
         const bool afterWide = index > 0 && isWideAt(glyphs, index - 1);
         const bool beforeWide = isWideAt(glyphs, index + 1);
-        if (glyph.text == ","_L1 && (afterWide || beforeWide)) {
+        // Chinese commas stand in the middle of their square; after a Latin word the engine takes them for anything
+        // small.
+        const bool isLoneSpeck = glyph.text.size() == 1 && u"»'’‘°*`"_s.contains(glyph.text[0]) && index > 0 &&
+                                 !afterWide && beforeWide && glyph.gapBefore >= besideWide &&
+                                 glyphs[index + 1].gapBefore >= besideWide;
+        if (isLoneSpeck || (glyph.text == ","_L1 && (afterWide || beforeWide))) {
             replaceText(glyph, u'，');
         } else if (glyph.text == "!"_L1 && afterWide) {
             replaceText(glyph, u'！');
