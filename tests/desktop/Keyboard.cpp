@@ -119,6 +119,20 @@ void Keyboard::press(const QString &combination)
         keyUp(name);
 }
 
+void Keyboard::pressByHand(const QString &combination)
+{
+    constexpr std::chrono::milliseconds gap{10};
+    const QStringList names = keysOf(combination);
+    for (const QString &name : names) {
+        keyDown(name);
+        processEventsFor(gap);
+    }
+    for (const QString &name : std::views::reverse(names)) {
+        keyUp(name);
+        processEventsFor(gap);
+    }
+}
+
 void Keyboard::pressCode(xcb_keycode_t code)
 {
     send(code, true);

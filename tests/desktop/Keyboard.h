@@ -31,6 +31,8 @@ public:
     void press(const QString &combination);
     /// The same with nothing in between: the server has all of it before any program has heard of the first key.
     void pressAtOnce(const QString &combination);
+    /// The same as quick fingers do it, ten milliseconds from key to key.
+    void pressByHand(const QString &combination);
     /// The key at a place of the keyboard, whatever it types.
     void pressCode(xcb_keycode_t code);
     /// One key by the same names, held until keyUp.
