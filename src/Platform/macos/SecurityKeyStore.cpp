@@ -1,5 +1,6 @@
 #include "Platform/macos/SecurityKeyStore.h"
 
+#include "Platform/SecretBuffer.h"
 #include "Platform/macos/BackgroundCall.h"
 #include "Platform/macos/CFConversion.h"
 
@@ -88,12 +89,18 @@ QCoro::Task<KeyStoreCopyResult> SecurityKeyStore::copyMatching(KeyStoreQuery que
 
 QCoro::Task<qint32> SecurityKeyStore::update(KeyStoreQuery query, QByteArray data)
 {
-    return status([query, data] { return updateItem(query, data); });
+    return status([query, data]() mutable {
+        const SecretClearing clearing(data);
+        return updateItem(query, data);
+    });
 }
 
 QCoro::Task<qint32> SecurityKeyStore::add(KeyStoreQuery query, QByteArray data)
 {
-    return status([query, data] { return addItem(query, data); });
+    return status([query, data]() mutable {
+        const SecretClearing clearing(data);
+        return addItem(query, data);
+    });
 }
 
 QCoro::Task<qint32> SecurityKeyStore::remove(KeyStoreQuery query)
