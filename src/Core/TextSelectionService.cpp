@@ -62,9 +62,11 @@ QCoro::Task<QString> TextSelectionService::capture(SharedState state)
     std::exception_ptr failure;
     try {
         if (item != nullptr) {
-            const AccessibilityElement element = item->element;
-            text = co_await readPasteboard(
-                state, [&elements = state->with.elements, element] { elements.performAction(element, u"AXPress"_s); });
+            // Named: GCC 12 destroys what is made within an awaiting expression twice.
+            const Action press = [&elements = state->with.elements, element = item->element] {
+                elements.performAction(element, u"AXPress"_s);
+            };
+            text = co_await readPasteboard(state, press);
         } else {
             text = co_await selectedTextViaClipboard(state);
         }
@@ -103,8 +105,10 @@ QCoro::Task<QString> TextSelectionService::selectedTextViaClipboard(SharedState 
     while (state->with.clock.now() < deadline && (state->with.keyboard.modifierFlags() & KeyboardFlags::all) != 0) {
         co_await state->with.clock.sleep(releaseRound);
     }
-    co_return co_await readPasteboard(
-        state, [&keyboard = state->with.keyboard] { KeyboardEventSender::sendCommandKeystroke(keyboard, keyCodeOfC); });
+    const Action stroke = [&keyboard = state->with.keyboard] {
+        KeyboardEventSender::sendCommandKeystroke(keyboard, keyCodeOfC);
+    };
+    co_return co_await readPasteboard(state, stroke);
 }
 
 QCoro::Task<QString> TextSelectionService::readPasteboard(SharedState state, Action action)
