@@ -141,14 +141,16 @@ Accessible Pictures::awaitShowing(Desktop &desktop, TranslateProgram &program, c
 void Pictures::awaitStill(Desktop &desktop, xcb_window_t window) const
 {
     // The text is there before all of it is painted, and nobody tells when that is done.
+    // Looks are taken at the timer's pace alone: two in a row of other events would be the same too soon.
     QTimer look;
-    look.start(untilStill);
     QImage before;
-    const auto isStill = [&] {
+    bool isStill = false;
+    QObject::connect(&look, &QTimer::timeout, &look, [&] {
         const QImage now = desktop.windows().picture(desktop.windows().geometry(window));
-        return std::exchange(before, now) == now;
-    };
-    waitUntil(isStill, u"the window to be painted"_s);
+        isStill = std::exchange(before, now) == now;
+    });
+    look.start(untilStill);
+    waitUntil([&] { return isStill; }, u"the window to be painted"_s);
 }
 
 QString Pictures::path(const QString &name, AppLanguage language) const
