@@ -11,21 +11,20 @@ void WindowDragArea::mousePressEvent(QMouseEvent *event)
         QWidget::mousePressEvent(event);
         return;
     }
-    m_pressed = event->globalPosition().toPoint();
+    m_isPressed = true;
     event->accept();
 }
 
 void WindowDragArea::mouseMoveEvent(QMouseEvent *event)
 {
     // Only now: a window manager that learns of a drag after a quick click's release would go on dragging.
-    if (!m_pressed) {
+    if (!m_isPressed) {
         QWidget::mouseMoveEvent(event);
         return;
     }
     // The window manager moves the window, so that it also snaps, crosses screens and obeys the desktop's own rules. It
-    // starts from where the pointer is now, so the way to there is made up for.
-    window()->move(window()->pos() + event->globalPosition().toPoint() - *m_pressed);
-    m_pressed.reset();
+    // starts from where the pointer is now, a pixel or two from where the button went down.
+    m_isPressed = false;
     if (QWindow *handle = window()->windowHandle()) {
         handle->startSystemMove();
     }
@@ -34,7 +33,7 @@ void WindowDragArea::mouseMoveEvent(QMouseEvent *event)
 
 void WindowDragArea::mouseReleaseEvent(QMouseEvent *event)
 {
-    m_pressed.reset();
+    m_isPressed = false;
     QWidget::mouseReleaseEvent(event);
 }
 

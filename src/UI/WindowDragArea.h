@@ -4,8 +4,6 @@
 
 #include <QWidget>
 
-#include <optional>
-
 namespace orvesa {
 
 class WindowDragArea : public QWidget {
@@ -20,7 +18,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
-    std::optional<QPoint> m_pressed; ///< on the screen, until the drag begins
+    bool m_isPressed = false; ///< and not moved since
 };
 
 } // namespace orvesa

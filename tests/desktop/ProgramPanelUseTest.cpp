@@ -49,8 +49,8 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(Managers, ProgramPanelUse,
-                         ::testing::Values(WindowManager::openbox, WindowManager::xfwm4), [](const auto &parameter) {
+INSTANTIATE_TEST_SUITE_P(Managers, ProgramPanelUse, ::testing::Values(WindowManager::openbox, WindowManager::xfwm4),
+                         [](const auto &parameter) {
                              return parameter.param == WindowManager::openbox ? "openbox" : "xfwm4";
                          });
 
@@ -113,7 +113,8 @@ TEST_P(ProgramPanelUse, LeadsTheKeyboardThroughItsControlsInReadingOrder)
     desktop->pointer().clickAt(middleOf(u"Original"_s));
     desktop->windows().awaitActive(panel);
     waitUntil([this] { return focusedControl() == u"Original"_s; }, u"the source text to have the keyboard"_s);
-    for (const QString &next : {u"Result"_s, u"Copy Result"_s, u"Retry"_s, u"Target Language"_s, u"Close"_s, u"Original"_s}) {
+    for (const QString &next :
+         {u"Result"_s, u"Copy Result"_s, u"Retry"_s, u"Target Language"_s, u"Close"_s, u"Original"_s}) {
         desktop->keyboard().press(u"Tab"_s);
         EXPECT_TRUE(happensWithin(usualDeadline, [&] { return focusedControl() == next; }))
             << "not " << next.toStdString() << " but " << focusedControl().toStdString();
@@ -133,14 +134,20 @@ TEST_P(ProgramPanelUse, IsDraggedByItsHeaderAndStaysThere)
     const QPoint start = inHeader();
     desktop->pointer().moveTo(start);
     desktop->pointer().press(MouseButton::left);
-    // The first movement starts the drag; the window manager then takes the pointer over.
-    desktop->pointer().moveTo(start + QPoint(1, 1));
-    waitUntil(
-        [&] {
-            const QPoint now = desktop->pointer().position();
-            desktop->pointer().moveTo(start + (now == start + way ? way - QPoint(1, 0) : way));
-            return (frame().topLeft() - before.topLeft() - way).manhattanLength() < 8;
-        },
+    // The first movement starts the drag; the window manager then takes the pointer over, and only what comes after
+    // that moves the panel. So the hand trembles until the panel does.
+    const auto awaitPanelAt = [&](const QPoint &place, const auto &isThere, const QString &what) {
+        waitUntil(
+            [&] {
+                desktop->pointer().moveTo(place + (desktop->pointer().position() == place ? QPoint(1, 1) : QPoint()));
+                return isThere();
+            },
+            what);
+    };
+    awaitPanelAt(
+        start + QPoint(1, 1), [&] { return frame() != before; }, u"the drag to begin"_s);
+    awaitPanelAt(
+        start + way, [&] { return (frame().topLeft() - before.topLeft() - way).manhattanLength() < 8; },
         u"the panel to follow the pointer"_s);
     desktop->pointer().release(MouseButton::left);
     EXPECT_TRUE(staysShown());
@@ -205,8 +212,7 @@ TEST_P(ProgramPanelUse, IsOnEveryDesktopAndAboveFullScreen)
     EXPECT_TRUE(happensWithin(usualDeadline, [&] { return desktop->windows().isAbove(panel, editor->window()); }));
     EXPECT_EQ(desktop->windows().active(), editor->window());
     EXPECT_EQ(desktop->windows().inputFocus(), editor->window());
-    EXPECT_TRUE(
-        desktop->windows().atoms(editor->window(), "_NET_WM_STATE").contains("_NET_WM_STATE_FULLSCREEN"));
+    EXPECT_TRUE(desktop->windows().atoms(editor->window(), "_NET_WM_STATE").contains("_NET_WM_STATE_FULLSCREEN"));
 }
 
 TEST_P(ProgramPanelUse, ComesAgainWithoutTakingTheKeyboard)
