@@ -123,8 +123,12 @@ struct Utility {
         platform.accessibilityTrust().setRequestPresenter([this] { requestTrust(); });
     }
 
-    // A transfer in flight ends while everything that its end touches is still there.
-    ~Utility() { coordinator.cancelCurrentTask(); }
+    // What is under way ends while everything that its end touches is still there.
+    ~Utility()
+    {
+        coordinator.cancelCurrentTask();
+        desktop.endPending();
+    }
     Q_DISABLE_COPY_MOVE(Utility)
 
     void requestTrust()

@@ -81,7 +81,7 @@ TEST_F(ProgramLife, QuitEndsIt)
     const TrayItem item = desktop->tray().awaitItem(process.pid());
     desktop->tray().click(item, u"Quit Orvesa Translate"_s);
     const ProcessResult result = process.awaitEnd();
-    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.exitCode, 0) << result.standardError.constData();
     EXPECT_FALSE(result.crashed);
     desktop->tray().awaitNoItem(process.pid());
 }
@@ -96,7 +96,7 @@ TEST_F(ProgramLife, QuitEndsItWhileARequestIsPending)
     const TrayItem item = desktop->tray().awaitItem(program->process().pid());
     desktop->tray().click(item, u"Quit Orvesa Translate"_s);
     const ProcessResult result = program->process().awaitEnd();
-    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.exitCode, 0) << result.standardError.constData();
     EXPECT_FALSE(result.crashed);
 }
 

@@ -98,6 +98,11 @@ SecretServiceKeyStore::SecretServiceKeyStore(QString productName, SecretServiceB
 
 SecretServiceKeyStore::~SecretServiceKeyStore()
 {
+    close();
+}
+
+void SecretServiceKeyStore::close()
+{
     m_session->close();
 }
 

@@ -28,6 +28,10 @@ public:
     /// openai_api_key".
     explicit SecretServiceKeyStore(QString productName, SecretServiceBounds bounds = {});
     ~SecretServiceKeyStore() override;
+
+    /// Ends what is under way, and everything that is asked from now on, with userCanceled. Those who wait hear of it
+    /// before this returns.
+    void close();
     Q_DISABLE_COPY_MOVE(SecretServiceKeyStore)
 
     [[nodiscard]] QCoro::Task<KeyStoreCopyResult> copyMatching(KeyStoreQuery query) override;
