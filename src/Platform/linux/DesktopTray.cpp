@@ -84,7 +84,7 @@ void DesktopTray::whenAvailable(std::function<void()> handler)
 void DesktopTray::watch()
 {
     if (auto bus = SessionBus::connection()) {
-        bus->connect({}, watcherPath(), watcher(), u"StatusNotifierHostRegistered"_s, this, SLOT(look()));
+        bus->connect({}, watcherPath(), watcher(), u"StatusNotifierHostRegistered"_s, this, SLOT(announce()));
         bus->connect(busService(), u"/org/freedesktop/DBus"_s, busService(), u"NameOwnerChanged"_s, {watcher()}, {},
                      this, SLOT(look()));
     }
@@ -100,7 +100,7 @@ void DesktopTray::watch()
 void DesktopTray::stopWatching()
 {
     if (auto bus = SessionBus::connection()) {
-        bus->disconnect({}, watcherPath(), watcher(), u"StatusNotifierHostRegistered"_s, this, SLOT(look()));
+        bus->disconnect({}, watcherPath(), watcher(), u"StatusNotifierHostRegistered"_s, this, SLOT(announce()));
         bus->disconnect(busService(), u"/org/freedesktop/DBus"_s, busService(), u"NameOwnerChanged"_s, {watcher()}, {},
                         this, SLOT(look()));
     }
@@ -122,7 +122,15 @@ void DesktopTray::handle(const xcb_generic_event_t &event)
 
 void DesktopTray::look()
 {
-    if (!m_handler || !isAvailable()) {
+    if (m_handler && isAvailable()) {
+        announce();
+    }
+}
+
+void DesktopTray::announce()
+{
+    // What has just said that it is there may be too busy with its start to answer a question about it.
+    if (!m_handler) {
         return;
     }
     const std::function<void()> handler = std::exchange(m_handler, nullptr);

@@ -26,6 +26,7 @@ public:
 
 private Q_SLOTS:
     void look();
+    void announce();
 
 private:
     [[nodiscard]] bool takesNotifierItems() const;
