@@ -36,6 +36,11 @@ int main(int argc, char *argv[])
     const auto requests = countOption(u"requests"_s, u"Requests of each size and program."_s, usual.requests);
     const auto changes = countOption(u"changes"_s, u"Changes and readings of the preferences."_s, usual.changes);
     const QCommandLineOption settingsOnly(u"settings-only"_s, u"Measures preferences alone, likewise."_s);
+    const QCommandLineOption shortcutsOnly(u"shortcuts-only"_s,
+                                           u"Measures shortcuts and what they bring about alone."_s);
+    const auto openings =
+        countOption(u"openings"_s, u"Openings of the panel between two looks at memory."_s, usual.openings);
+    const auto answers = countOption(u"answers"_s, u"Answers of each size."_s, usual.answers);
     const QCommandLineOption captureOnly(u"capture-only"_s, u"Measures the capture of selections alone."_s);
     const QCommandLineOption windowOnly(u"settings-window-only"_s,
                                         u"Measures the opening of the settings window alone."_s);
@@ -43,8 +48,8 @@ int main(int argc, char *argv[])
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Measures Orvesa Translate against a floor program on a private desktop."_s);
     parser.addHelpOption();
-    parser.addOptions(
-        {rounds, presses, idle, instructions, requests, changes, only, settingsOnly, windowOnly, captureOnly});
+    parser.addOptions({rounds, presses, idle, instructions, requests, changes, openings, answers, only, settingsOnly,
+                       windowOnly, captureOnly, shortcutsOnly});
     parser.process(application);
 
     QTextStream output(stdout);
@@ -81,9 +86,15 @@ int main(int argc, char *argv[])
         const BenchOptions options{.rounds = std::max(1, parser.value(rounds).toInt()),
                                    .presses = std::max(1, parser.value(presses).toInt()),
                                    .idle = std::chrono::seconds(std::max(1, parser.value(idle).toInt())),
+                                   .answers = std::max(1, parser.value(answers).toInt()),
+                                   .openings = std::max(1, parser.value(openings).toInt()),
                                    .requests = requestCount,
                                    .changes = changeCount,
                                    .instructionRounds = std::max(0, parser.value(instructions).toInt())};
+        if (parser.isSet(shortcutsOnly)) {
+            output << Benchmark(QCoreApplication::applicationDirPath(), options).runShortcuts().text();
+            return 0;
+        }
         output << "Floor: application, tray icon, menu. Both start in turns, " << options.rounds
                << " times each. Median (range).\n"
                << "Start: until the event loop answers the tray. Request bytes: at a TLS service on this machine.\n\n"

@@ -92,6 +92,19 @@ ReportTable Benchmark::run()
     return table;
 }
 
+ReportTable Benchmark::runShortcuts()
+{
+    for (int round = 0; round < m_options.rounds; ++round) {
+        desktop::Process &product = measureStart(m_stage.productProgram(), m_product);
+        measureShortcut(product);
+        product.terminate();
+    }
+    ReportTable table;
+    fillShortcutRows(table);
+    measurePanel(table);
+    return table;
+}
+
 void Benchmark::measureCapture(ReportTable &table, int rounds)
 {
     CaptureMeasurement().measure(table, rounds);

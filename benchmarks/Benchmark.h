@@ -27,6 +27,8 @@ public:
     Benchmark(const QString &programFolder, BenchOptions options);
 
     [[nodiscard]] ReportTable run();
+    /// Only the part from a press of the shortcut to the answer in the panel.
+    [[nodiscard]] ReportTable runShortcuts();
     /// Only the part about the capture of selections, on a desktop of its own.
     static void measureCapture(ReportTable &table, int rounds);
     /// Only the part that needs no desktop: what requests cost, as rows of the table.
