@@ -20,7 +20,9 @@ small panel beside the pointer. The application in front keeps the keyboard.
 The answer comes from a language-model service (OpenAI, Anthropic Claude,
 Google Gemini, xAI Grok) with the user's own API key, which is kept in the
 desktop's key store. Text on the screen is read on this machine.")
-set(CPACK_PACKAGE_HOMEPAGE_URL "${ORVESA_HOMEPAGE}")
+if(ORVESA_WEBSITE)
+    set(CPACK_PACKAGE_HOMEPAGE_URL "${ORVESA_WEBSITE}")
+endif()
 set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}/package")
 set(CPACK_INSTALL_PREFIX /usr)
 set(CPACK_SET_DESTDIR ON)

@@ -14,6 +14,7 @@
 #include <QPainter>
 #include <QRegularExpression>
 #include <QSvgRenderer>
+#include <QTemporaryDir>
 
 namespace orvesa::packaging {
 namespace {
@@ -88,20 +89,49 @@ TEST(DesktopFiles, TheUnitIsValidAndSandboxed)
     EXPECT_EQ(valueOf(unit, u"Service"_s, u"LimitCORE"_s), u"0"_s);
 }
 
-TEST(DesktopFiles, TheStorePageIsValid)
+void expectValidStorePage(const QString &file)
 {
-    const Installation installation;
-    const QString path = u"/usr/share/metainfo/"_s + identifier + u".metainfo.xml"_s;
-    const ToolResult result = run(
-        u"appstreamcli"_s, {u"validate"_s, u"--no-net"_s, u"--pedantic"_s, u"--no-color"_s, installation.file(path)});
+    const ToolResult result =
+        run(u"appstreamcli"_s, {u"validate"_s, u"--no-net"_s, u"--pedantic"_s, u"--no-color"_s, file});
     EXPECT_EQ(result.exitCode, 0) << result.output.constData();
     EXPECT_FALSE(result.output.contains("W:") || result.output.contains("E:") || result.output.contains("I:"))
         << result.output.constData();
+}
+
+TEST(DesktopFiles, TheStorePageIsValidAndNamesNoMadeUpAddress)
+{
+    const Installation installation;
+    const QString path = u"/usr/share/metainfo/"_s + identifier + u".metainfo.xml"_s;
+    expectValidStorePage(installation.file(path));
     const QByteArray page = installation.content(path);
     EXPECT_TRUE(page.contains("<release version=\"" ORVESA_VERSION "\"")) << "the version has one place";
-    // Each picture that it shows is one of the tree.
+    EXPECT_EQ(page.contains("http"), !QByteArray(ORVESA_WEBSITE).isEmpty()) << page.constData();
+}
+
+TEST(DesktopFiles, TheStorePageOfAPublishedPackageShowsTheTreesPictures)
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(identifier + u".metainfo.xml"_s);
+    const auto make = [&file](const QString &website) {
+        return run(QStringLiteral(ORVESA_CMAKE),
+                   {u"-DORVESA_METAINFO="_s + file, u"-DORVESA_WEBSITE="_s + website,
+                    u"-DORVESA_NAME=Orvesa Translate"_s, u"-DORVESA_BUNDLE_IDENTIFIER="_s + identifier,
+                    u"-DORVESA_MAINTAINER_ADDRESS=someone@pages.example"_s, u"-DORVESA_RELEASE_DATE=2026-01-02"_s,
+                    u"-DPROJECT_VERSION=1.2.3"_s, u"-P"_s,
+                    QStringLiteral(ORVESA_SOURCE_FOLDER) + u"/packaging/metainfo.cmake"_s});
+    };
+    for (const QString &wrong : {u"http://pages.example"_s, u"https://pages.example/"_s, u"pages.example"_s}) {
+        EXPECT_NE(make(wrong).exitCode, 0) << wrong.toStdString();
+    }
+    const ToolResult made = make(u"https://pages.example/orvesa"_s);
+    ASSERT_EQ(made.exitCode, 0) << made.output.constData();
+    expectValidStorePage(file);
+    QFile written(file);
+    ASSERT_TRUE(written.open(QIODevice::ReadOnly));
+    const QString page = QString::fromUtf8(written.readAll());
+    EXPECT_TRUE(page.contains(u"<url type=\"homepage\">https://pages.example/orvesa</url>"_s)) << page.toStdString();
     QRegularExpressionMatchIterator images =
-        QRegularExpression(u"/images/([^<]+)</image>"_s).globalMatch(QString::fromUtf8(page));
+        QRegularExpression(u">https://pages.example/orvesa/images/([^<]+)</image>"_s).globalMatch(page);
     int count = 0;
     while (images.hasNext()) {
         const QString name = images.next().captured(1);
