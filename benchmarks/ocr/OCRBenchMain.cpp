@@ -23,13 +23,20 @@ int main(int argc, char *argv[])
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Measures text recognition on pictures and on a private desktop."_s);
     parser.addHelpOption();
-    parser.addOptions({alone, dump});
+    const QCommandLineOption folder(u"folder"_s, u"Measures the pictures of this folder and nothing else."_s,
+                                    u"FOLDER"_s);
+    parser.addOptions({alone, dump, folder});
     parser.process(application);
     QTextStream output(stdout);
     QElapsedTimer timer;
     timer.start();
     try {
         RecognitionFigures figures({.withEngineAlone = !parser.isSet(alone), .printErrors = parser.isSet(dump)});
+        if (parser.isSet(folder)) {
+            figures.measureFolder(parser.value(folder), parser.value(folder));
+            output << figures.takeReport();
+            return 0;
+        }
         figures.measureFolder(u"development"_s, QStringLiteral(ORVESA_OCR_FOLDER "/samples"));
         output << figures.takeReport() << Qt::flush;
         figures.measureRendered(QStringLiteral(ORVESA_OCR_FOLDER "/texts.json"));

@@ -1,5 +1,7 @@
 #include "ocr/SampleRenderer.h"
 
+#include "ocr/SampleLook.h"
+
 #include <QBuffer>
 #include <QFontMetricsF>
 #include <QPainter>
@@ -16,77 +18,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct Look {
-    QFont font;
-    QColor paper;
-    QColor ink;
-    QColor accent;
-    double scale = 1;
-};
-
-QStringList familiesFor(const SampleText &text)
-{
-    if (text.kind == "code"_L1 || text.kind == "term"_L1) {
-        return {u"DejaVu Sans Mono"_s, u"Liberation Mono"_s, u"Hack"_s};
-    }
-    if (text.language.endsWith("ja"_L1)) {
-        return {u"Noto Sans CJK JP"_s, u"IPAGothic"_s, u"VL Gothic"_s, u"Noto Serif CJK JP"_s, u"IPAPMincho"_s};
-    }
-    if (text.language.endsWith("zh"_L1)) {
-        return {u"Noto Sans CJK TC"_s, u"WenQuanYi Micro Hei"_s, u"Noto Serif CJK TC"_s, u"AR PL UMing TW"_s,
-                u"AR PL UKai TW"_s};
-    }
-    return {u"DejaVu Sans"_s, u"Liberation Sans"_s,  u"Noto Serif"_s,
-            u"Open Sans"_s,   u"Liberation Serif"_s, u"Cantarell"_s};
-}
-
-Look lookFor(const SampleText &text, int variant)
-{
-    static constexpr std::array sizes{14, 12, 16, 13, 18, 15, 11, 20};
-    static constexpr std::array scales{1.0, 2.0, 1.0, 1.5};
-    struct Colors {
-        QRgb paper, ink, accent;
-    };
-    static constexpr std::array<Colors, 6> colors{{{0xffffff, 0x1c1c1e, 0x3478f6},
-                                                   {0x1e1f26, 0xe6e6ec, 0x7b72f7},
-                                                   {0xf4f1ea, 0x3a322a, 0xb5512c},
-                                                   {0x0b2545, 0xdfe8f5, 0x2a9d8f},
-                                                   {0xe9ecef, 0x6c757d, 0x198754},
-                                                   {0x2b2b2b, 0x9a9a9a, 0xd97706}}};
-    const QStringList families = familiesFor(text);
-    const auto pick = [variant](std::size_t count, int factor) {
-        return static_cast<std::size_t>(variant * factor + variant / 3) % count;
-    };
-    Look look;
-    look.scale = text.kind == "vertical"_L1 ? 1.0 : scales[pick(scales.size(), 1)];
-    int pixels = sizes[pick(sizes.size(), 3)];
-    const bool isWide = !text.language.startsWith("en"_L1);
-    pixels = std::max(pixels, isWide ? 12 : 11);
-    if (text.kind == "vertical"_L1 || text.kind == "photo"_L1) {
-        pixels += 8;
-    }
-    const int dense = static_cast<int>(std::lround(pixels * look.scale));
-    look.font = QFont(families.at(static_cast<qsizetype>(pick(static_cast<std::size_t>(families.size()), 2))));
-    look.font.setPixelSize(dense);
-    look.font.setHintingPreference(variant % 2 == 0 ? QFont::PreferFullHinting : QFont::PreferNoHinting);
-    if (variant % 11 == 7 && look.scale < 1.1 && dense >= 12) {
-        look.font.setStyleStrategy(QFont::NoAntialias);
-    }
-    const Colors &chosen = colors[pick(colors.size(), 5)];
-    look.paper = QColor::fromRgb(chosen.paper);
-    look.ink = QColor::fromRgb(chosen.ink);
-    look.accent = QColor::fromRgb(chosen.accent);
-    return look;
-}
-
 /// A canvas with everything that the kinds of pictures share.
 class Page final {
 public:
-    explicit Page(const Look &look)
-        : m_look(look), m_metrics(look.font), m_image(4000, 2400, QImage::Format_RGB32), m_painter(&m_image),
+    explicit Page(const SampleLook &look)
+        : m_look(look), m_metrics(look.font), m_columns(look.smoothing == SampleLook::Smoothing::subpixel ? 3 : 1),
+          m_image(3000 * m_columns, 2400, QImage::Format_RGB32), m_painter(&m_image),
           m_lineHeight(std::ceil(m_metrics.height() * 1.2)), m_margin(std::ceil(m_metrics.height() * 0.7))
     {
         m_image.fill(look.paper);
+        m_painter.scale(m_columns, 1);
         m_painter.setFont(look.font);
         m_painter.setRenderHint(QPainter::Antialiasing);
         m_bottom = m_margin;
@@ -116,13 +57,38 @@ public:
     QImage finished()
     {
         m_painter.end();
-        return m_image.copy(0, 0, static_cast<int>(std::ceil(m_right + m_margin)),
-                            static_cast<int>(std::ceil(m_bottom + m_margin)));
+        const int width = static_cast<int>(std::ceil(m_right + m_margin));
+        const QImage page = m_image.copy(0, 0, width * m_columns, static_cast<int>(std::ceil(m_bottom + m_margin)));
+        return m_columns == 1 ? page : onSubpixels(page);
     }
 
 private:
-    const Look &m_look;
+    /// Three columns become the red, green and blue stripes of one pixel, each blurred a little against fringes.
+    static QImage onSubpixels(const QImage &page)
+    {
+        QImage result(page.width() / 3, page.height(), QImage::Format_RGB32);
+        for (int y = 0; y < page.height(); ++y) {
+            const auto *from = reinterpret_cast<const QRgb *>(page.constScanLine(y));
+            auto *to = reinterpret_cast<QRgb *>(result.scanLine(y));
+            const auto stripe = [&](int column, int (*channel)(QRgb)) {
+                static constexpr std::array weights{1, 2, 3, 2, 1};
+                int sum = 0;
+                for (int tap = 0; tap < 5; ++tap) {
+                    const int x = std::clamp(column + tap - 2, 0, page.width() - 1);
+                    sum += weights[static_cast<std::size_t>(tap)] * channel(from[x]);
+                }
+                return sum / 9;
+            };
+            for (int x = 0; x < result.width(); ++x) {
+                to[x] = qRgb(stripe(3 * x, qRed), stripe(3 * x + 1, qGreen), stripe(3 * x + 2, qBlue));
+            }
+        }
+        return result;
+    }
+
+    const SampleLook &m_look;
     QFontMetricsF m_metrics;
+    int m_columns; ///< drawn for each pixel
     QImage m_image;
     QPainter m_painter;
     double m_lineHeight;
@@ -131,7 +97,7 @@ private:
     double m_bottom = 0;
 };
 
-void drawLines(Page &page, const Look &look, const QStringList &lines)
+void drawLines(Page &page, const SampleLook &look, const QStringList &lines)
 {
     double y = page.margin();
     for (const QString &line : lines) {
@@ -140,7 +106,7 @@ void drawLines(Page &page, const Look &look, const QStringList &lines)
     }
 }
 
-void drawColumns(Page &page, const Look &look, const QStringList &lines, double gap, bool ruled)
+void drawColumns(Page &page, const SampleLook &look, const QStringList &lines, double gap, bool ruled)
 {
     std::vector<double> widths;
     for (const QString &line : lines) {
@@ -168,7 +134,7 @@ void drawColumns(Page &page, const Look &look, const QStringList &lines, double 
     }
 }
 
-void drawDialog(Page &page, const Look &look, const QStringList &lines)
+void drawDialog(Page &page, const SampleLook &look, const QStringList &lines)
 {
     double y = page.margin();
     for (qsizetype index = 0; index + 1 < lines.size(); ++index) {
@@ -189,7 +155,87 @@ void drawDialog(Page &page, const Look &look, const QStringList &lines)
     }
 }
 
-void drawVertical(Page &page, const Look &look, const QStringList &lines, bool marksAtCorner)
+/// A menu: entries with their shortcuts at the right, one of them under the pointer, lines between groups.
+void drawMenu(Page &page, const SampleLook &look, const QStringList &lines)
+{
+    double widest = 0;
+    for (const QString &line : lines) {
+        widest = std::max(widest, page.width(line.section(u'|', 0, 0)) + page.width(line.section(u'|', 1, 1)));
+    }
+    const double right = page.margin() + widest + 4 * page.em();
+    double y = page.margin();
+    for (qsizetype index = 0; index < lines.size(); ++index) {
+        const bool isUnderPointer = index == 1;
+        if (isUnderPointer) {
+            page.painter().fillRect(QRectF(page.margin() - 4, y - 2, right - page.margin() + 8, page.lineHeight()),
+                                    look.accent);
+        }
+        const QColor color = isUnderPointer ? QColor(Qt::white) : look.ink;
+        const QString keys = lines[index].section(u'|', 1, 1);
+        page.write(page.margin(), y, lines[index].section(u'|', 0, 0), color);
+        page.write(right - page.width(keys), y, keys, color);
+        y += page.lineHeight() * 1.15;
+        if (index % 3 == 2) {
+            page.painter().fillRect(QRectF(page.margin(), y, right - page.margin(), 1), look.accent);
+            y += page.em() * 0.5;
+        }
+    }
+}
+
+/// Settings: a box to tick or a label with its field.
+void drawForm(Page &page, const SampleLook &look, const QStringList &lines)
+{
+    double y = page.margin();
+    for (const QString &line : lines) {
+        const QString label = line.section(u'|', 0, 0);
+        const QString value = line.section(u'|', 1, 1);
+        const double side = std::round(page.em() * 0.9);
+        double x = page.margin();
+        page.painter().setPen(QPen(look.accent));
+        page.painter().setBrush(Qt::NoBrush);
+        if (value.isEmpty()) {
+            page.painter().drawRoundedRect(QRectF(x + 0.5, std::round(y + page.em() * 0.2) + 0.5, side, side), 2, 2);
+            x += side + page.em() * 0.6;
+        }
+        page.write(x, y, label, look.ink);
+        if (!value.isEmpty()) {
+            x += page.width(label) + page.em();
+            const QRectF frame(std::round(x) + 0.5, std::round(y - page.em() * 0.3) + 0.5,
+                               page.width(value) + page.em(), page.lineHeight() + page.em() * 0.4);
+            page.painter().setPen(QPen(look.accent));
+            page.painter().drawRoundedRect(frame, 4, 4);
+            page.extend(frame.right(), frame.bottom());
+            page.write(x + page.em() * 0.5, y, value, look.ink);
+        }
+        y += page.lineHeight() * 1.6;
+    }
+}
+
+/// A conversation: bubbles at the left and, coloured, at the right.
+void drawChat(Page &page, const SampleLook &look, const QStringList &lines)
+{
+    double widest = 0;
+    for (const QString &line : lines) {
+        widest = std::max(widest, page.width(line));
+    }
+    const double right = page.margin() + widest + 4 * page.em();
+    double y = page.margin();
+    for (qsizetype index = 0; index < lines.size(); ++index) {
+        const bool isOwn = index % 2 == 1;
+        const double width = page.width(lines[index]) + page.em() * 1.2;
+        const QRectF bubble(isOwn ? right - width : page.margin(), y, width, page.lineHeight() + page.em() * 0.5);
+        page.painter().setPen(Qt::NoPen);
+        page.painter().setBrush(
+            isOwn ? look.accent : (look.paper.lightness() > 128 ? look.paper.darker(108) : look.paper.lighter(160)));
+        page.painter().drawRoundedRect(bubble, page.em() * 0.6, page.em() * 0.6);
+        page.write(bubble.left() + page.em() * 0.6, y + page.em() * 0.25, lines[index],
+                   isOwn ? QColor(Qt::white) : look.ink);
+        page.extend(bubble.right(), bubble.bottom());
+        y = bubble.bottom() + page.em() * 0.7;
+    }
+}
+
+void drawVertical(Page &page, const SampleLook &look, const QStringList &lines, bool marksAtCorner)
 {
     const double step = page.em() * 1.05;
     double x = page.margin() + page.em() * 1.7 * static_cast<double>(lines.size() - 1);
@@ -248,16 +294,16 @@ QString referenceOf(const SampleText &text)
         }
         return (left + right).join(u'\n');
     }
-    const bool hasCells = text.kind == "table"_L1 || text.kind == "dialog"_L1;
+    const bool hasCells =
+        text.kind == "table"_L1 || text.kind == "dialog"_L1 || text.kind == "menu"_L1 || text.kind == "form"_L1;
     QString reference = text.lines.join(u'\n');
     return hasCells ? reference.replace(u'|', u' ') : reference;
 }
 
 } // namespace
 
-RenderedSample renderSample(const SampleText &text, int variant)
+RenderedSample renderSample(const SampleText &text, const SampleLook &look, int variant)
 {
-    const Look look = lookFor(text, variant);
     Page page(look);
     if (text.kind == "table"_L1) {
         drawColumns(page, look, text.lines, 2 * page.em(), variant % 2 == 0);
@@ -265,6 +311,12 @@ RenderedSample renderSample(const SampleText &text, int variant)
         drawColumns(page, look, text.lines, 3 * page.em(), false);
     } else if (text.kind == "dialog"_L1) {
         drawDialog(page, look, text.lines);
+    } else if (text.kind == "menu"_L1) {
+        drawMenu(page, look, text.lines);
+    } else if (text.kind == "form"_L1) {
+        drawForm(page, look, text.lines);
+    } else if (text.kind == "chat"_L1) {
+        drawChat(page, look, text.lines);
     } else if (text.kind == "vertical"_L1) {
         drawVertical(page, look, text.lines, text.language == "vja"_L1);
     } else {

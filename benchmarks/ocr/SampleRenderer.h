@@ -1,10 +1,9 @@
 #pragma once
 
-// Draws pictures of text as they come up on screens: fonts, sizes, densities and colours change from one to the next by
-// a fixed order, so that every run draws the same ones. Needs a QGuiApplication; main thread.
+// Draws pictures of text as they come up on screens. Needs a QGuiApplication; main thread.
 
-#include <QColor>
-#include <QFont>
+#include "ocr/SampleLook.h"
+
 #include <QImage>
 #include <QString>
 #include <QStringList>
@@ -13,7 +12,7 @@ namespace orvesa::benchmark {
 
 struct SampleText {
     QString language; ///< en, ja, zh, mixja, mixzh, vja, vzh
-    QString kind;     ///< para, label, code, term, lines, table, dialog, 2col, vertical, photo
+    QString kind;     ///< para, label, code, term, lines, table, dialog, menu, form, chat, 2col, vertical, photo
     QStringList lines;
 };
 
@@ -26,7 +25,7 @@ struct RenderedSample {
     bool dark = false;
 };
 
-/// `variant` picks looks: the same text in other variants looks otherwise.
-[[nodiscard]] RenderedSample renderSample(const SampleText &text, int variant);
+/// `variant` turns and grains what is drawn as a photograph.
+[[nodiscard]] RenderedSample renderSample(const SampleText &text, const SampleLook &look, int variant);
 
 } // namespace orvesa::benchmark
