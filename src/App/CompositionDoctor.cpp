@@ -1,14 +1,12 @@
 #include "App/CompositionDoctor.h"
 
 #include "AI/ServiceReach.h"
-#include "App/AutostartCommand.h"
 #include "App/BuildCommit.h"
 #include "App/BuildIdentity.h"
 #include "App/DoctorCommand.h"
 #include "App/Services.h"
 #include "Platform/linux/LinuxDesktop.h"
 #include "Platform/linux/LinuxDesktopInspection.h"
-#include "Platform/linux/XDGAutostart.h"
 
 #include <QCoreApplication>
 #include <QProcessEnvironment>
@@ -25,12 +23,12 @@ QString text(std::u16string_view view)
     return QStringView(view).toString();
 }
 
+} // namespace
+
 XDGAutostart autostartEntry()
 {
     return {text(BuildIdentity::bundleIdentifier), text(BuildIdentity::name), QCoreApplication::applicationFilePath()};
 }
-
-} // namespace
 
 QCoro::Task<ExitCode> doctor(LinuxDesktop &desktop, Services &services, CommandLine::Doctor request)
 {
@@ -44,12 +42,6 @@ QCoro::Task<ExitCode> doctor(LinuxDesktop &desktop, Services &services, CommandL
         reach};
     const DoctorCommand command(collaborators, text(BuildIdentity::bundleIdentifier), versionText());
     co_return co_await command.run(request);
-}
-
-ExitCode autostart(CommandLine::Autostart request)
-{
-    XDGAutostart entry = autostartEntry();
-    return AutostartCommand(entry).run(request);
 }
 
 } // namespace orvesa::Composition

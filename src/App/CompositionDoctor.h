@@ -1,8 +1,10 @@
 #pragma once
 
-// The composition of the commands that look at the desktop: the page for bug reports, and the start at login.
+// The composition of the command that looks at the desktop for a bug report, and the program's place among those that
+// start at login.
 
 #include "App/CommandLine.h"
+#include "Platform/linux/XDGAutostart.h"
 
 #include <QCoroTask>
 
@@ -16,7 +18,7 @@ namespace Composition {
 /// Both must outlive the task.
 [[nodiscard]] QCoro::Task<CommandLine::ExitCode> doctor(LinuxDesktop &desktop, Services &services,
                                                         CommandLine::Doctor request);
-[[nodiscard]] CommandLine::ExitCode autostart(CommandLine::Autostart request);
+[[nodiscard]] XDGAutostart autostartEntry();
 
 } // namespace Composition
 

@@ -1,25 +1,18 @@
 #include "App/CompositionPerform.h"
 
 #include "App/BuildIdentity.h"
-#include "App/StandardStreams.h"
+#include "App/PerformCommand.h"
 #include "Platform/linux/DBusSingleInstance.h"
 
 #include <QCoreApplication>
 
 namespace orvesa::Composition {
 
-using namespace Qt::StringLiterals;
-using CommandLine::ExitCode;
-
-ExitCode perform(int &argc, char **argv, const QString &action)
+CommandLine::ExitCode perform(int &argc, char **argv, const QString &action)
 {
     const QCoreApplication application(argc, argv);
     DBusSingleInstance instance;
-    if (instance.ask(QStringView(BuildIdentity::bundleIdentifier).toString(), action)) {
-        return ExitCode::success;
-    }
-    StandardStreams::writeError(u"The utility does not run in this session."_s);
-    return ExitCode::failure;
+    return PerformCommand(instance, QStringView(BuildIdentity::bundleIdentifier).toString()).run(action);
 }
 
 } // namespace orvesa::Composition

@@ -1,13 +1,15 @@
 #include "App/SecretInput.h"
 
+#include "App/QuietTerminal.h"
 #include "Platform/SecretBuffer.h"
 
 #include <QStringDecoder>
 
 #include <cerrno>
 #include <cstdio>
+#include <utility>
 
-#include <termios.h>
+#include <signal.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -17,56 +19,78 @@ namespace orvesa::SecretInput {
 namespace {
 
 constexpr qsizetype most = 64 << 10;
-constexpr char interrupt = 3;
 
-/// Keeps the terminal from showing what is typed. Its keys for signals arrive as characters, so that no interruption
-/// leaves it like that.
-class QuietTerminal final {
-public:
-    QuietTerminal()
-    {
-        m_isTerminal = ::tcgetattr(STDIN_FILENO, &m_usual) == 0;
-        termios quiet = m_usual;
-        quiet.c_lflag &= ~static_cast<tcflag_t>(ECHO | ISIG);
-        if (m_isTerminal) {
-            ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &quiet);
-        }
+enum class Step { more, done, failed };
+
+/// Takes one more byte from standard input.
+Step readByte(QByteArray &bytes, std::optional<char> last)
+{
+    char character = 0;
+    ssize_t count = 0;
+    do {
+        count = ::read(STDIN_FILENO, &character, 1);
+    } while (count < 0 && errno == EINTR);
+    if (count < 0 || (count == 1 && bytes.size() == most)) {
+        return Step::failed;
     }
-    ~QuietTerminal()
-    {
-        if (m_isTerminal) {
-            ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &m_usual);
-            std::fputs("\n", stderr);
-        }
+    if (count == 0 || character == last) {
+        return Step::done;
     }
-    Q_DISABLE_COPY_MOVE(QuietTerminal)
+    bytes.append(character);
+    return Step::more;
+}
 
-private:
-    termios m_usual{};
-    bool m_isTerminal = false;
-};
+std::optional<QByteArray> result(Step step, QByteArray &bytes)
+{
+    if (step == Step::failed) {
+        clearSecret(bytes);
+        return std::nullopt;
+    }
+    return std::move(bytes);
+}
 
-enum class Until { lineBreak, end };
-
-std::optional<QByteArray> readBytes(Until until)
+std::optional<QByteArray> readAll()
 {
     QByteArray bytes;
     bytes.reserve(most); // never moved, so that no copy stays behind
-    char character = 0;
+    Step step = Step::more;
+    while (step == Step::more) {
+        step = readByte(bytes, std::nullopt);
+    }
+    return result(step, bytes);
+}
+
+struct TypedLine {
+    std::optional<QByteArray> bytes;
+    int signal = 0; ///< that came in place of its end
+};
+
+TypedLine askOnce(const QString &question)
+{
+    QuietTerminal terminal;
+    std::fputs(qUtf8Printable(question), stderr);
+    QByteArray bytes;
+    bytes.reserve(most);
+    Step step = Step::more;
+    while (step == Step::more) {
+        const bool isSignal = terminal.awaitEvent() == QuietTerminal::Event::signal;
+        step = isSignal ? Step::failed : readByte(bytes, '\n');
+    }
+    return {result(step, bytes), terminal.signal()};
+}
+
+std::optional<QByteArray> ask(const QString &question)
+{
     for (;;) {
-        const ssize_t count = ::read(STDIN_FILENO, &character, 1);
-        if (count < 0 && errno == EINTR) {
-            continue;
+        TypedLine line = askOnce(question);
+        if (line.signal == 0) {
+            return std::move(line.bytes);
         }
-        if (count == 0 || (count == 1 && until == Until::lineBreak && character == '\n')) {
-            return bytes;
-        }
-        const bool isInterrupted = until == Until::lineBreak && character == interrupt;
-        if (count < 0 || isInterrupted || bytes.size() == most) {
-            clearSecret(bytes);
+        // It does now what it always does, with the terminal as it was. A stopped program goes on behind this line.
+        ::raise(line.signal);
+        if (line.signal != SIGTSTP) {
             return std::nullopt;
         }
-        bytes.append(character);
     }
 }
 
@@ -74,14 +98,7 @@ std::optional<QByteArray> readBytes(Until until)
 
 std::optional<QString> read(const QString &question)
 {
-    std::optional<QByteArray> bytes;
-    if (::isatty(STDIN_FILENO) == 1) {
-        std::fputs(qUtf8Printable(question), stderr);
-        const QuietTerminal quiet;
-        bytes = readBytes(Until::lineBreak);
-    } else {
-        bytes = readBytes(Until::end);
-    }
+    std::optional<QByteArray> bytes = ::isatty(STDIN_FILENO) == 1 ? ask(question) : readAll();
     if (!bytes) {
         return std::nullopt;
     }

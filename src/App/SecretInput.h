@@ -10,7 +10,7 @@
 namespace orvesa::SecretInput {
 
 /// `question` is written to standard error where somebody sits at a terminal. Nothing when the input cannot be read, is
-/// not UTF-8, is longer than 64 KiB, or was interrupted.
+/// not UTF-8, or is longer than 64 KiB. A signal that ends or stops the program finds the terminal as it was.
 [[nodiscard]] std::optional<QString> read(const QString &question);
 
 } // namespace orvesa::SecretInput

@@ -47,6 +47,9 @@ public:
     [[nodiscard]] virtual QCoro::Task<qint32> remove(KeyStoreQuery query) = 0;
     /// Opens the connection ahead of the first use, so that the first request does not pay for it. Never prompts.
     virtual void warmUp() {}
+    /// Ends what is under way, and everything that is asked from now on, with userCanceled. Those who wait hear of it
+    /// before this returns.
+    virtual void close() = 0;
 };
 
 } // namespace orvesa

@@ -11,4 +11,11 @@ TEST(FakeKeyStoreContract, IsKept)
     tests::expectKeyStoreContract(store, tests::Secrets::bytes);
 }
 
+TEST(FakeKeyStoreContract, IsKeptWhenItIsClosed)
+{
+    FakeKeyStore store;
+    store.gate().close();
+    tests::expectKeyStoreClosingContract(store);
+}
+
 } // namespace orvesa

@@ -99,4 +99,23 @@ void expectKeyStoreContract(KeyStorePort &store, Secrets secrets)
     contract.hasNothing(xAI);
 }
 
+void expectKeyStoreClosingContract(KeyStorePort &store)
+{
+    auto reading = store.copyMatching(openAI);
+    auto writing = store.update(openAI, "sk");
+    EXPECT_FALSE(reading.isReady());
+    EXPECT_FALSE(writing.isReady());
+    store.close();
+    EXPECT_TRUE(reading.isReady()) << "whoever waits hears of it before those whom it touches are gone";
+    EXPECT_TRUE(writing.isReady());
+    EXPECT_EQ(awaited(std::move(reading)).status, KeyStoreStatus::userCanceled);
+    EXPECT_EQ(awaited(std::move(writing)), KeyStoreStatus::userCanceled);
+
+    EXPECT_EQ(awaited(store.copyMatching(openAI)).status, KeyStoreStatus::userCanceled);
+    EXPECT_EQ(awaited(store.update(openAI, "sk")), KeyStoreStatus::userCanceled);
+    EXPECT_EQ(awaited(store.add(openAI, "sk")), KeyStoreStatus::userCanceled);
+    EXPECT_EQ(awaited(store.remove(openAI)), KeyStoreStatus::userCanceled);
+    store.close();
+}
+
 } // namespace orvesa::tests

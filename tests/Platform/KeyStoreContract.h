@@ -14,4 +14,8 @@ enum class Secrets {
 /// Expects the whole contract of an empty store, and leaves it empty.
 void expectKeyStoreContract(KeyStorePort &store, Secrets secrets);
 
+/// Expects that closing ends what is under way at once, and refuses everything afterwards. The store must be kept from
+/// answering: by an unanswered question to the user, for example.
+void expectKeyStoreClosingContract(KeyStorePort &store);
+
 } // namespace orvesa::tests

@@ -2,6 +2,7 @@
 // meanwhile, which is to go on.
 
 #include "Platform/AdoptedDesktop.h"
+#include "Platform/KeyStoreContract.h"
 #include "Platform/linux/SecretServiceKeyStore.h"
 #include "desktop/BusClient.h"
 #include "fakes/Awaited.h"
@@ -264,6 +265,16 @@ TEST_F(SecretServiceTrouble, EndsAtOnceWhenTheStoreIsKilledWhileItIsAsked)
     keyring.kill();
     EXPECT_EQ(copying.result().status, KeyStoreStatus::notAvailable);
     EXPECT_LT(timer.elapsed(), 2000);
+}
+
+TEST_F(SecretServiceTrouble, KeepsTheContractWhenItIsClosedWhileTheStoreHangs)
+{
+    desktop::Process &keyring = startKeyring(Start::unlocked);
+    SecretServiceKeyStore store(u"Orvesa Translate"_s);
+    ASSERT_EQ(awaited(store.add(query, "sk")), KeyStoreStatus::success);
+    keyring.freeze();
+    tests::expectKeyStoreClosingContract(store);
+    keyring.thaw();
 }
 
 TEST_F(SecretServiceTrouble, FindsAStoreThatCameBack)

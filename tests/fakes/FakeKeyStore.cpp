@@ -6,8 +6,8 @@ QCoro::Task<KeyStoreCopyResult> FakeKeyStore::copyMatching(KeyStoreQuery query)
 {
     const std::optional<qint32> scripted = begin(Operation::copyMatching, query);
     co_await m_gate.passed();
-    if (scripted) {
-        co_return KeyStoreCopyResult{*scripted, {}};
+    if (const auto status = refusal(scripted)) {
+        co_return KeyStoreCopyResult{*status, {}};
     }
     const auto found = m_items.find({query.service, query.account});
     if (found == m_items.end()) {
@@ -20,8 +20,8 @@ QCoro::Task<qint32> FakeKeyStore::update(KeyStoreQuery query, QByteArray data)
 {
     const std::optional<qint32> scripted = begin(Operation::update, query);
     co_await m_gate.passed();
-    if (scripted) {
-        co_return *scripted;
+    if (const auto status = refusal(scripted)) {
+        co_return *status;
     }
     const auto found = m_items.find({query.service, query.account});
     if (found == m_items.end()) {
@@ -35,8 +35,8 @@ QCoro::Task<qint32> FakeKeyStore::add(KeyStoreQuery query, QByteArray data)
 {
     const std::optional<qint32> scripted = begin(Operation::add, query);
     co_await m_gate.passed();
-    if (scripted) {
-        co_return *scripted;
+    if (const auto status = refusal(scripted)) {
+        co_return *status;
     }
     const bool added = m_items.try_emplace({query.service, query.account}, data).second;
     co_return added ? KeyStoreStatus::success : duplicateItem;
@@ -46,11 +46,17 @@ QCoro::Task<qint32> FakeKeyStore::remove(KeyStoreQuery query)
 {
     const std::optional<qint32> scripted = begin(Operation::remove, query);
     co_await m_gate.passed();
-    if (scripted) {
-        co_return *scripted;
+    if (const auto status = refusal(scripted)) {
+        co_return *status;
     }
     const bool removed = m_items.erase({query.service, query.account}) != 0;
     co_return removed ? KeyStoreStatus::success : KeyStoreStatus::itemNotFound;
+}
+
+void FakeKeyStore::close()
+{
+    m_isClosed = true;
+    m_gate.open();
 }
 
 void FakeKeyStore::setStatus(Operation operation, std::optional<qint32> status)
@@ -78,6 +84,11 @@ std::optional<qint32> FakeKeyStore::begin(Operation operation, const KeyStoreQue
     m_calls.push_back({operation, query.service, query.account});
     const auto found = m_statuses.find(operation);
     return found == m_statuses.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<qint32> FakeKeyStore::refusal(std::optional<qint32> scripted) const
+{
+    return m_isClosed ? KeyStoreStatus::userCanceled : scripted;
 }
 
 } // namespace orvesa

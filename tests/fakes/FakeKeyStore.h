@@ -29,6 +29,8 @@ public:
     [[nodiscard]] QCoro::Task<qint32> add(KeyStoreQuery query, QByteArray data) override;
     [[nodiscard]] QCoro::Task<qint32> remove(KeyStoreQuery query) override;
     void warmUp() override { ++m_warmUps; }
+    /// Opens the gate, too.
+    void close() override;
 
     /// Every later call of the operation ends with this status and does nothing; no value restores ordinary behaviour.
     void setStatus(Operation operation, std::optional<qint32> status);
@@ -47,12 +49,15 @@ private:
 
     /// Notes the call; gives the scripted status if there is one.
     [[nodiscard]] std::optional<qint32> begin(Operation operation, const KeyStoreQuery &query);
+    /// What the call ends with without having done anything, if it does.
+    [[nodiscard]] std::optional<qint32> refusal(std::optional<qint32> scripted) const;
 
     std::map<Identity, QByteArray> m_items;
     std::map<Operation, qint32> m_statuses;
     std::vector<Call> m_calls;
     Gate m_gate;
     int m_warmUps = 0;
+    bool m_isClosed = false;
 };
 
 } // namespace orvesa

@@ -21,6 +21,16 @@ const KeyStoreQuery query{u"com.example.test"_s, u"openai_api_key"_s};
 
 class SecurityKeyStoreTest : public tests::RecorderTest {
 protected:
+    /// Calls that nobody waits for any more end by themselves; what they hold goes with them.
+    static void awaitEndOfThreads()
+    {
+        QElapsedTimer elapsed;
+        elapsed.start();
+        while (recorders::liveObjects() != 0 && elapsed.elapsed() < 5000) {
+            std::this_thread::yield();
+        }
+    }
+
     recorders::Keychain m_keychain;
 };
 
@@ -30,6 +40,16 @@ TEST_F(SecurityKeyStoreTest, KeepsTheContract)
 {
     SecurityKeyStore store;
     tests::expectKeyStoreContract(store, tests::Secrets::bytes);
+}
+
+TEST_F(SecurityKeyStoreTest, KeepsTheContractWhenItIsClosed)
+{
+    m_keychain.hold();
+    SecurityKeyStore store;
+    tests::expectKeyStoreClosingContract(store);
+    m_keychain.let();
+    awaitEndOfThreads();
+    EXPECT_EQ(recorders::calls().size(), 2U) << "a closed store asks for nothing";
 }
 
 TEST_F(SecurityKeyStoreTest, AsksWithTheseAttributesAndNoOthers)
@@ -77,12 +97,7 @@ TEST_F(SecurityKeyStoreTest, EndsAfterItsBound)
     EXPECT_EQ(awaited(store.copyMatching(query)).status, KeyStoreStatus::interactionNotAllowed);
     EXPECT_EQ(awaited(store.remove(query)), KeyStoreStatus::interactionNotAllowed);
     m_keychain.let();
-    // The two calls that nobody waits for any more end by themselves; what they hold goes with them.
-    QElapsedTimer elapsed;
-    elapsed.start();
-    while (recorders::liveObjects() != 0 && elapsed.elapsed() < 5000) {
-        std::this_thread::yield();
-    }
+    awaitEndOfThreads();
 }
 
 TEST_F(SecurityKeyStoreTest, CarriesAnEarlierKeyForward)

@@ -149,11 +149,6 @@ PanelWindowPort &LinuxDesktop::panelWindow()
     return m_adapters->panelWindow;
 }
 
-void LinuxDesktop::endPending()
-{
-    m_adapters->keyStore.close();
-}
-
 void LinuxDesktop::warmUp()
 {
     m_adapters->keyStore.warmUp();

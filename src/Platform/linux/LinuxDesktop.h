@@ -52,8 +52,6 @@ public:
 
     /// Connects to the buses ahead of the first shortcut. For an idle moment after the start.
     void warmUp();
-    /// Ends what waits for another program, while everything that its end touches is still there.
-    void endPending();
 
 private:
     struct Adapters;

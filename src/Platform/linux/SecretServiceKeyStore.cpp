@@ -98,7 +98,7 @@ SecretServiceKeyStore::SecretServiceKeyStore(QString productName, SecretServiceB
 
 SecretServiceKeyStore::~SecretServiceKeyStore()
 {
-    close();
+    SecretServiceKeyStore::close();
 }
 
 void SecretServiceKeyStore::close()

@@ -29,9 +29,6 @@ public:
     explicit SecretServiceKeyStore(QString productName, SecretServiceBounds bounds = {});
     ~SecretServiceKeyStore() override;
 
-    /// Ends what is under way, and everything that is asked from now on, with userCanceled. Those who wait hear of it
-    /// before this returns.
-    void close();
     Q_DISABLE_COPY_MOVE(SecretServiceKeyStore)
 
     [[nodiscard]] QCoro::Task<KeyStoreCopyResult> copyMatching(KeyStoreQuery query) override;
@@ -39,6 +36,7 @@ public:
     [[nodiscard]] QCoro::Task<qint32> add(KeyStoreQuery query, QByteArray data) override;
     [[nodiscard]] QCoro::Task<qint32> remove(KeyStoreQuery query) override;
     void warmUp() override;
+    void close() override;
 
 private:
     std::shared_ptr<SecretServiceSession> m_session;

@@ -6,6 +6,7 @@
 
 #include <Security/Security.h>
 
+#include <optional>
 #include <utility>
 
 namespace orvesa {
@@ -80,11 +81,25 @@ qint32 deleteItem(const KeyStoreQuery &query)
 
 SecurityKeyStore::SecurityKeyStore(std::chrono::milliseconds bound) : m_bound(bound) {}
 
+SecurityKeyStore::~SecurityKeyStore()
+{
+    SecurityKeyStore::close();
+}
+
+void SecurityKeyStore::close()
+{
+    m_closing.request_stop();
+}
+
 QCoro::Task<KeyStoreCopyResult> SecurityKeyStore::copyMatching(KeyStoreQuery query)
 {
-    KeyStoreCopyResult unanswered{.status = KeyStoreStatus::interactionNotAllowed, .data = {}};
     std::function<KeyStoreCopyResult()> call = [query] { return copyItem(query); };
-    return callInBackground(std::move(call), m_bound, std::move(unanswered));
+    const std::stop_token closing = m_closing.get_token();
+    std::optional<KeyStoreCopyResult> answer = co_await callInBackground(std::move(call), m_bound, closing);
+    if (!answer) {
+        answer = KeyStoreCopyResult{.status = unanswered(), .data = {}};
+    }
+    co_return std::move(*answer);
 }
 
 QCoro::Task<qint32> SecurityKeyStore::update(KeyStoreQuery query, QByteArray data)
@@ -110,7 +125,14 @@ QCoro::Task<qint32> SecurityKeyStore::remove(KeyStoreQuery query)
 
 QCoro::Task<qint32> SecurityKeyStore::status(std::function<qint32()> call)
 {
-    return callInBackground(std::move(call), m_bound, KeyStoreStatus::interactionNotAllowed);
+    const std::stop_token closing = m_closing.get_token();
+    const std::optional<qint32> answer = co_await callInBackground(std::move(call), m_bound, closing);
+    co_return answer ? *answer : unanswered();
+}
+
+qint32 SecurityKeyStore::unanswered() const
+{
+    return m_closing.stop_requested() ? KeyStoreStatus::userCanceled : KeyStoreStatus::interactionNotAllowed;
 }
 
 } // namespace orvesa

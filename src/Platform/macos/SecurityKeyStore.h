@@ -9,6 +9,8 @@
 #include "Platform/KeyStorePort.h"
 
 #include <chrono>
+#include <functional>
+#include <stop_token>
 
 namespace orvesa {
 
@@ -18,16 +20,22 @@ public:
     static constexpr std::chrono::milliseconds defaultBound = std::chrono::minutes(2);
 
     explicit SecurityKeyStore(std::chrono::milliseconds bound = defaultBound);
+    ~SecurityKeyStore() override;
+    Q_DISABLE_COPY_MOVE(SecurityKeyStore)
 
     [[nodiscard]] QCoro::Task<KeyStoreCopyResult> copyMatching(KeyStoreQuery query) override;
     [[nodiscard]] QCoro::Task<qint32> update(KeyStoreQuery query, QByteArray data) override;
     [[nodiscard]] QCoro::Task<qint32> add(KeyStoreQuery query, QByteArray data) override;
     [[nodiscard]] QCoro::Task<qint32> remove(KeyStoreQuery query) override;
+    void close() override;
 
 private:
     [[nodiscard]] QCoro::Task<qint32> status(std::function<qint32()> call);
+    /// The status of a call that nobody waits for any more.
+    [[nodiscard]] qint32 unanswered() const;
 
     std::chrono::milliseconds m_bound;
+    std::stop_source m_closing;
 };
 
 } // namespace orvesa

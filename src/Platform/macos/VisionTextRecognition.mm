@@ -68,12 +68,15 @@ std::optional<QStringList> perform(const Recognition &recognition, const QString
 QCoro::Task<std::optional<QStringList>> VisionTextRecognition::recognize(QString imagePath, std::stop_token stop)
 {
     const std::shared_ptr<Recognition> recognition = makeRecognition();
-    const std::stop_callback end(stop, [recognition] { [recognition->request cancel]; });
     std::function<std::optional<QStringList>()> call = [recognition, imagePath] {
         return perform(*recognition, imagePath);
     };
-    std::optional<QStringList> lines = co_await callInBackground(std::move(call), bound, std::optional<QStringList>());
-    co_return stop.stop_requested() ? std::nullopt : std::move(lines);
+    std::optional<std::optional<QStringList>> lines = co_await callInBackground(std::move(call), bound, std::move(stop));
+    if (!lines) {
+        [recognition->request cancel]; // which ends the thread soon
+        co_return std::nullopt;
+    }
+    co_return std::move(*lines);
 }
 
 } // namespace orvesa
