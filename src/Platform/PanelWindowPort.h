@@ -2,6 +2,7 @@
 
 // What makes a top-level window a floating panel that never activates its application. Main thread.
 
+#include <QPoint>
 #include <QRect>
 
 QT_FORWARD_DECLARE_CLASS(QObject)
@@ -23,6 +24,15 @@ public:
     virtual bool orderFront(QWindow &window)
     {
         Q_UNUSED(window)
+        return false;
+    }
+
+    /// Has the desktop move the window with the pointer until the button comes up, from where the button went down
+    /// (device-independent pixels, whole desktop). False where Qt's way does that.
+    virtual bool startMove(QWindow &window, QPoint pressed)
+    {
+        Q_UNUSED(window)
+        Q_UNUSED(pressed)
         return false;
     }
 

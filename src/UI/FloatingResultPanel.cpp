@@ -70,6 +70,13 @@ void FloatingResultPanel::orderFrontRegardless()
     }
 }
 
+void FloatingResultPanel::moveWindow(QPoint pressed)
+{
+    if (!m_port.startMove(*windowHandle(), pressed)) {
+        WindowDragArea::moveWindow(pressed);
+    }
+}
+
 void FloatingResultPanel::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {

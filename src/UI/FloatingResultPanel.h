@@ -30,6 +30,7 @@ public:
     void orderFrontRegardless();
 
 protected:
+    void moveWindow(QPoint pressed) override;
     void keyPressEvent(QKeyEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 

@@ -3,6 +3,8 @@
 #include <QMouseEvent>
 #include <QWindow>
 
+#include <utility>
+
 namespace orvesa {
 
 void WindowDragArea::mousePressEvent(QMouseEvent *event)
@@ -11,29 +13,37 @@ void WindowDragArea::mousePressEvent(QMouseEvent *event)
         QWidget::mousePressEvent(event);
         return;
     }
-    m_isPressed = true;
+    m_pressed = event->globalPosition().toPoint();
     event->accept();
 }
 
 void WindowDragArea::mouseMoveEvent(QMouseEvent *event)
 {
     // Only now: a window manager that learns of a drag after a quick click's release would go on dragging.
-    if (!m_isPressed) {
+    if (!m_pressed) {
         QWidget::mouseMoveEvent(event);
         return;
     }
-    // The window manager moves the window, so that it also snaps, crosses screens and obeys the desktop's own rules. It
-    // starts from where the pointer is now, a pixel or two from where the button went down.
-    m_isPressed = false;
+    // The window manager moves the window, so that it also snaps, crosses screens and obeys the desktop's own rules.
+    event->accept();
+    const QPoint pressed = *std::exchange(m_pressed, std::nullopt);
+    if (auto *whole = qobject_cast<WindowDragArea *>(window())) {
+        whole->moveWindow(pressed);
+    } else {
+        moveWindow(pressed);
+    }
+}
+
+void WindowDragArea::moveWindow(QPoint)
+{
     if (QWindow *handle = window()->windowHandle()) {
         handle->startSystemMove();
     }
-    event->accept();
 }
 
 void WindowDragArea::mouseReleaseEvent(QMouseEvent *event)
 {
-    m_isPressed = false;
+    m_pressed.reset();
     QWidget::mouseReleaseEvent(event);
 }
 

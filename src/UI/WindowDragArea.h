@@ -2,7 +2,10 @@
 
 // A widget by which the user drags the window that it is in. It draws nothing.
 
+#include <QPoint>
 #include <QWidget>
+
+#include <optional>
 
 namespace orvesa {
 
@@ -13,12 +16,16 @@ public:
     using QWidget::QWidget;
 
 protected:
+    /// Has the whole window follow the pointer, from where the button went down (device-independent pixels, whole
+    /// desktop). Called for the window by every area in it.
+    virtual void moveWindow(QPoint pressed);
+
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
-    bool m_isPressed = false; ///< and not moved since
+    std::optional<QPoint> m_pressed; ///< and not moved since
 };
 
 } // namespace orvesa

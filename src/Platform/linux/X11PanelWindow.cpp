@@ -4,8 +4,10 @@
 #include "Platform/linux/X11Struts.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QEvent>
 #include <QGuiApplication>
+#include <QMouseEvent>
 #include <QScreen>
 #include <QWindow>
 
@@ -158,7 +160,9 @@ bool X11PanelWindow::eventFilter(QObject *watched, QEvent *event)
         writeProperties(m_connection, *window);
     } else if (window != nullptr && event->type() == QEvent::Expose && m_appearing == window && window->isExposed()) {
         m_appearing = nullptr;
-        repeatStates(m_connection, *window);
+        // Behind the first painting, which this event leads to.
+        QMetaObject::invokeMethod(
+            window, [this, window] { repeatStates(m_connection, *window); }, Qt::QueuedConnection);
     }
     return QObject::eventFilter(watched, event);
 }
@@ -177,6 +181,36 @@ bool X11PanelWindow::orderFront(QWindow &window)
                      {fromPager, XCB_WINDOW_NONE, XCB_STACK_MODE_ABOVE, 0});
     stayAboveFullScreen(m_connection, connection, id);
     xcb_flush(connection);
+    return true;
+}
+
+bool X11PanelWindow::startMove(QWindow &window, QPoint pressed)
+{
+    xcb_connection_t *const connection = qtConnection();
+    const QScreen *const screen = window.screen();
+    if (connection == nullptr || screen == nullptr || !m_connection.isValid()) {
+        return false;
+    }
+    constexpr quint32 mostAtoms = 1024;
+    const xcb_atom_t moveResize = m_connection.atom("_NET_WM_MOVERESIZE");
+    const auto supported = m_connection.property(m_connection.root(), "_NET_SUPPORTED", mostAtoms);
+    if (std::ranges::find(supported, moveResize) == supported.end()) {
+        return false;
+    }
+    // Qt would name the place where the pointer is by now, and the window would trail behind it by that much.
+    constexpr quint32 moveByPointer = 8;
+    const QPoint origin = screen->geometry().topLeft();
+    const QPoint native = origin + (QPointF(pressed - origin) * screen->devicePixelRatio()).toPoint();
+    xcb_ungrab_pointer(connection, XCB_CURRENT_TIME); // Qt's, which the window manager's could not follow
+    askWindowManager(
+        connection, m_connection.root(), static_cast<xcb_window_t>(window.winId()), moveResize,
+        {static_cast<quint32>(native.x()), static_cast<quint32>(native.y()), moveByPointer, XCB_BUTTON_INDEX_1});
+    xcb_flush(connection);
+    // The window manager gets the real one, and Qt would wait for it.
+    const QPointF local = window.mapFromGlobal(QPointF(pressed));
+    QMouseEvent release(QEvent::MouseButtonRelease, local, local, QPointF(pressed), Qt::LeftButton, Qt::NoButton,
+                        Qt::NoModifier);
+    QCoreApplication::sendEvent(&window, &release);
     return true;
 }
 

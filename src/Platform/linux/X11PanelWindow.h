@@ -22,6 +22,7 @@ public:
 
     void makePanel(QWindow &window) override;
     bool orderFront(QWindow &window) override;
+    bool startMove(QWindow &window, QPoint pressed) override;
     [[nodiscard]] QRect visibleFrame(const QScreen &screen, QRect available) const override;
     void announce(QObject &window, const QString &text) override;
     [[nodiscard]] bool isCompositing() const override;
