@@ -1,6 +1,7 @@
 #include "UI/FloatingResultPanelController.h"
 
 #include "Core/SettingsStore.h"
+#include "Models/AITask.h"
 #include "Platform/MouseMonitorPort.h"
 #include "Platform/PanelWindowPort.h"
 #include "UI/FloatingResultPanel.h"
@@ -103,11 +104,38 @@ FloatingResultPanel &FloatingResultPanelController::panel()
 void FloatingResultPanelController::prepare()
 {
     panel().prepare();
-    if (const auto size = idealFrameSize()) {
-        panel().resize(*size);
+    if (!isVisible()) {
+        rehearse();
+        installDismissMonitors(); // asks the desktop what it can do
+        removeDismissMonitors();
     }
-    // Loads fonts, symbols and styles; nothing is mapped.
-    panel().grab();
+}
+
+/// Every part of the panel has fonts, symbols and styles of its own to load and lay out. Nothing is mapped.
+void FloatingResultPanelController::rehearse()
+{
+    const auto perform = [this](FloatingResultViewModel::Phase phase) {
+        m_viewModel.setPhase(std::move(phase));
+        if (const auto size = idealFrameSize()) {
+            panel().resize(*size);
+        }
+        panel().grab();
+    };
+    if (!m_viewModel.taskTitle().isEmpty()) {
+        return; // a task was faster
+    }
+    const TargetLanguage language = m_settings.targetLanguage();
+    m_viewModel.setTaskTitle(displayName(TranslateTask{rawValue(language)}));
+    // The title names a language and so has letters as texts have them.
+    m_viewModel.setSourceText(m_viewModel.taskTitle());
+    m_viewModel.setTranslationLanguage(language);
+    perform(FloatingResultViewModel::Success{m_viewModel.taskTitle()});
+    m_viewModel.setPolishMode(m_settings.polishMode());
+    perform(FloatingResultViewModel::Loading{});
+    m_viewModel.setTaskTitle(QString());
+    m_viewModel.setSourceText(QString());
+    m_viewModel.setTranslationLanguage(std::nullopt);
+    m_viewModel.setPolishMode(std::nullopt);
 }
 
 bool FloatingResultPanelController::isVisible() const

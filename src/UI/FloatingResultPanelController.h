@@ -44,7 +44,7 @@ public:
     /// The status item's menu may be another program's window: clicks while it is open do not dismiss the panel.
     void setStatusMenu(StatusMenu menu);
 
-    /// Builds and paints the hidden panel once, so that the first shortcut finds it ready.
+    /// Builds and paints the hidden panel as the first tasks are going to show it, so that they find it ready.
     void prepare();
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -58,6 +58,7 @@ private:
     [[nodiscard]] PanelPlacement::Screens connectedScreens() const;
     [[nodiscard]] int visibleScreenHeight() const;
     void followScreens();
+    void rehearse();
     void nameWindow();
     [[nodiscard]] std::optional<QSize> idealFrameSize();
     void showNearMouse();

@@ -81,6 +81,25 @@ TEST_F(FloatingResultPanelControllerTest, IsMadeAPanelBeforeItIsShown)
     EXPECT_FALSE(controller.isVisible());
     EXPECT_EQ(panelWindow.panels().size(), 1U);
     EXPECT_FALSE(mouse.isMonitoring());
+    settle();
+    EXPECT_TRUE(controller.viewModel().taskTitle().isEmpty()) << "a rehearsal leaves nothing behind";
+    EXPECT_TRUE(controller.viewModel().sourceText().isEmpty());
+    EXPECT_FALSE(controller.viewModel().translationLanguage().has_value());
+    EXPECT_FALSE(controller.viewModel().polishMode().has_value());
+    EXPECT_TRUE(std::holds_alternative<FloatingResultViewModel::Loading>(controller.viewModel().phase()));
+    EXPECT_TRUE(panelWindow.announcements().isEmpty());
+}
+
+TEST_F(FloatingResultPanelControllerTest, LeavesATaskAloneThatWasFasterThanItsPreparation)
+{
+    controller.viewModel().setTaskTitle(u"Summary"_s);
+    controller.viewModel().setSourceText(u"Hola"_s);
+    controller.prepare();
+    EXPECT_EQ(controller.viewModel().taskTitle(), u"Summary"_s);
+    EXPECT_EQ(controller.viewModel().sourceText(), u"Hola"_s);
+    controller.show(Position::nearMouse);
+    controller.prepare();
+    EXPECT_TRUE(mouse.isMonitoring());
 }
 
 TEST_F(FloatingResultPanelControllerTest, StaysWhereItWasMovedWhenAskedTo)
