@@ -28,8 +28,8 @@ QAccessibleInterface *accessiblePanel(const QString &className, QObject *object)
 
 FloatingResultPanel::FloatingResultPanel(FloatingResultView *content, PanelWindowPort &port,
                                          std::function<void()> onEscape)
-    : WindowDragArea(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint), m_content(content), m_port(port),
-      m_onEscape(std::move(onEscape))
+    : WindowDragArea(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint), m_content(content),
+      m_port(port), m_onEscape(std::move(onEscape))
 {
     QAccessible::installFactory(accessiblePanel);
     setAttribute(Qt::WA_ShowWithoutActivating);

@@ -145,8 +145,7 @@ TEST_P(ProgramPanelUse, IsDraggedByItsHeaderAndStaysThere)
         u"the drag to begin"_s);
     desktop->pointer().moveTo(start + way);
     EXPECT_TRUE(happensWithin(usualDeadline, [&] { return frame().topLeft() == before.topLeft() + way; }))
-        << "the panel does not stay under the pointer: " << frame().x() - before.x() << ' '
-        << frame().y() - before.y();
+        << "the panel does not stay under the pointer: " << frame().x() - before.x() << ' ' << frame().y() - before.y();
     desktop->pointer().release(MouseButton::left);
     EXPECT_TRUE(staysShown());
     const QRect dragged = frame();
