@@ -1,11 +1,13 @@
 #include "desktop/Desktop.h"
 
 #include "desktop/BusClient.h"
+#include "desktop/DesktopEnvironment.h"
 #include "desktop/DesktopGuard.h"
 #include "desktop/MarkedProcesses.h"
 #include "desktop/XSession.h"
 
 #include <QDBusVariant>
+#include <QFile>
 #include <QSocketNotifier>
 #include <QUuid>
 
@@ -15,6 +17,7 @@
 #include <ranges>
 
 #include <fcntl.h>
+#include <signal.h>
 #include <unistd.h>
 
 namespace orvesa::desktop {
@@ -25,38 +28,6 @@ namespace {
 
 constexpr auto markName = "ORVESA_DESKTOP";
 constexpr double standardDotsPerInch = 96.0;
-
-/// What every program on the desktop sees: nothing of the developer's own session.
-QProcessEnvironment cleanEnvironment(const DesktopFolders &folders, const DesktopOptions &options)
-{
-    const QProcessEnvironment own = QProcessEnvironment::systemEnvironment();
-    QProcessEnvironment environment;
-    for (const QString &name : {u"USER"_s, u"LOGNAME"_s, u"ASAN_OPTIONS"_s, u"UBSAN_OPTIONS"_s, u"LSAN_OPTIONS"_s})
-        if (own.contains(name))
-            environment.insert(name, own.value(name));
-    environment.insert(u"PATH"_s, u"/usr/local/bin:/usr/bin:/bin:/usr/local/sbin:/usr/sbin:/sbin:/usr/games"_s);
-    environment.insert(u"SHELL"_s, u"/bin/sh"_s);
-    environment.insert(u"LANG"_s, options.language);
-    environment.insert(u"HOME"_s, folders.home());
-    environment.insert(u"TMPDIR"_s, folders.temporary());
-    environment.insert(u"XDG_RUNTIME_DIR"_s, folders.runtime());
-    environment.insert(u"XDG_CONFIG_HOME"_s, folders.configuration());
-    environment.insert(u"XDG_DATA_HOME"_s, folders.data());
-    environment.insert(u"XDG_CACHE_HOME"_s, folders.cache());
-    environment.insert(u"XDG_STATE_HOME"_s, folders.state());
-    environment.insert(u"XDG_SESSION_TYPE"_s, u"x11"_s);
-    environment.insert(u"GDK_BACKEND"_s, u"x11"_s);
-    environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
-    environment.insert(u"LIBGL_ALWAYS_SOFTWARE"_s, u"1"_s);
-    environment.insert(u"GSETTINGS_BACKEND"_s, u"memory"_s);
-    environment.insert(u"GIO_USE_VFS"_s, u"local"_s);
-    environment.insert(u"GTK_USE_PORTAL"_s, u"0"_s);
-    // An address that leads nowhere, so that no program goes looking for a bus of its own.
-    environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=%1/no-bus"_s.arg(folders.top()));
-    for (const auto &[name, value] : options.environment.asKeyValueRange())
-        environment.insert(name, value);
-    return environment;
-}
 
 template <typename T>
 T &partOf(const std::unique_ptr<T> &part, const QString &name)
@@ -227,7 +198,7 @@ void Desktop::startWindowManager()
 
 void Desktop::startAccessibility()
 {
-    start(u"/usr/libexec/at-spi-bus-launcher"_s, {u"--launch-immediately"_s}, m_environment);
+    m_accessibilityProcess = &start(u"/usr/libexec/at-spi-bus-launcher"_s, {u"--launch-immediately"_s}, m_environment);
     BusClient bus(m_sessionBusAddress);
     bus.awaitOwner(u"org.a11y.Bus"_s);
     m_accessibilityBusAddress = bus.call(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.a11y.Bus"_s, u"GetAddress"_s)
@@ -243,6 +214,34 @@ void Desktop::setAccessibilityEnabled(bool enabled)
     BusClient(m_sessionBusAddress)
         .call(u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.freedesktop.DBus.Properties"_s, u"Set"_s,
               {u"org.a11y.Status"_s, u"IsEnabled"_s, QVariant::fromValue(QDBusVariant(enabled))});
+}
+
+void Desktop::endAccessibility()
+{
+    const qint64 bus = processOf("dbus-daemon", "--config-file=/usr/share/defaults/at-spi2/accessibility.conf");
+    if (bus == 0 || ::kill(static_cast<pid_t>(bus), SIGKILL) != 0)
+        throw DesktopError(u"the accessibility bus is not there to be ended"_s);
+    m_accessibles.reset();
+    end(m_accessibilityProcess);
+    BusClient(m_sessionBusAddress).awaitNoOwner(u"org.a11y.Bus"_s);
+}
+
+void Desktop::startAccessibilityAnew()
+{
+    startAccessibility();
+}
+
+qint64 Desktop::processOf(const QByteArray &program, const QByteArray &argument) const
+{
+    for (const qint64 pid : runningProcesses()) {
+        QFile file(u"/proc/%1/cmdline"_s.arg(pid));
+        if (!file.open(QFile::ReadOnly))
+            continue;
+        const QList<QByteArray> arguments = file.readAll().split('\0');
+        if (arguments.first().endsWith(program) && (argument.isEmpty() || arguments.contains(argument)))
+            return pid;
+    }
+    return 0;
 }
 
 void Desktop::startKeyStoreDaemon(const QStringList &arguments, const QByteArray &input)

@@ -86,6 +86,12 @@ public:
     void stopTray();
     void stopKeyStore();
     void setAccessibilityEnabled(bool enabled);
+    /// Ends the accessibility bus as a crash would; what starts it ends with it. There are no accessibles() until it is
+    /// started anew, and no Accessible of before may be used any more.
+    void endAccessibility();
+    void startAccessibilityAnew();
+    /// One of the desktop's own processes by the end of its program's path and one of its arguments; 0 for none.
+    [[nodiscard]] qint64 processOf(const QByteArray &program, const QByteArray &argument = {}) const;
 
     /// Process ids of everything that carries this desktop's mark, other than the guard: started here or by something
     /// started here.
@@ -116,6 +122,7 @@ private:
     QString m_accessibilityBusAddress;
     std::unique_ptr<DesktopGuard> m_guard;
     std::vector<std::unique_ptr<Process>> m_processes; ///< in the order of their start
+    Process *m_accessibilityProcess = nullptr;
     Process *m_trayProcess = nullptr;
     Process *m_keyStoreProcess = nullptr;
     std::unique_ptr<XSession> m_session;

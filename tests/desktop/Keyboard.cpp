@@ -7,7 +7,13 @@
 #include <xcb/xtest.h>
 #include <xkbcommon/xkbcommon.h>
 
+#include <array>
 #include <ranges>
+
+// The header names a member with a C++ keyword.
+#define explicit explicitActions
+#include <xcb/xkb.h>
+#undef explicit
 
 namespace orvesa::desktop {
 
@@ -137,6 +143,27 @@ void Keyboard::pressCode(xcb_keycode_t code)
 {
     send(code, true);
     send(code, false);
+}
+
+void Keyboard::turnCode(xcb_keycode_t code, Turn turn)
+{
+    send(code, turn == Turn::down);
+}
+
+void Keyboard::lock(quint8 modifiers)
+{
+    constexpr quint8 all = 0xff;
+    xcb_connection_t *const connection = m_session.connection();
+    const XReply<xcb_xkb_use_extension_reply_t> reply(xcb_xkb_use_extension_reply(
+        connection, xcb_xkb_use_extension(connection, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION), nullptr));
+    if (!reply || reply->supported == 0)
+        throw DesktopError(u"this X server has no keyboard extension"_s);
+    xcb_xkb_latch_lock_state(connection, XCB_XKB_ID_USE_CORE_KBD, all, modifiers, 0, 0, 0, 0, 0);
+    m_session.synchronize();
+    const XReply<xcb_query_pointer_reply_t> state(
+        xcb_query_pointer_reply(connection, xcb_query_pointer(connection, m_session.root()), nullptr));
+    if (!state || (state->mask & all) != modifiers)
+        throw DesktopError(u"the modifiers could not be locked"_s);
 }
 
 void Keyboard::keyDown(const QString &key)

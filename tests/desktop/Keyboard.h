@@ -35,6 +35,11 @@ public:
     void pressByHand(const QString &combination);
     /// The key at a place of the keyboard, whatever it types.
     void pressCode(xcb_keycode_t code);
+    enum class Turn { down, up };
+    /// The same, one way only.
+    void turnCode(xcb_keycode_t code, Turn turn);
+    /// Has exactly these modifiers locked, as Caps Lock and Num Lock lock theirs, whatever layout has those keys where.
+    void lock(quint8 modifiers);
     /// One key by the same names, held until keyUp.
     void keyDown(const QString &key);
     void keyUp(const QString &key);

@@ -2,8 +2,6 @@
 
 #include "desktop/ProgramFixture.h"
 
-#include <QFile>
-
 #include <signal.h>
 
 namespace orvesa::desktop {
@@ -13,20 +11,6 @@ using service::ServiceRequest;
 
 class ProgramEnd : public ProgramFixture {
 protected:
-    /// The desktop's own process of that name, started with such an argument.
-    [[nodiscard]] qint64 part(const QByteArray &name, const QByteArray &argument) const
-    {
-        for (const qint64 pid : desktop->runningProcesses()) {
-            QFile file(u"/proc/%1/cmdline"_s.arg(pid));
-            if (!file.open(QFile::ReadOnly))
-                continue;
-            const QList<QByteArray> arguments = file.readAll().split('\0');
-            if (arguments.first().endsWith(name) && (argument.isEmpty() || arguments.contains(argument)))
-                return pid;
-        }
-        return 0;
-    }
-
     void expectOrderlyEnd()
     {
         const ProcessResult result = program->process().awaitEnd();
@@ -95,7 +79,7 @@ TEST_F(ProgramEnd, EndsWithTheXServerAndDoesNotCrash)
 {
     setUp();
     program->start();
-    const qint64 server = part("Xvfb", {});
+    const qint64 server = desktop->processOf("Xvfb");
     ASSERT_NE(server, 0);
     ASSERT_EQ(::kill(static_cast<pid_t>(server), SIGKILL), 0);
     const ProcessResult result = program->process().awaitEnd();
@@ -110,10 +94,10 @@ TEST_F(ProgramEnd, GoesOnWithoutTheSessionBus)
     startOver(u"autobús"_s);
     pressTranslate();
     awaitResultWith(u"answered"_s);
-    const qint64 bus = part("dbus-daemon", "--nosyslog");
+    const qint64 bus = desktop->processOf("dbus-daemon", "--nosyslog");
     ASSERT_NE(bus, 0);
     ASSERT_EQ(::kill(static_cast<pid_t>(bus), SIGKILL), 0);
-    waitUntil([&] { return part("dbus-daemon", "--nosyslog") == 0; }, u"the bus to end"_s);
+    waitUntil([&] { return desktop->processOf("dbus-daemon", "--nosyslog") == 0; }, u"the bus to end"_s);
     processEventsFor(std::chrono::milliseconds(500)); // for an end that should not come
     EXPECT_TRUE(program->process().isRunning());
     EXPECT_TRUE(desktop->keyboard().isTaken(u"Alt+d"_s));

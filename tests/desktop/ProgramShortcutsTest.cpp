@@ -1,96 +1,53 @@
 // The product's shortcuts over real applications: they fire, once, whatever the keyboard is set to, and the application
 // in front is left as it was.
 
-#include "desktop/ProgramFixture.h"
+#include "desktop/ShortcutFixture.h"
 
 namespace orvesa::desktop {
 
 using namespace Qt::StringLiterals;
-using service::ServiceRequest;
 
-class ProgramShortcuts : public ProgramFixture {
-protected:
-    void SetUp() override
-    {
-        setUp();
-        service.setResponder([](const ServiceRequest &) { return answer(u"answered"_s); });
-        program->start();
-    }
-
-    void expectRequestAfter(const QString &combination, const QString &where)
-    {
-        const std::size_t before = service.requests().size();
-        desktop->keyboard().press(combination);
-        awaitRequest(before, combination + u" over "_s + where);
-    }
-    void expectRequestAfterCode(xcb_keycode_t code, const QString &where)
-    {
-        const std::size_t before = service.requests().size();
-        desktop->keyboard().keyDown(u"Alt"_s);
-        desktop->keyboard().pressCode(code);
-        desktop->keyboard().keyUp(u"Alt"_s);
-        awaitRequest(before, where);
-    }
-
-    xcb_window_t front = 0; ///< the application's window
-
-private:
-    void awaitRequest(std::size_t before, const QString &where)
-    {
-        waitUntil([&] { return service.requests().size() > before; }, u"a request for "_s + where);
-        EXPECT_EQ(desktop->windows().active(), front) << where.toStdString();
-    }
-};
+class ProgramShortcuts : public ShortcutFixture {};
 
 TEST_F(ProgramShortcuts, TypingGoesOnLetterForLetterInAQt5Editor)
 {
     // Its menu bar takes the keyboard when Alt goes down and up with nothing in between.
-    Process &process = desktop->launch(u"featherpad"_s, {u"--standalone"_s});
-    desktop->windows().awaitActive(desktop->windows().awaitWindow({.pid = process.pid()}));
+    const Process &process = open(u"featherpad"_s, {u"--standalone"_s}, u"featherpad"_s);
     const Accessible content = desktop->accessibles().await(process.pid(), u"text"_s);
     waitUntil([&] { return content.has(AccessibleState::focused); }, u"the editor's text to have the focus"_s);
-    QString typed;
-    for (int round = 0; round < 40; ++round) {
-        desktop->keyboard().pressByHand(u"Alt+d"_s);
-        const QString letter(QChar(u'a' + round % 26));
-        desktop->keyboard().type(letter);
-        typed += letter;
-        ASSERT_TRUE(happensWithin(usualDeadline, [&] { return content.text() == typed; }))
-            << "after press " << round + 1 << ": " << content.text().toStdString();
-    }
-    EXPECT_TRUE(desktop->keyboard().keysDown().empty());
+    expectTypingToGoOn(40, [&] { return content.text(); });
 }
 
-TEST_F(ProgramShortcuts, FiresOverApplicationsInEveryLockState)
+TEST_F(ProgramShortcuts, FireInEveryLockStateOnEveryLayoutOverMousepad)
 {
     const QString path = desktop->folders().write(u"home/text.txt"_s, "texto");
-    const std::vector<std::pair<QString, QStringList>> applications{{u"mousepad"_s, {u"--disable-server"_s, path}},
-                                                                    {u"featherpad"_s, {u"--standalone"_s, path}}};
-    for (const auto &[name, arguments] : applications) {
-        Process &process = desktop->launch(name, arguments);
-        front = desktop->windows().awaitWindow({.pid = process.pid()});
-        desktop->windows().awaitActive(front);
-        desktop->keyboard().press(u"Ctrl+a"_s);
-        for (const auto &lock : {u"Caps_Lock"_s, u"Num_Lock"_s, u"Caps_Lock"_s, u"Num_Lock"_s}) {
-            desktop->keyboard().press(lock);
-            expectRequestAfter(u"Alt+d"_s, name);
-        }
-        expectRequestAfter(u"Alt+s"_s, name);
-        process.terminate();
-        desktop->windows().awaitNoWindow({.pid = process.pid()});
-    }
+    open(u"mousepad"_s, {u"--disable-server"_s, path}, u"Mousepad"_s);
+    desktop->keyboard().press(u"Ctrl+a"_s);
+    desktop->selections().awaitText(Selection::primary, u"texto"_s);
+    expectAllShortcuts();
 }
 
-TEST_F(ProgramShortcuts, FiresByTheKeysPlaceOnEveryLayout)
+TEST_F(ProgramShortcuts, FireInEveryLockStateOnEveryLayoutOverFeatherpad)
 {
-    TextEditor over(*desktop, u"texto"_s);
-    over.selectAll();
-    front = over.window();
-    // The key right of S, whatever it types; on the French layout the first letter of the row, Q, is A's place.
-    for (const auto &layout : {u"us"_s, u"de"_s, u"fr"_s, u"jp"_s}) {
-        ASSERT_EQ(desktop->runToEnd(u"setxkbmap"_s, {layout}).exitCode, 0);
-        expectRequestAfterCode(40, layout);
-    }
+    const QString path = desktop->folders().write(u"home/text.txt"_s, "texto");
+    const Process &process = open(u"featherpad"_s, {u"--standalone"_s, path}, u"featherpad"_s);
+    const Accessible content = desktop->accessibles().await(process.pid(), u"text"_s);
+    waitUntil([&] { return content.has(AccessibleState::focused) && content.text() == u"texto"_s; }, u"the document"_s);
+    desktop->keyboard().press(u"Ctrl+a"_s);
+    waitUntil([&] { return content.selectedText() == u"texto"_s; }, u"the selection"_s);
+    expectAllShortcuts();
+}
+
+TEST_F(ProgramShortcuts, FireInEveryLockStateOnEveryLayoutOverXterm)
+{
+    const QString script = desktop->folders().write(
+        u"home/run.sh"_s, "printf '\\033[2J\\033[Htexto\\n'\nprintf '\\033]0;shown\\007'\ncat\n");
+    open(u"xterm"_s, {u"-e"_s, u"sh "_s + script}, u"XTerm"_s);
+    waitUntil([&] { return desktop->windows().title(front) == u"shown"_s; }, u"the terminal's text"_s);
+    desktop->pointer().clickAt(desktop->windows().geometry(front).topLeft() + QPoint(15, 10));
+    desktop->pointer().click();
+    desktop->selections().awaitText(Selection::primary, u"texto"_s);
+    expectAllShortcuts();
 }
 
 TEST_F(ProgramShortcuts, DoesNotFireWithAFurtherModifierAndOnceWhenHeld)
