@@ -97,7 +97,8 @@ int main(int argc, char *argv[])
         }
         output << "Floor: application, tray icon, menu. Both start in turns, " << options.rounds
                << " times each. Median (range).\n"
-               << "Start: until the event loop answers the tray. Request bytes: at a TLS service on this machine.\n\n"
+               << "Start: until the event loop answers the tray; then the product holds its shortcuts. Request bytes: "
+                  "at a TLS service on this machine.\n\n"
                << Qt::flush;
         const ReportTable table = Benchmark(QCoreApplication::applicationDirPath(), options).run();
         output << table.text() << '\n'

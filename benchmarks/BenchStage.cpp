@@ -82,6 +82,15 @@ qint64 BenchStage::awaitLoop(const desktop::Process &process, std::chrono::milli
     return m_tray.awaitAnswer(process.pid(), deadline);
 }
 
+void BenchStage::expectShortcutsHeld()
+{
+    for (const auto &combination : {u"Alt+d"_s, u"Alt+s"_s, u"Alt+a"_s}) {
+        if (!m_desktop.keyboard().isTaken(combination)) {
+            throw std::runtime_error("the product's event loop runs and nobody holds " + combination.toStdString());
+        }
+    }
+}
+
 void BenchStage::awaitRest(const desktop::Process &process, std::chrono::milliseconds quiet)
 {
     constexpr int quietSpans = 2;

@@ -33,6 +33,9 @@ public:
     static void awaitRest(const desktop::Process &process,
                           std::chrono::milliseconds quiet = std::chrono::milliseconds(400));
 
+    /// Throws unless the product holds its three shortcuts at this moment.
+    void expectShortcutsHeld();
+
     /// Gives the editor the keyboard, and returns when it has it.
     void focusEditor();
 

@@ -2,6 +2,7 @@
 
 #include "CaptureMeasurement.h"
 #include "PanelMeasurement.h"
+#include "PerformMeasurement.h"
 #include "ProcessFigures.h"
 #include "RequestMeasurement.h"
 #include "SettingsMeasurement.h"
@@ -133,6 +134,9 @@ desktop::Process &Benchmark::measureStart(const QString &program, ProgramSamples
     const qint64 begun = service::monotonicNanoseconds();
     desktop::Process &process = m_stage.launch(program);
     samples.start.add(static_cast<double>(m_stage.awaitLoop(process) - begun) / nanosecondsPerMillisecond);
+    if (program == m_stage.productProgram()) {
+        m_stage.expectShortcutsHeld();
+    }
     BenchStage::awaitRest(process);
     const MemoryFigures memory = memoryOf(process.pid());
     samples.proportional.add(memory.proportionalMegabytes);
@@ -169,6 +173,7 @@ void Benchmark::measurePanel(ReportTable &table)
         panel.measureAnswer(table, u"100 kB"_s, 100'000, 60, m_options.answers);
         panel.measureAnswer(table, u"1 MB"_s, 1'000'000, 120, m_options.answers);
     }
+    PerformMeasurement(m_stage).measure(table, m_options.presses);
     product.terminate();
 }
 
@@ -219,8 +224,8 @@ void Benchmark::fillStartRows(ReportTable &table) const
     };
     const double start = m_product.start.median() / m_floor.start.median();
     const double anonymous = m_product.anonymous.median() - m_floor.anonymous.median();
-    table.add(
-        withGoal(row(u"start to event loop"_s, u"ms"_s, 1, &ProgramSamples::start), u"<= 1.3 x floor"_s, start <= 1.3));
+    table.add(withGoal(row(u"start to ready (shortcuts held)"_s, u"ms"_s, 1, &ProgramSamples::start),
+                       u"<= 1.3 x floor"_s, start <= 1.3));
     if (m_options.instructionRounds > 0) {
         table.add(row(u"instructions to event loop"_s, u"million"_s, 1, &ProgramSamples::instructions));
     }
