@@ -12,6 +12,7 @@ public:
     void add(const Reading &japanese, const Reading &chinese);
 
     /// The better reading of a piece.
+    [[nodiscard]] bool leansToJapanese() const { return m_japanese >= 0; }
     [[nodiscard]] const Reading &choice(const Reading &japanese, const Reading &chinese) const;
 
 private:

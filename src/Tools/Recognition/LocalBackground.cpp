@@ -143,7 +143,7 @@ Writing writingOnPhotograph(const QImage &image)
     const GrayImage smooth = smoothed(gray);
     const CellMedians background(smooth);
     const int least = std::max(leastInk, static_cast<int>(noiseToInk * noiseOf(smooth)));
-    Writing writing{GrayImage(gray.width(), gray.height()), GrayImage(gray.width(), gray.height()), {}};
+    Writing writing{GrayImage(gray.width(), gray.height()), GrayImage(gray.width(), gray.height()), {}, {}};
     // Letters are either all darker or all lighter than what they stand on: the stronger side is the writing.
     double darker = 0;
     double lighter = 0;

@@ -98,6 +98,80 @@ std::vector<bool> onEdges(const RegionMap &map, const Writing &writing)
     return result;
 }
 
+/// For each mark, whether it is no more than the antialiased edge of a surface: the round corners of buttons and
+/// bubbles.
+std::vector<bool> onRims(const RegionMap &map, const Writing &writing)
+{
+    constexpr double leastShare = 0.7;
+    std::vector<bool> result(map.regions.size(), false);
+    if (writing.surface.empty()) {
+        return result;
+    }
+    std::vector<int> pixels(map.regions.size(), 0);
+    std::size_t index = 0;
+    for (int y = 0; y < map.height; ++y) {
+        for (int x = 0; x < map.width; ++x, ++index) {
+            if (map.labels[index] != RegionMap::none && writing.rim.at(x, y) != 0) {
+                ++pixels[static_cast<std::size_t>(map.labels[index])];
+            }
+        }
+    }
+    for (std::size_t number = 0; number < result.size(); ++number) {
+        result[number] = pixels[number] >= leastShare * map.regions[number].pixels;
+    }
+    return result;
+}
+
+/// Pixels of the mark inside its box, well away from the sides.
+int pixelsInside(const RegionMap &map, std::int32_t number)
+{
+    const QRect box = map.regions[static_cast<std::size_t>(number)].box;
+    const int inset = std::max(2, box.width() / 4);
+    int count = 0;
+    for (int y = box.top() + inset; y <= box.bottom() - inset; ++y) {
+        for (int x = box.left() + inset; x <= box.right() - inset; ++x) {
+            count += map.at(x, y) == number ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+/// A box to tick, a radio button: square, hollow or filled, the first thing in its row, and apart from what follows.
+bool isTickBox(const RegionMap &map, std::int32_t number, int text)
+{
+    constexpr double leastSide = 0.75;
+    constexpr double mostSide = 2.2;
+    constexpr double tallerThanLetters = 1.12;
+    constexpr double leastGap = 0.36; // of the side: ideographs stand closer together
+    const Region &region = map.regions[static_cast<std::size_t>(number)];
+    const QRect box = region.box;
+    const double aspect = static_cast<double>(box.width()) / box.height();
+    constexpr int leastPixels = 9;
+    if (aspect < 0.88 || aspect > 1.14 || box.height() < std::max<double>(leastPixels, leastSide * text) ||
+        box.height() > mostSide * text) {
+        return false;
+    }
+    const double fill = static_cast<double>(region.pixels) / (static_cast<double>(box.width()) * box.height());
+    const bool isHollow = fill < 0.5 && pixelsInside(map, number) == 0;
+    const bool isSquare = isHollow && sideShare(map, number) >= 0.85;
+    const bool isFilled = fill > 0.72;
+    if (!isSquare && !isFilled && !(isHollow && box.height() >= tallerThanLetters * text)) {
+        return false;
+    }
+    int next = map.width;
+    bool isFirst = true;
+    for (const Region &other : map.regions) {
+        const bool isInRow = other.box.top() <= box.bottom() && other.box.bottom() >= box.top();
+        if (!isInRow || box.contains(other.box)) {
+            continue;
+        }
+        isFirst = isFirst && (other.box.right() < box.left() - 4 * text || other.box.left() > box.left() ||
+                              other.box.height() >= 3 * box.height());
+        next = other.box.left() > box.right() ? std::min(next, other.box.left()) : next;
+    }
+    return isFirst && next < map.width && next - box.right() - 1 >= leastGap * box.width();
+}
+
 /// On a photograph, specks that are far smaller than the dot of an i.
 bool isNoise(const Region &region, int text)
 {
@@ -144,13 +218,15 @@ Marks takeMarks(Writing &writing)
     }
     const int text = typicalHeight(all);
     std::vector<bool> dropped = onEdges(map, writing);
+    const std::vector<bool> isRim = onRims(map, writing);
     const bool isPhotograph = writing.surface.empty();
     Marks kept;
     for (std::size_t number = 0; number < map.regions.size(); ++number) {
         const Region &region = map.regions[number];
-        dropped[number] = dropped[number] || isRule(region.box, text) || isGrid(region, text) ||
-                          (isPhotograph && isNoise(region, text)) ||
-                          isFrame(map, static_cast<std::int32_t>(number), text);
+        const auto label = static_cast<std::int32_t>(number);
+        dropped[number] = dropped[number] || isRim[number] || isRule(region.box, text) || isGrid(region, text) ||
+                          (isPhotograph && isNoise(region, text)) || isFrame(map, label, text) ||
+                          isTickBox(map, label, text);
         if (!dropped[number]) {
             kept.push_back(region.box);
         }

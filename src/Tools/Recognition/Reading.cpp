@@ -1,5 +1,8 @@
 #include "Tools/Recognition/Reading.h"
 
+#include <algorithm>
+#include <optional>
+
 namespace orvesa {
 
 namespace {
@@ -27,6 +30,17 @@ double confidenceOf(const Reading &reading)
 double wordConfidenceOf(const Reading &reading)
 {
     return meanOf(reading, &Glyph::wordConfidence);
+}
+
+double weakestOf(const Reading &reading)
+{
+    std::optional<double> weakest;
+    for (const ReadLine &line : reading.lines) {
+        for (const Glyph &glyph : line.glyphs) {
+            weakest = std::min(weakest.value_or(glyph.confidence), glyph.confidence);
+        }
+    }
+    return weakest.value_or(0);
 }
 
 QString textOf(const ReadLine &line)

@@ -33,6 +33,8 @@ struct Reading {
 
 [[nodiscard]] double confidenceOf(const Reading &reading);
 [[nodiscard]] double wordConfidenceOf(const Reading &reading);
+/// The least of all glyphs' confidences; 0 without any.
+[[nodiscard]] double weakestOf(const Reading &reading);
 [[nodiscard]] QString textOf(const ReadLine &line);
 
 } // namespace orvesa

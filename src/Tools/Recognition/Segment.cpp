@@ -39,6 +39,32 @@ GrayImage bordered(const GrayImage &image, const QRect &part)
 
 } // namespace
 
+const GrayImage &chosenImage(const Segment &segment)
+{
+    switch (segment.source) {
+    case Segment::Source::japaneseImage:
+        return segment.japaneseImage;
+    case Segment::Source::chineseImage:
+        return segment.chineseImage;
+    case Segment::Source::image:
+        break;
+    }
+    return segment.image;
+}
+
+double chosenText(const Segment &segment)
+{
+    switch (segment.source) {
+    case Segment::Source::japaneseImage:
+        return segment.japaneseText;
+    case Segment::Source::chineseImage:
+        return segment.chineseText;
+    case Segment::Source::image:
+        break;
+    }
+    return segment.text;
+}
+
 std::vector<NarrowRun> narrowRunsIn(const Reading &reading, const GrayImage &image, double text)
 {
     std::vector<NarrowRun> runs;
@@ -102,8 +128,16 @@ bool isSure(const Reading &reading)
 {
     constexpr double leastMean = 85;
     constexpr double leastOfAnyWord = 65;
-    return glyphCount(reading) > 0 && wordConfidenceOf(reading) >= leastMean &&
-           !anyGlyph(reading, [](const Glyph &glyph) { return glyph.wordConfidence < leastOfAnyWord; });
+    if (glyphCount(reading) > 0 && wordConfidenceOf(reading) >= leastMean &&
+        !anyGlyph(reading, [](const Glyph &glyph) { return glyph.wordConfidence < leastOfAnyWord; })) {
+        return true;
+    }
+    // Addresses and code are no words, and yet read surely, letter by letter.
+    constexpr std::size_t leastLetters = 6;
+    constexpr double leastMeanOfLetters = 98.4;
+    constexpr double leastLetter = 95;
+    return glyphCount(reading) >= leastLetters && confidenceOf(reading) >= leastMeanOfLetters &&
+           weakestOf(reading) >= leastLetter;
 }
 
 bool isEnglish(const Segment &segment)

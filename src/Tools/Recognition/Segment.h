@@ -27,15 +27,23 @@ struct Segment {
     QRect box;       ///< in the capture
     double text = 0; ///< height of a full-size character in `image`
     GrayImage image;
-    double chineseText = 0; ///< the same for the image that the Chinese engine reads
+    double japaneseText = 0; ///< the same for the image that the Japanese engine read again
+    GrayImage japaneseImage; ///< empty unless it did
+    double chineseText = 0;  ///< the same for the image that the Chinese engine reads
     GrayImage chineseImage;
     bool isReadWide = false; ///< or about to be: by the Japanese and the Chinese engine
     Reading english;
     Reading japanese;
     Reading chinese;
     Reading chosen;
+    enum class Source { image, japaneseImage, chineseImage };
+    Source source = Source::image; ///< where `chosen` was read
     std::vector<NarrowRun> runs;
 };
+
+[[nodiscard]] const GrayImage &chosenImage(const Segment &segment);
+/// Height of a full-size character in it.
+[[nodiscard]] double chosenText(const Segment &segment);
 
 /// Stretches of Latin letters among wide characters, with the parts of the image that show them.
 [[nodiscard]] std::vector<NarrowRun> narrowRunsIn(const Reading &reading, const GrayImage &image, double text);

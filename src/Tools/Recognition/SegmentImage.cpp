@@ -89,6 +89,11 @@ double chineseEnlargementFor(int textHeight)
     return enlargement(textHeight, 22);
 }
 
+double largerEnlargementFor(int textHeight)
+{
+    return enlargement(textHeight, 28);
+}
+
 GrayImage segmentImage(const GrayImage &ink, const QRect &part, int text, double enlargement)
 {
     const QRect box = part.adjusted(-margin, -margin, margin, margin).intersected(ink.area());

@@ -14,6 +14,8 @@ namespace orvesa {
 [[nodiscard]] double enlargementFor(int textHeight);
 /// The same for the Chinese engine, which reads smaller characters better than enlarged ones.
 [[nodiscard]] double chineseEnlargementFor(int textHeight);
+/// Where that is unsure: between the two.
+[[nodiscard]] double largerEnlargementFor(int textHeight);
 
 /// `part` of the ink, which may reach beyond the image a little; `text` is the height of a full-size character.
 [[nodiscard]] GrayImage segmentImage(const GrayImage &ink, const QRect &part, int text, double enlargement);

@@ -118,10 +118,58 @@ std::vector<int> strongestInk(const GrayImage &ink, const Background &background
     return strongest;
 }
 
+/// Whether `color` lies between the other two: what antialiasing leaves where one surface ends on another.
+bool isBlend(QRgb color, QRgb first, QRgb second)
+{
+    constexpr int slack = 12;
+    const auto lies = [](int value, int one, int other) {
+        return value >= std::min(one, other) - slack && value <= std::max(one, other) + slack;
+    };
+    if (!lies(qRed(color), qRed(first), qRed(second)) || !lies(qGreen(color), qGreen(first), qGreen(second)) ||
+        !lies(qBlue(color), qBlue(first), qBlue(second))) {
+        return false;
+    }
+    const int whole = distance(first, second);
+    return std::abs(distance(color, first) + distance(color, second) - whole) <= slack;
+}
+
+GrayImage rimOf(const QImage &image, const Background &background, const GrayImage &mask)
+{
+    constexpr int reach = 2;
+    GrayImage rim(mask.width(), mask.height());
+    const auto at = [&](int x, int y) {
+        return static_cast<std::size_t>(y) * static_cast<std::size_t>(mask.width()) + static_cast<std::size_t>(x);
+    };
+    for (int y = 0; y < mask.height(); ++y) {
+        const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
+        for (int x = 0; x < mask.width(); ++x) {
+            if (mask.at(x, y) == 0) {
+                continue;
+            }
+            const std::size_t own = at(x, y);
+            const auto bordersOn = [&](int toX, int toY) {
+                if (toX < 0 || toY < 0 || toX >= mask.width() || toY >= mask.height()) {
+                    return false;
+                }
+                const std::size_t other = at(toX, toY);
+                return background.surface[other] != background.surface[own] &&
+                       isBlend(line[x], background.colors[own], background.colors[other]);
+            };
+            bool isRim = false;
+            for (int step = -reach; step <= reach && !isRim; ++step) {
+                isRim = bordersOn(x + step, y - reach) || bordersOn(x + step, y + reach) ||
+                        bordersOn(x - reach, y + step) || bordersOn(x + reach, y + step);
+            }
+            rim.at(x, y) = isRim ? 255 : 0;
+        }
+    }
+    return rim;
+}
+
 Writing onSurfaces(const QImage &image, const RegionMap &flat, const std::vector<bool> &isSurfaceNumber)
 {
     const Background background = spread(image, flat, isSurfaceNumber);
-    Writing writing{GrayImage(flat.width, flat.height), GrayImage(flat.width, flat.height), {}};
+    Writing writing{GrayImage(flat.width, flat.height), GrayImage(flat.width, flat.height), {}, {}};
     std::size_t index = 0;
     for (int y = 0; y < flat.height; ++y) {
         const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
@@ -138,6 +186,7 @@ Writing onSurfaces(const QImage &image, const RegionMap &flat, const std::vector
             writing.mask.at(x, y) = writing.ink.at(x, y) >= least ? 255 : 0;
         }
     }
+    writing.rim = rimOf(image, background, writing.mask);
     writing.surface = background.surface;
     return writing;
 }

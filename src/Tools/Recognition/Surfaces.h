@@ -22,6 +22,8 @@ struct Writing {
     GrayImage mask; ///< 255 where the ink is part of something, 0 elsewhere
     std::vector<std::int32_t>
         surface; ///< the number of the surface below each pixel, row by row; empty on a photograph
+    /// 255 where a masked pixel beside another surface is no more than the blend of the two; empty on a photograph.
+    GrayImage rim;
 };
 
 [[nodiscard]] Writing writingOn(const QImage &image);

@@ -3,6 +3,7 @@
 #include "Tools/Recognition/LanguageVote.h"
 #include "Tools/Recognition/LineText.h"
 #include "Tools/Recognition/Segment.h"
+#include "Tools/Recognition/SegmentChoice.h"
 #include "Tools/Recognition/SegmentImage.h"
 #include "Tools/Recognition/Surfaces.h"
 #include "Tools/Recognition/TextCleanup.h"
@@ -30,32 +31,6 @@ std::vector<Segment> segmentsIn(const GrayImage &ink, const TextBlock &textBlock
         }
     }
     return segments;
-}
-
-/// What all the segments together are written in decides where a single one is in doubt.
-void choose(std::vector<Segment> &segments)
-{
-    LanguageVote vote;
-    std::size_t glyphs = 0;
-    std::size_t englishGlyphs = 0;
-    for (const Segment &segment : segments) {
-        vote.add(segment.japanese, segment.chinese);
-        glyphs += std::max({glyphCount(segment.chosen), glyphCount(segment.japanese), glyphCount(segment.chinese)});
-        englishGlyphs += glyphCount(segment.chosen);
-    }
-    // Where nearly all is English, the rest has to be Japanese or Chinese beyond doubt.
-    const bool mostlyEnglish = 5 * englishGlyphs >= 3 * glyphs;
-    for (Segment &segment : segments) {
-        if (glyphCount(segment.chosen) == 0) {
-            segment.chosen = vote.choice(segment.japanese, segment.chinese);
-            // Where there is no wide character, English is what the engine is for.
-            const double head = !hasWide(segment.chosen) ? 20 : mostlyEnglish && isStrayKana(segment.chosen) ? 40 : 0;
-            if (head > 0 && glyphCount(segment.english) > 0 &&
-                wordConfidenceOf(segment.english) + head > wordConfidenceOf(segment.chosen)) {
-                segment.chosen = segment.english;
-            }
-        }
-    }
 }
 
 } // namespace
@@ -119,13 +94,12 @@ QStringList TextReader::readAcross(const GrayImage &ink, const TextBlock &textBl
         }
     }
     m_pool.wait();
+    readAgain(ink, textBlock.text, segments);
     choose(segments);
     for (Segment &segment : segments) {
-        const bool fromChinese = segment.chosen == segment.chinese;
-        segment.runs = hasWide(segment.chosen)
-                           ? narrowRunsIn(segment.chosen, fromChinese ? segment.chineseImage : segment.image,
-                                          fromChinese ? segment.chineseText : segment.text)
-                           : std::vector<NarrowRun>();
+        if (hasWide(segment.chosen)) {
+            segment.runs = narrowRunsIn(segment.chosen, chosenImage(segment), chosenText(segment));
+        }
         for (NarrowRun &run : segment.runs) {
             m_pool.read(Language::english, run.image, Engine::Layout::line, run.english);
         }
@@ -136,8 +110,6 @@ QStringList TextReader::readAcross(const GrayImage &ink, const TextBlock &textBl
     std::size_t row = 0;
     QStringList parts;
     for (Segment &segment : segments) {
-        const bool fromChinese = segment.chosen == segment.chinese;
-        const GrayImage &image = fromChinese ? segment.chineseImage : segment.image;
         mergeRuns(segment.chosen, segment.runs);
         if (segment.row != row && !parts.isEmpty()) {
             lines.append(parts.join(u' '));
@@ -145,13 +117,49 @@ QStringList TextReader::readAcross(const GrayImage &ink, const TextBlock &textBl
         }
         row = segment.row;
         for (const ReadLine &line : segment.chosen.lines) {
-            parts.append(cleaned(lineText(spaced(line, image, fromChinese ? segment.chineseText : segment.text))));
+            parts.append(cleaned(lineText(spaced(line, chosenImage(segment), chosenText(segment)))));
         }
     }
     if (!parts.isEmpty()) {
         lines.append(parts.join(u' '));
     }
     return lines;
+}
+
+void TextReader::readAgain(const GrayImage &ink, int text, std::vector<Segment> &segments)
+{
+    struct Attempt {
+        SecondReading asked;
+        double text = 0;
+        GrayImage image;
+        Reading reading;
+    };
+    std::vector<Attempt> attempts;
+    for (const SecondReading &asked : secondReadings(segments)) {
+        const double enlargement =
+            asked.language == WideLanguage::japanese ? chineseEnlargementFor(text) : largerEnlargementFor(text);
+        attempts.push_back(
+            {asked, text * enlargement, segmentImage(ink, segments[asked.segment].box, text, enlargement), {}});
+    }
+    for (Attempt &attempt : attempts) {
+        m_pool.read(attempt.asked.language == WideLanguage::japanese ? Language::japanese
+                                                                     : Language::traditionalChinese,
+                    attempt.image, block, attempt.reading);
+    }
+    m_pool.wait();
+    for (Attempt &attempt : attempts) {
+        Segment &segment = segments[attempt.asked.segment];
+        const bool isJapanese = attempt.asked.language == WideLanguage::japanese;
+        Reading &reading = isJapanese ? segment.japanese : segment.chinese;
+        constexpr double leastGlyphs = 0.8; // a surer reading of less is no better
+        if (confidenceOf(attempt.reading) <= confidenceOf(reading) ||
+            static_cast<double>(glyphCount(attempt.reading)) < leastGlyphs * static_cast<double>(glyphCount(reading))) {
+            continue;
+        }
+        reading = std::move(attempt.reading);
+        (isJapanese ? segment.japaneseImage : segment.chineseImage) = std::move(attempt.image);
+        (isJapanese ? segment.japaneseText : segment.chineseText) = attempt.text;
+    }
 }
 
 QStringList TextReader::readDown(const GrayImage &ink, const TextBlock &textBlock)

@@ -4,6 +4,7 @@
 
 #include "Tools/Recognition/EnginePool.h"
 #include "Tools/Recognition/Layout.h"
+#include "Tools/Recognition/Segment.h"
 
 #include <QImage>
 #include <QStringList>
@@ -20,6 +21,8 @@ public:
 
 private:
     QStringList readAcross(const GrayImage &ink, const TextBlock &block);
+    /// What the first reading is unsure of is read at another size; the surer reading stays.
+    void readAgain(const GrayImage &ink, int text, std::vector<Segment> &segments);
     QStringList readDown(const GrayImage &ink, const TextBlock &block);
 
     EnginePool &m_pool;
