@@ -5,6 +5,7 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace orvesa::ControlPainting {
@@ -53,6 +54,24 @@ void paintFocusRing(QPainter &painter, const QRectF &area, qreal radius, const Q
     painter.setPen(QPen(ring, Style::focusRingWidth));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(aligned(painter, area).adjusted(-half, -half, half, half), radius + half, radius + half);
+}
+
+void drawTextOnGradient(QPainter &painter, const QRectF &area, const QString &line)
+{
+    // Around the place a point below the text: a blur for the price of a few glyphs.
+    struct Layer {
+        QPointF offset;
+        int opacity;
+    };
+    constexpr std::array shadow{Layer{{-1, 1}, 22},     Layer{{1, 1}, 22},     Layer{{0, 2}, 22},
+                                Layer{{-0.5, 0.5}, 26}, Layer{{0.5, 0.5}, 26}, Layer{{0, 1}, 64}};
+    constexpr int flags = Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine;
+    for (const Layer &layer : shadow) {
+        painter.setPen(QColor(0, 0, 0, layer.opacity));
+        painter.drawText(area.translated(layer.offset), flags, line);
+    }
+    painter.setPen(Qt::white);
+    painter.drawText(area, flags, line);
 }
 
 } // namespace orvesa::ControlPainting

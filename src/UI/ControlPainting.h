@@ -23,4 +23,7 @@ void paintFrame(QPainter &painter, const QRectF &area, qreal radius, const QBrus
 /// The ring around a control that has the keyboard.
 void paintFocusRing(QPainter &painter, const QRectF &area, qreal radius, const QColor &accent);
 
+/// White text on one of the themes' gradients, with a soft shadow that keeps it readable on the lightest of them.
+void drawTextOnGradient(QPainter &painter, const QRectF &area, const QString &line);
+
 } // namespace orvesa::ControlPainting

@@ -1,6 +1,7 @@
 #include "UI/HeaderPicker.h"
 
 #include "UI/AccessiblePicker.h"
+#include "UI/ControlPainting.h"
 #include "UI/Style.h"
 #include "UI/Symbols.h"
 
@@ -51,10 +52,7 @@ void HeaderPicker::paintEvent(QPaintEvent *)
     painter.drawRoundedRect(pill.adjusted(0.5, 0.5, -0.5, -0.5), Style::pickerRadius, Style::pickerRadius);
 
     const QRectF textArea = pill.adjusted(Style::pickerPadding, 0, -Style::pickerPadding - chevronSize, 0);
-    painter.setPen(QColor(0, 0, 0, 70));
-    painter.drawText(textArea.translated(0, 1), Qt::AlignVCenter | Qt::AlignLeft, currentText());
-    painter.setPen(Qt::white);
-    painter.drawText(textArea, Qt::AlignVCenter | Qt::AlignLeft, currentText());
+    ControlPainting::drawTextOnGradient(painter, textArea, currentText());
     painter.drawPixmap(
         QPointF(pill.right() - Style::pickerPadding - chevronSize, pill.center().y() - chevronSize / 2.0),
         Symbols::pixmap(u"chevron.down"_s, Qt::white, chevronSize, devicePixelRatioF()));

@@ -1,5 +1,6 @@
 #include "UI/PanelTitle.h"
 
+#include "UI/ControlPainting.h"
 #include "UI/Style.h"
 
 #include <QPainter>
@@ -9,7 +10,6 @@ namespace orvesa {
 namespace {
 constexpr int shortestTitle = 60;
 constexpr int smallestPixelSize = 12;
-constexpr QColor shadowColor(0, 0, 0, 72);
 } // namespace
 
 PanelTitle::PanelTitle(QWidget *parent) : QWidget(parent)
@@ -62,10 +62,7 @@ void PanelTitle::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setFont(fittingFont());
     const QString line = painter.fontMetrics().elidedText(m_text, Qt::ElideRight, width());
-    painter.setPen(shadowColor);
-    painter.drawText(rect().translated(0, 1), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, line);
-    painter.setPen(Qt::white);
-    painter.drawText(rect(), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, line);
+    ControlPainting::drawTextOnGradient(painter, rect(), line);
 }
 
 } // namespace orvesa

@@ -2,8 +2,9 @@
 //
 //     QT_QPA_PLATFORM=offscreen panel-gallery FOLDER
 //
-// One sheet a scale, language and appearance, the themes below one another. The program runs itself for each scale,
-// which Qt reads once at the start. Every panel is also checked: a text that is cut off ends the program with 1.
+// One sheet a scale, language, appearance and theme, small enough to be looked at as a whole. The program runs itself
+// for each scale, which Qt reads once at the start. Every panel is also checked: a text that is cut off ends the
+// program with 1.
 
 #include "Core/Localization.h"
 #include "Core/SettingsStore.h"
@@ -24,6 +25,9 @@
 #include <QProcessEnvironment>
 
 #include <algorithm>
+#include <array>
+#include <numeric>
+#include <utility>
 #include <vector>
 
 using namespace orvesa;
@@ -34,7 +38,10 @@ namespace {
 constexpr int gap = 24;
 constexpr int screenHeight = 836;
 
-enum class Focus { none, retry };
+constexpr int columnCount = 3;
+
+/// Where the pointer and the keyboard are.
+enum class Hands { away, keyboardOnRetry, keyboardOnCopy, keyboardOnPicker, pointerOnControls, pressing };
 /// Whether a title may end in an ellipsis.
 enum class Title { whole, shortened };
 
@@ -43,7 +50,7 @@ struct Sample {
     QString source = {};
     FloatingResultViewModel::Phase phase = FloatingResultViewModel::Loading{};
     std::optional<QString> status = {};
-    Focus focus = Focus::none;
+    Hands hands = Hands::away;
     Title title = Title::whole;
 };
 
@@ -73,24 +80,40 @@ std::vector<Sample> samples(AppLanguage language)
     const QString source = sourceText(language);
     const QString failure = Localization::format(
         L10nKey::errorAPIRequestFailed,
-        u"HTTP 401: {\"error\":{\"message\":\"Incorrect key\",\"type\":\"invalid_request_error\"}} "_s + QString(90, u'x'));
+        u"HTTP 401: {\"error\":{\"message\":\"Incorrect key\",\"type\":\"invalid_request_error\"}} "_s +
+            QString(90, u'x'));
     return {
-        {.task = PolishTask{PolishMode::businessJapanese}, .source = u"明日の会議、行けません。"_s},
-        {.task = TranslateTask{u"Traditional Chinese"_s},
-         .source = source,
-         .phase = Model::Success{u"圖書館九點開門，天色暗下來時關門。📚 謝謝 👩‍👩‍👧"_s},
-         .status = Localization::string(L10nKey::statusCopied)},
-        {.task = TranslateTask{u"Japanese"_s},
-         .phase = Model::Failure{Localization::string(L10nKey::errorNoSelectedText)},
-         .focus = Focus::retry},
-        {.task = TranslateTask{u"English"_s}, .source = source, .phase = Model::Failure{failure}},
-        {.task = TranslateTask{u"English"_s},
-         .source = u"مرحبا بالعالم، كيف حالك اليوم؟\nשלום עולם"_s,
-         .phase = Model::Success{u"Hello world, how are you today?\nمرحبا"_s}},
         {.task = CustomTask{u"Summarize the selected text for a busy reader, please, and quickly"_s, u"x"_s},
          .source = longAnswer(language),
          .phase = Model::Success{longAnswer(language)},
          .title = Title::shortened},
+        {.task = PolishTask{PolishMode::businessJapanese}, .source = u"明日の会議、行けません。"_s},
+        {.task = TranslateTask{u"Traditional Chinese"_s},
+         .source = source,
+         .phase =
+             Model::Success{u"圖書館九點開門，天色暗下來時關門。📚 謝謝 👩‍👩‍👧"_s},
+         .status = Localization::string(L10nKey::statusCopied)},
+        {.task = TranslateTask{u"Japanese"_s},
+         .phase = Model::Failure{Localization::string(L10nKey::errorNoSelectedText)},
+         .hands = Hands::keyboardOnRetry},
+        {.task = TranslateTask{u"English"_s}, .source = source, .phase = Model::Failure{failure}},
+        {.task = TranslateTask{u"English"_s},
+         .source = u"مرحبا بالعالم، كيف حالك اليوم؟\nשלום עולם"_s,
+         .phase = Model::Success{u"Hello world, how are you today?\nمرحبا"_s},
+         .hands = Hands::keyboardOnPicker},
+        {.task = PolishTask{PolishMode::concise},
+         .source = u"gimme the report asap"_s,
+         .phase = Model::Success{u"Could you please send me the report as soon as possible?"_s},
+         .status = Localization::string(L10nKey::statusNothingToRetry),
+         .hands = Hands::pointerOnControls},
+        {.task = TranslateTask{u"English"_s},
+         .source = u"Grüße"_s,
+         .phase = Model::Success{u"Greetings"_s},
+         .hands = Hands::pressing},
+        {.task = TranslateTask{u"Japanese"_s},
+         .source = u"ok"_s,
+         .phase = Model::Success{u"はい。"_s},
+         .hands = Hands::keyboardOnCopy},
     };
 }
 
@@ -145,6 +168,40 @@ QStringList cutTexts(const FloatingResultView &view, const Sample &sample)
     return cut;
 }
 
+void place(Hands hands, FloatingResultView &view)
+{
+    const auto buttons = view.findChildren<SymbolButton *>(); // close, copy, retry
+    const auto pickers = view.findChildren<HeaderPicker *>();
+    const auto focus = [&view](QWidget *control) {
+        QApplication::setActiveWindow(&view);
+        control->setFocus(Qt::TabFocusReason);
+    };
+    switch (hands) {
+    case Hands::away:
+        break;
+    case Hands::keyboardOnRetry:
+        focus(buttons.constLast());
+        break;
+    case Hands::keyboardOnCopy:
+        focus(buttons.at(1));
+        break;
+    case Hands::keyboardOnPicker:
+        focus(pickers.constFirst());
+        break;
+    case Hands::pointerOnControls:
+        for (QWidget *control : view.findChildren<QWidget *>()) {
+            control->setAttribute(Qt::WA_UnderMouse);
+        }
+        break;
+    case Hands::pressing:
+        for (SymbolButton *button : buttons) {
+            button->setAttribute(Qt::WA_UnderMouse);
+            button->setDown(true);
+        }
+        break;
+    }
+}
+
 struct Sheet {
     QPixmap picture;
     QStringList cutTexts;
@@ -160,51 +217,72 @@ QPixmap drawn(const Sample &sample, const SettingsStore &settings, QStringList &
     view.refresh(screenHeight);
     view.resize(view.idealSize());
     view.show();
-    if (sample.focus == Focus::retry) {
-        QApplication::setActiveWindow(&view);
-        view.findChildren<SymbolButton *>().constLast()->setFocus(Qt::TabFocusReason);
-    }
+    place(sample.hands, view);
     QCoreApplication::processEvents();
     cut += cutTexts(view, sample);
     return view.grab();
 }
 
-Sheet sheet(SettingsStore &settings, AppLanguage language, Style::Appearance appearance)
+/// The panels in columns, each in the one that is shortest so far.
+QPixmap arranged(const std::vector<QPixmap> &panels, const QColor &background)
+{
+    std::array<int, columnCount> widths{};
+    std::array<int, columnCount> heights{};
+    std::vector<std::pair<std::size_t, int>> places; // column and top
+    for (const QPixmap &panel : panels) {
+        const auto shortest = std::ranges::min_element(heights);
+        const auto column = static_cast<std::size_t>(shortest - heights.begin());
+        const QSize size = panel.deviceIndependentSize().toSize();
+        places.emplace_back(column, heights[column] + gap);
+        heights[column] += gap + size.height();
+        widths[column] = std::max(widths[column], size.width());
+    }
+    const qreal ratio = panels.front().devicePixelRatio();
+    const QSize whole(std::accumulate(widths.begin(), widths.end(), (columnCount + 1) * gap),
+                      std::ranges::max(heights) + gap);
+    QPixmap picture(whole * ratio);
+    picture.setDevicePixelRatio(ratio);
+    picture.fill(background);
+    QPainter painter(&picture);
+    for (std::size_t index = 0; index < panels.size(); ++index) {
+        const auto [column, top] = places[index];
+        const int left = std::accumulate(widths.begin(), widths.begin() + static_cast<std::ptrdiff_t>(column),
+                                         (static_cast<int>(column) + 1) * gap);
+        painter.drawPixmap(QPoint(left, top), panels[index]);
+    }
+    return picture;
+}
+
+Sheet sheet(const SettingsStore &settings, AppLanguage language, Style::Appearance appearance)
 {
     Sheet result;
-    std::vector<std::vector<QPixmap>> rows;
-    QSize size(0, gap);
-    for (const AppTheme theme : allCases<AppTheme>()) {
-        settings.setTheme(theme);
-        auto &row = rows.emplace_back();
-        QSize rowSize(gap, 0);
-        for (const Sample &sample : samples(language)) {
-            row.push_back(drawn(sample, settings, result.cutTexts));
-            const QSize panel = row.back().deviceIndependentSize().toSize();
-            rowSize = QSize(rowSize.width() + panel.width() + gap, std::max(rowSize.height(), panel.height() + gap));
-        }
-        size = QSize(std::max(size.width(), rowSize.width()), size.height() + rowSize.height());
+    std::vector<QPixmap> panels;
+    for (const Sample &sample : samples(language)) {
+        panels.push_back(drawn(sample, settings, result.cutTexts));
     }
-    const qreal ratio = rows.front().front().devicePixelRatio();
-    result.picture = QPixmap(size * ratio);
-    result.picture.setDevicePixelRatio(ratio);
-    result.picture.fill(appearance == Style::Appearance::dark ? QColor(0x3a, 0x3d, 0x45) : QColor(0xcf, 0xd3, 0xdc));
-    QPainter painter(&result.picture);
-    int top = gap;
-    for (const auto &row : rows) {
-        int left = gap;
-        int height = 0;
-        for (const QPixmap &panel : row) {
-            painter.drawPixmap(QPoint(left, top), panel);
-            left += panel.deviceIndependentSize().toSize().width() + gap;
-            height = std::max(height, panel.deviceIndependentSize().toSize().height());
-        }
-        top += height + gap;
-    }
+    result.picture =
+        arranged(panels, appearance == Style::Appearance::dark ? QColor(0x3a, 0x3d, 0x45) : QColor(0xcf, 0xd3, 0xdc));
     return result;
 }
 
-/// Every language and appearance at the scale that the program runs at.
+/// Draws one sheet into the folder.
+bool draw(const QDir &folder, const SettingsStore &settings, AppLanguage language, Style::Appearance appearance)
+{
+    const QString name = u"panel-%1-%2-%3-%4x.png"_s.arg(
+        rawValue(language), appearance == Style::Appearance::dark ? u"dark"_s : u"light"_s, rawValue(settings.theme()),
+        QString::number(qApp->devicePixelRatio()));
+    const Sheet drawnSheet = sheet(settings, language, appearance);
+    for (const QString &text : drawnSheet.cutTexts) {
+        qCritical("%s: cut off: %s", qUtf8Printable(name), qUtf8Printable(text.left(60)));
+    }
+    if (!drawnSheet.picture.save(folder.filePath(name))) {
+        qCritical("%s could not be written", qUtf8Printable(name));
+        return false;
+    }
+    return drawnSheet.cutTexts.isEmpty();
+}
+
+/// Every language, appearance and theme at the scale that the program runs at.
 int drawSheets(const QDir &folder)
 {
     FakeUserDefaults defaults;
@@ -215,17 +293,9 @@ int drawSheets(const QDir &folder)
         QApplication::setPalette(palette(appearance));
         for (const AppLanguage language : allCases<AppLanguage>()) {
             settings.setAppLanguage(language);
-            const QString name = u"panel-%1-%2-%3x.png"_s.arg(
-                rawValue(language), appearance == Style::Appearance::dark ? u"dark"_s : u"light"_s,
-                QString::number(qApp->devicePixelRatio()));
-            const Sheet drawnSheet = sheet(settings, language, appearance);
-            for (const QString &text : drawnSheet.cutTexts) {
-                isWhole = false;
-                qCritical("%s: cut off: %s", qUtf8Printable(name), qUtf8Printable(text.left(60)));
-            }
-            if (!drawnSheet.picture.save(folder.filePath(name))) {
-                qCritical("%s could not be written", qUtf8Printable(name));
-                return 1;
+            for (const AppTheme theme : allCases<AppTheme>()) {
+                settings.setTheme(theme);
+                isWhole = draw(folder, settings, language, appearance) && isWhole;
             }
         }
     }
