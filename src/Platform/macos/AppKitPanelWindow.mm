@@ -1,6 +1,7 @@
 #include "Platform/macos/AppKitPanelWindow.h"
 
 #import <AppKit/AppKit.h>
+#import <objc/runtime.h>
 
 #include <QAccessible>
 #include <QEvent>
@@ -18,30 +19,40 @@ NSWindow *nativeWindow(const QWindow &window)
     return view.window;
 }
 
-void setChrome(NSWindow *window)
+BOOL isNoBackground(id view, SEL selector)
 {
-    window.styleMask = NSWindowStyleMaskTitled | NSWindowStyleMaskClosable | NSWindowStyleMaskUtilityWindow |
-                       NSWindowStyleMaskNonactivatingPanel | NSWindowStyleMaskFullSizeContentView;
-    window.titleVisibility = NSWindowTitleHidden;
-    window.titlebarAppearsTransparent = YES;
-    window.movableByWindowBackground = YES;
-    for (const NSWindowButton button : {NSWindowMiniaturizeButton, NSWindowZoomButton, NSWindowCloseButton}) {
-        [window standardWindowButton:button].hidden = YES;
-    }
+    Q_UNUSED(view)
+    Q_UNUSED(selector)
+    return NO;
 }
 
-void setFloating(NSWindow *window)
+/// A window that its background moves takes a translucent view for background, and a press in it for a drag. Qt's views
+/// want every press for themselves, so that text can be selected; what moves the panel is Qt's to say.
+void keepPresses(NSView *view)
 {
-    if ([window isKindOfClass:[NSPanel class]]) {
-        auto *const panel = static_cast<NSPanel *>(window);
-        panel.floatingPanel = YES;
-        panel.becomesKeyOnlyIfNeeded = YES;
-    }
+    const SEL selector = @selector(mouseDownCanMoveWindow);
+    const char *const types = method_getTypeEncoding(class_getInstanceMethod(view.class, selector));
+    class_addMethod(view.class, selector, reinterpret_cast<IMP>(&isNoBackground), types);
+}
+
+void setPanelProperties(NSWindow *window)
+{
+    NSPanel *const panel = [window isKindOfClass:NSPanel.class] ? static_cast<NSPanel *>(window) : nil;
+    window.styleMask = NSWindowStyleMaskTitled | NSWindowStyleMaskClosable | NSWindowStyleMaskUtilityWindow |
+                       NSWindowStyleMaskNonactivatingPanel | NSWindowStyleMaskFullSizeContentView;
+    panel.floatingPanel = YES;
     window.level = NSFloatingWindowLevel;
     window.collectionBehavior =
         NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorFullScreenAuxiliary;
+    window.titleVisibility = NSWindowTitleHidden;
+    window.titlebarAppearsTransparent = YES;
+    window.movableByWindowBackground = YES;
+    panel.becomesKeyOnlyIfNeeded = YES;
     window.hidesOnDeactivate = NO;
     window.releasedWhenClosed = NO;
+    for (const NSWindowButton button : {NSWindowMiniaturizeButton, NSWindowZoomButton, NSWindowCloseButton}) {
+        [window standardWindowButton:button].hidden = YES;
+    }
 }
 
 } // namespace
@@ -49,16 +60,20 @@ void setFloating(NSWindow *window)
 void AppKitPanelWindow::makePanel(QWindow &window)
 {
     NSWindow *const native = nativeWindow(window);
-    setChrome(native);
-    setFloating(native);
+    keepPresses(native.contentView);
+    setPanelProperties(native);
     window.removeEventFilter(this);
     window.installEventFilter(this);
 }
 
 bool AppKitPanelWindow::orderFront(QWindow &window)
 {
+    NSWindow *const native = nativeWindow(window);
+    // Qt takes windows that stay when their application is left out of the floating level then, and does not bring
+    // those back that are hidden.
+    native.level = NSFloatingWindowLevel;
     // Qt orders windows front within the active application only.
-    [nativeWindow(window) orderFrontRegardless];
+    [native orderFrontRegardless];
     return true;
 }
 
@@ -83,6 +98,9 @@ bool AppKitPanelWindow::eventFilter(QObject *watched, QEvent *event)
         // Sent before Qt shows the window.
         QMetaObject::invokeMethod(
             window, [this, window] { orderFront(*window); }, Qt::QueuedConnection);
+    } else if (window != nullptr && event->type() == QEvent::MouseButtonPress) {
+        // Qt's view never says that it needs the keyboard, for copying what is selected with keys, for example.
+        [nativeWindow(*window) makeKeyWindow];
     }
     return QObject::eventFilter(watched, event);
 }

@@ -119,6 +119,7 @@ static const NSWindowLevel NSFloatingWindowLevel = 3;
 @interface NSView : NSResponder
 @property (readonly, strong) NSWindow *window;
 @property (getter=isHidden) BOOL hidden;
+@property (readonly) BOOL mouseDownCanMoveWindow;
 @end
 
 @interface NSControl : NSView
@@ -129,6 +130,7 @@ static const NSWindowLevel NSFloatingWindowLevel = 3;
 
 @interface NSWindow : NSResponder
 @property NSWindowStyleMask styleMask;
+@property (strong) NSView *contentView;
 @property NSWindowLevel level;
 @property NSWindowCollectionBehavior collectionBehavior;
 @property NSWindowTitleVisibility titleVisibility;
@@ -138,6 +140,7 @@ static const NSWindowLevel NSFloatingWindowLevel = 3;
 @property (getter=isReleasedWhenClosed) BOOL releasedWhenClosed;
 - (NSButton *)standardWindowButton:(NSWindowButton)b;
 - (void)orderFrontRegardless;
+- (void)makeKeyWindow;
 @end
 
 @interface NSPanel : NSWindow
