@@ -1,5 +1,7 @@
 #include "Platform/linux/ATSPIElements.h"
 
+#include "Platform/AccessibilityElementsContract.h"
+#include "Platform/AccessibilityTrustContract.h"
 #include "Platform/AdoptedDesktop.h"
 #include "Platform/linux/ATSPITrust.h"
 #include "Platform/linux/X11HotKeys.h"
@@ -39,6 +41,31 @@ protected:
 };
 
 } // namespace
+
+TEST_F(ATSPIElementsTest, KeepsTheContract)
+{
+    const Mousepad editor(*m_desktop);
+    m_desktop->keyboard().type(u"El perro  日本 "_s);
+    m_desktop->keyboard().press(u"Ctrl+a"_s);
+    awaitRead(u"El perro  日本 "_s);
+    tests::expectAccessibilityElementsContract(
+        m_elements, {
+                        .application = editor.process.pid(),
+                        .selection = u"El perro  日本 "_s,
+                        .isCopied =
+                            [this] {
+                                return desktop::happensWithin(desktop::usualDeadline, [this] {
+                                    return m_desktop->runToEnd(u"xclip"_s, {u"-o"_s, u"-selection"_s, u"clipboard"_s})
+                                               .standardOutput == QByteArray("El perro  日本 ");
+                                });
+                            },
+                        .endApplication =
+                            [&editor] {
+                                editor.process.kill();
+                                (void)editor.process.awaitEnd();
+                            },
+                    });
+}
 
 TEST_F(ATSPIElementsTest, ReadsTheSelectionOfAnEditor)
 {
@@ -210,6 +237,18 @@ TEST_F(ATSPIElementsTest, FollowsWhetherTrustIsGiven)
     EXPECT_FALSE(trust.isTrusted()) << "asking is not granting";
     trust.enable();
     waitUntil([&] { return trust.isTrusted(); }, u"the trust"_s);
+}
+
+TEST_F(ATSPIElementsTest, KeepsTheContractOfTrust)
+{
+    ATSPITrust trust;
+    int requests = 0;
+    trust.setRequestPresenter([&requests] { ++requests; });
+    const auto decide = [&](bool isGiven) {
+        m_desktop->setAccessibilityEnabled(isGiven);
+        waitUntil([&] { return trust.isTrusted() == isGiven; }, u"the decision"_s);
+    };
+    tests::expectAccessibilityTrustContract(trust, {.decide = decide, .requests = [&requests] { return requests; }});
 }
 
 TEST(ATSPIWithoutBuses, TrustsNothingAndReadsNothing)

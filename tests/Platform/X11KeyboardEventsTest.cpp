@@ -1,6 +1,7 @@
 #include "Platform/linux/X11KeyboardEvents.h"
 
 #include "Platform/AdoptedDesktop.h"
+#include "Platform/KeyboardEventContract.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -23,12 +24,14 @@ using tests::AdoptedDesktop;
 namespace {
 
 constexpr quint16 macC = 8;
+constexpr quint16 macV = 9;
 // Evdev's positions, as X11 counts them.
 constexpr xcb_keycode_t controlKey = 37;
 constexpr xcb_keycode_t shiftKey = 50;
 constexpr xcb_keycode_t altKey = 64;
 constexpr xcb_keycode_t keyC = 54;
 constexpr xcb_keycode_t keyD = 40;
+constexpr xcb_keycode_t keyV = 55;
 
 /// One event that a program's window got.
 struct Key {
@@ -124,6 +127,41 @@ protected:
 };
 
 } // namespace
+
+TEST_F(X11KeyboardEventsTest, KeepsTheContract)
+{
+    KeyReceiver editor(editorNames);
+    const std::vector<std::pair<QString, quint32>> modifiers{{u"Alt"_s, KeyboardFlags::option},
+                                                             {u"Ctrl"_s, KeyboardFlags::control},
+                                                             {u"Shift"_s, KeyboardFlags::shift}};
+    quint32 held = 0;
+    const auto hold = [&](quint32 flags) {
+        for (const auto &[name, flag] : modifiers) {
+            if ((held & flag) != 0 && (flags & flag) == 0) {
+                m_desktop->keyboard().keyUp(name);
+            } else if ((held & flag) == 0 && (flags & flag) != 0) {
+                m_desktop->keyboard().keyDown(name);
+            }
+        }
+        held = flags;
+    };
+    const auto received = [&editor] {
+        std::vector<tests::ReceivedKey> strokes;
+        for (const Key &key : editor.keys()) {
+            if (key.code == keyC || key.code == keyV) {
+                // Command is Control here.
+                const quint32 flags = ((key.state & XCB_MOD_MASK_CONTROL) != 0 ? KeyboardFlags::command : 0) |
+                                      ((key.state & XCB_MOD_MASK_SHIFT) != 0 ? KeyboardFlags::shift : 0) |
+                                      ((key.state & XCB_MOD_MASK_1) != 0 ? KeyboardFlags::option : 0);
+                strokes.push_back({static_cast<quint16>(key.code == keyC ? macC : macV),
+                                   key.isPress ? KeyTransition::down : KeyTransition::up, flags});
+            }
+        }
+        return strokes;
+    };
+    tests::expectKeyboardEventContract(
+        m_events, {.hold = hold, .received = received, .breakDown = [&editor] { editor.giveUpKeyboard(); }});
+}
 
 TEST_F(X11KeyboardEventsTest, CommandAndCIsControlAndC)
 {

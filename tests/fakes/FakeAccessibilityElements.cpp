@@ -29,7 +29,7 @@ bool FakeAccessibilityElements::performAction(const AccessibilityElement &elemen
     m_actions.push_back({element, action});
     // A copy, because the handler may make this grow.
     const Action performed = m_actions.back();
-    return !m_actionHandler || m_actionHandler(performed);
+    return m_hasApplications && element != nullptr && (!m_actionHandler || m_actionHandler(performed));
 }
 
 AccessibilityElement FakeAccessibilityElements::makeElement(Attributes attributes)
@@ -48,6 +48,13 @@ void FakeAccessibilityElements::setAttribute(const AccessibilityElement &element
 void FakeAccessibilityElements::setApplication(qint64 processIdentifier, AccessibilityElement element)
 {
     m_applications[processIdentifier] = std::move(element);
+}
+
+void FakeAccessibilityElements::endApplications()
+{
+    m_hasApplications = false;
+    m_attributes.clear();
+    m_applications.clear();
 }
 
 void FakeAccessibilityElements::focusSelectedText(const QString &text)

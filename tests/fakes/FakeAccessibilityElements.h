@@ -31,6 +31,8 @@ public:
     [[nodiscard]] AccessibilityElement makeElement(Attributes attributes = {});
     void setAttribute(const AccessibilityElement &element, const QString &attribute, AccessibilityValue value);
     void setApplication(qint64 processIdentifier, AccessibilityElement element);
+    /// Every application has gone: elements that are still held stand for nothing, and are refused actions.
+    void endApplications();
     /// Focuses a new element with this "AXSelectedText".
     void focusSelectedText(const QString &text);
     /// Called for every action; its answer is performAction()'s. Without one, actions are accepted.
@@ -47,6 +49,7 @@ private:
     std::function<bool(const Action &)> m_actionHandler;
     std::vector<Action> m_actions;
     std::vector<QString> m_reads;
+    bool m_hasApplications = true;
 };
 
 } // namespace orvesa

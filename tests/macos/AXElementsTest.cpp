@@ -2,9 +2,13 @@
 
 #include "Platform/macos/AXTrust.h"
 
+#include "Platform/AccessibilityElementsContract.h"
+#include "Platform/AccessibilityTrustContract.h"
 #include "fakes/FakeAccessibilityElements.h"
 #include "macos/RecorderTest.h"
 #include "macos/recorders/Accessibility.h"
+
+#include <algorithm>
 
 namespace orvesa {
 
@@ -23,6 +27,13 @@ template <typename Type>
 const Type *held(const AccessibilityValue &value)
 {
     return std::get_if<Type>(&value);
+}
+
+/// The system's own constant.
+recorders::Object *booleanObject(bool value)
+{
+    return recorders::referenceTo<recorders::Object *>(
+        reinterpret_cast<const recorders::Object *>(value ? kCFBooleanTrue : kCFBooleanFalse));
 }
 
 bool isNone(const AccessibilityValue &value)
@@ -50,6 +61,43 @@ protected:
 };
 
 } // namespace
+
+TEST_F(AXElementsTest, KeepsTheContract)
+{
+    const auto set = [](ElementObject &element, const QString &attribute, recorders::Object *value) {
+        element.setAttribute(attribute, value);
+        return value;
+    };
+    auto *const copy = new ElementObject("Copy");
+    set(*copy, u"AXMenuItemCmdChar"_s, new StringObject(u"C"_s));
+    set(*copy, u"AXMenuItemCmdModifiers"_s, new NumberObject(std::int64_t{0}));
+    set(*copy, u"AXEnabled"_s, booleanObject(true));
+    auto *const edit = new ElementObject("Edit");
+    set(*edit, u"AXChildren"_s, new ArrayObject({copy}));
+    auto *const menuBar = new ElementObject("menu bar");
+    set(*menuBar, u"AXChildren"_s, new ArrayObject({edit}));
+    auto *const focused = new ElementObject("text area");
+    set(*focused, u"AXSelectedText"_s, new StringObject(u" 選択 \n"_s));
+    set(m_accessibility.application(7), u"AXMenuBar"_s, menuBar);
+    set(m_accessibility.systemWide(), u"AXFocusedUIElement"_s, focused);
+    tests::expectAccessibilityElementsContract(
+        m_elements,
+        {
+            .application = 7,
+            .selection = u" 選択 \n"_s,
+            .isCopied =
+                [] { return std::ranges::count(recorders::calls(), "AXUIElementPerformAction Copy AXPress") == 1; },
+            .endApplication =
+                [&] {
+                    for (ElementObject *const element :
+                         {copy, edit, menuBar, focused, &m_accessibility.application(7)}) {
+                        element->fail(kAXErrorInvalidUIElement);
+                    }
+                },
+        });
+    copy->release();
+    edit->release();
+}
 
 TEST_F(AXElementsTest, BoundsEveryCallOfTheProcess)
 {
@@ -85,8 +133,7 @@ TEST_F(AXElementsTest, TellsTypesApart)
 TEST_F(AXElementsTest, ReadsBooleans)
 {
     for (const bool value : {true, false}) {
-        const AccessibilityValue read = this->read(recorders::referenceTo<recorders::Object *>(
-            reinterpret_cast<const recorders::Object *>(value ? kCFBooleanTrue : kCFBooleanFalse)));
+        const AccessibilityValue read = this->read(booleanObject(value));
         ASSERT_NE(held<bool>(read), nullptr);
         EXPECT_EQ(*held<bool>(read), value);
     }
@@ -121,6 +168,7 @@ TEST_F(AXElementsTest, KeepsElementsAliveThatItsListLetGo)
 
 TEST_F(AXElementsTest, HasNoValueWhereACallFails)
 {
+    (void)m_accessibility.application(7);
     const AccessibilityElement application = m_elements.application(7);
     EXPECT_TRUE(isNone(m_elements.copyAttribute(application, u"AXMenuBar"_s)));
     for (const AXError error :
@@ -142,9 +190,24 @@ TEST_F(AXElementsTest, HasNoValueForAnElementOfAnotherKind)
 
 TEST_F(AXElementsTest, PerformsAnAction)
 {
+    (void)m_accessibility.application(7);
     EXPECT_TRUE(m_elements.performAction(m_elements.application(7), u"AXPress"_s));
     EXPECT_EQ(recorders::calls(),
               (Calls{"AXUIElementCreateApplication 7", "AXUIElementPerformAction application 7 AXPress"}));
+}
+
+TEST_F(AXTrustTest, KeepsTheContract)
+{
+    tests::expectAccessibilityTrustContract(
+        m_trust, {
+                     .decide = [this](bool isGiven) { m_accessibility.isTrusted = isGiven; },
+                     .requests =
+                         [] {
+                             return static_cast<int>(
+                                 std::ranges::count(recorders::calls(), "AXIsProcessTrustedWithOptions "
+                                                                        "{AXTrustedCheckOptionPrompt: true}"));
+                         },
+                 });
 }
 
 TEST_F(AXTrustTest, AsksWithoutAPrompt)

@@ -1,8 +1,11 @@
 #include "Platform/macos/QuartzKeyboardEvents.h"
 
 #include "Core/KeyboardEventSender.h"
+#include "Platform/KeyboardEventContract.h"
 #include "macos/RecorderTest.h"
 #include "macos/recorders/QuartzEvents.h"
+
+#include <utility>
 
 namespace orvesa {
 
@@ -20,6 +23,24 @@ protected:
 };
 
 } // namespace
+
+TEST_F(QuartzKeyboardEventsTest, KeepsTheContract)
+{
+    const auto received = [] {
+        std::vector<tests::ReceivedKey> keys;
+        for (const recorders::PostedKey &key : std::exchange(quartzEvents().posted, {})) {
+            keys.push_back(
+                {key.keyCode, key.isDown ? KeyTransition::down : KeyTransition::up, static_cast<quint32>(key.flags)});
+        }
+        return keys;
+    };
+    tests::expectKeyboardEventContract(m_keyboard,
+                                       {
+                                           .hold = [](quint32 flags) { quartzEvents().flags = flags; },
+                                           .received = received,
+                                           .breakDown = [] { quartzEvents().events = QuartzEvents::Creation::fails; },
+                                       });
+}
 
 TEST_F(QuartzKeyboardEventsTest, ReportsTheFourModifiersOfTheSession)
 {

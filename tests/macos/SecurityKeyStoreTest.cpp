@@ -22,11 +22,18 @@ const KeyStoreQuery query{u"com.example.test"_s, u"openai_api_key"_s};
 class SecurityKeyStoreTest : public tests::RecorderTest {
 protected:
     /// Calls that nobody waits for any more end by themselves; what they hold goes with them.
-    static void awaitEndOfThreads()
+    void letThreadsEnd(std::size_t calls)
+    {
+        await([calls] { return recorders::calls().size() == calls; });
+        m_keychain.let();
+        await([] { return recorders::liveObjects() == 0; });
+    }
+    template <typename Condition>
+    static void await(Condition condition)
     {
         QElapsedTimer elapsed;
         elapsed.start();
-        while (recorders::liveObjects() != 0 && elapsed.elapsed() < 5000) {
+        while (!condition() && elapsed.elapsed() < 5000) {
             std::this_thread::yield();
         }
     }
@@ -47,8 +54,7 @@ TEST_F(SecurityKeyStoreTest, KeepsTheContractWhenItIsClosed)
     m_keychain.hold();
     SecurityKeyStore store;
     tests::expectKeyStoreClosingContract(store);
-    m_keychain.let();
-    awaitEndOfThreads();
+    letThreadsEnd(2);
     EXPECT_EQ(recorders::calls().size(), 2U) << "a closed store asks for nothing";
 }
 
@@ -96,8 +102,7 @@ TEST_F(SecurityKeyStoreTest, EndsAfterItsBound)
     SecurityKeyStore store(50ms);
     EXPECT_EQ(awaited(store.copyMatching(query)).status, KeyStoreStatus::interactionNotAllowed);
     EXPECT_EQ(awaited(store.remove(query)), KeyStoreStatus::interactionNotAllowed);
-    m_keychain.let();
-    awaitEndOfThreads();
+    letThreadsEnd(2);
 }
 
 TEST_F(SecurityKeyStoreTest, CarriesAnEarlierKeyForward)

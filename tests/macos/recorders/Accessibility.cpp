@@ -75,6 +75,17 @@ ElementObject &Accessibility::application(pid_t process)
     return *known;
 }
 
+ElementObject *Accessibility::handedOver(pid_t process)
+{
+    if (const auto found = m_applications.find(process); found != m_applications.end()) {
+        found->second->retain();
+        return found->second;
+    }
+    auto *const nobody = new ElementObject("no process");
+    nobody->fail(kAXErrorInvalidUIElement);
+    return nobody;
+}
+
 } // namespace orvesa::recorders
 
 using namespace orvesa::recorders;
@@ -110,7 +121,7 @@ AXUIElementRef AXUIElementCreateSystemWide(void)
 AXUIElementRef AXUIElementCreateApplication(pid_t pid)
 {
     note("AXUIElementCreateApplication " + std::to_string(pid));
-    return handedOver(Accessibility::current()->application(pid));
+    return referenceTo<AXUIElementRef>(Accessibility::current()->handedOver(pid));
 }
 
 AXError AXUIElementCopyAttributeValue(AXUIElementRef reference, CFStringRef attribute, CFTypeRef *value)
@@ -133,7 +144,10 @@ AXError AXUIElementPerformAction(AXUIElementRef reference, CFStringRef action)
 {
     const ElementObject *const object = element(reference, "AXUIElementPerformAction");
     note("AXUIElementPerformAction " + (object == nullptr ? std::string() : object->name) + " " + text(action));
-    return object == nullptr ? kAXErrorInvalidUIElement : object->failure;
+    if (object == nullptr || object->failure != kAXErrorSuccess) {
+        return object == nullptr ? kAXErrorInvalidUIElement : object->failure;
+    }
+    return object->actions.contains(text(action)) ? kAXErrorSuccess : kAXErrorActionUnsupported;
 }
 
 AXError AXUIElementSetMessagingTimeout(AXUIElementRef reference, float timeoutInSeconds)

@@ -7,6 +7,7 @@
 #include <ApplicationServices/ApplicationServices.h>
 
 #include <optional>
+#include <set>
 
 namespace orvesa::recorders {
 
@@ -24,6 +25,7 @@ public:
     const std::string name;
     std::map<QString, Object *> attributes;
     AXError failure = kAXErrorSuccess;
+    std::set<std::string> actions{"AXPress"}; ///< those that it knows
 };
 
 /// The processes and elements that the interface answers for; one at a time.
@@ -37,7 +39,10 @@ public:
     [[nodiscard]] static Accessibility *current();
 
     [[nodiscard]] ElementObject &systemWide() { return *m_systemWide; }
+    /// The application of a process that runs from now on.
     [[nodiscard]] ElementObject &application(pid_t process);
+    /// What a program gets for a process, whether it runs or not.
+    [[nodiscard]] ElementObject *handedOver(pid_t process);
 
     bool isTrusted = true;
 

@@ -76,6 +76,7 @@ void CGEventPost(CGEventTapLocation tap, CGEventRef reference)
         text << "CGEventPost tap " << tap << " key " << object->keyCode << (object->isDown ? " down" : " up")
              << " flags 0x" << std::hex << object->flags;
         note(text.str());
+        quartzEvents().posted.push_back({object->keyCode, object->isDown, object->flags});
     }
 }
 
