@@ -102,6 +102,17 @@ std::optional<Columns> columnsIn(const Marks &marks, int text)
     return std::nullopt;
 }
 
+/// A third of them are not longer.
+double lowerThird(std::vector<Span> spans)
+{
+    if (spans.empty()) {
+        return 0;
+    }
+    const auto place = spans.begin() + static_cast<std::ptrdiff_t>(spans.size() / 3);
+    std::ranges::nth_element(spans, place, {}, &Span::length);
+    return place->length();
+}
+
 double meanLength(const std::vector<Span> &spans)
 {
     double sum = 0;
@@ -123,7 +134,9 @@ bool runsDown(const Marks &marks)
         const Marks own = marksWithin(marks, Axis::across, column);
         tallest = std::max(tallest, boundsOf(own).height());
         widest = std::max(widest, column.length());
-        gapsDown = std::max(gapsDown, meanLength(gapsBetween(coveredSpans(own, Axis::down))));
+        // Strokes that lie alone and marks in a corner leave wide gaps; many gaps are narrow nevertheless.
+        const std::vector<Span> gaps = gapsBetween(coveredSpans(own, Axis::down));
+        gapsDown = std::max(gapsDown, std::min(lowerThird(gaps), meanLength(gaps)));
     }
     constexpr int leastWidth = 8;
     if (columns.empty() || widest < leastWidth || tallest < leastHeightToWidth * widest) {
@@ -137,6 +150,17 @@ bool runsDown(const Marks &marks)
     return columns.size() == 1 || meanLength(gapsBetween(columns)) > std::max(1.3 * gapsDown, 0.2 * widest);
 }
 
+std::vector<TextRow> columnsDown(const Marks &marks)
+{
+    std::vector<TextRow> columns;
+    for (const Span &span : coveredSpans(marks, Axis::across)) {
+        Marks own = marksWithin(marks, Axis::across, span);
+        const QRect box = boundsOf(own);
+        columns.insert(columns.begin(), TextRow{box, std::move(own)});
+    }
+    return columns;
+}
+
 void addBlocks(const Marks &marks, std::vector<TextBlock> &blocks)
 {
     if (marks.empty()) {
@@ -145,7 +169,7 @@ void addBlocks(const Marks &marks, std::vector<TextBlock> &blocks)
     const int text = typicalHeight(marks);
     const QRect bounds = boundsOf(marks);
     if (runsDown(marks)) {
-        blocks.push_back({TextBlock::Direction::down, bounds, text, {}});
+        blocks.push_back({TextBlock::Direction::down, bounds, text, columnsDown(marks)});
         return;
     }
     if (const auto columns = columnsIn(marks, text)) {

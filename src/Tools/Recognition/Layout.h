@@ -17,7 +17,7 @@ struct TextBlock {
     Direction direction = Direction::across;
     QRect box;
     int text = 0;              ///< height of a full-size character
-    std::vector<TextRow> rows; ///< none where the text runs down
+    std::vector<TextRow> rows; ///< where the text runs down, its columns from the right
 };
 
 [[nodiscard]] std::vector<TextBlock> blocksOf(const Marks &marks);

@@ -154,7 +154,7 @@ bool isTickBox(const RegionMap &map, std::int32_t number, int text)
     const double fill = static_cast<double>(region.pixels) / (static_cast<double>(box.width()) * box.height());
     const bool isHollow = fill < 0.5 && pixelsInside(map, number) == 0;
     const bool isSquare = isHollow && sideShare(map, number) >= 0.85;
-    const bool isFilled = fill > 0.72;
+    const bool isFilled = fill > 0.78 && sideShare(map, number) >= 0.92;
     if (!isSquare && !isFilled && !(isHollow && box.height() >= tallerThanLetters * text)) {
         return false;
     }

@@ -96,6 +96,11 @@ void settleZeros(QString &line)
 
 } // namespace
 
+QString cleanedDown(QString line)
+{
+    return line.remove(u' ').replace(u',', u'，').replace(u'!', u'！').replace(u'?', u'？');
+}
+
 QString cleaned(QString line)
 {
     settleTwins(line);

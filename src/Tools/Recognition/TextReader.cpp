@@ -7,6 +7,7 @@
 #include "Tools/Recognition/SegmentImage.h"
 #include "Tools/Recognition/Surfaces.h"
 #include "Tools/Recognition/TextCleanup.h"
+#include "Tools/Recognition/VerticalText.h"
 
 #include <algorithm>
 
@@ -164,6 +165,13 @@ void TextReader::readAgain(const GrayImage &ink, int text, std::vector<Segment> 
 
 QStringList TextReader::readDown(const GrayImage &ink, const TextBlock &textBlock)
 {
+    if (const std::optional<LaidAcross> laid = laidAcross(ink, textBlock)) {
+        QStringList lines = readAcross(laid->ink, laid->block);
+        for (QString &line : lines) {
+            line = cleanedDown(line);
+        }
+        return lines;
+    }
     constexpr double japaneseEnlargement = 2;
     constexpr double chineseEnlargement = 3;
     const GrayImage japaneseImage = segmentImage(ink, textBlock.box, textBlock.text, japaneseEnlargement);
@@ -181,9 +189,7 @@ QStringList TextReader::readDown(const GrayImage &ink, const TextBlock &textBloc
         for (const Glyph &glyph : line.glyphs) {
             text += glyph.text;
         }
-        // Whatever stands in a column of wide characters is wide itself.
-        text.replace(u',', u'，').replace(u'!', u'！').replace(u'?', u'？');
-        lines.append(cleaned(text));
+        lines.append(cleanedDown(cleaned(text)));
     }
     return lines;
 }
