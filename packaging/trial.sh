@@ -65,19 +65,25 @@ makeOlderPackage() {
     dpkg-deb --root-owner-group --build "$folder/older" "$folder/older.deb" >/dev/null
 }
 
-# Mounts and processes of the root live in spaces of their own and end with its first process.
+# Mounts and processes of the root live in spaces of their own and end with its first process. It becomes the root of its
+# space, as on a machine: below a mere chroot the kernel lets nobody make user namespaces, which tests make.
 inRoot() {
     asRoot unshare --mount --pid --ipc --uts --fork --kill-child bash -ec '
         root=$1
         shift
         hostname clean
         mount --make-rprivate /
+        mount --bind "$root" "$root"
         mount -t proc proc "$root/proc"
         mount -t sysfs -o ro sysfs "$root/sys"
         mount --rbind /dev "$root/dev"
         mount -t tmpfs tmpfs "$root/dev/shm"
         mount -t tmpfs -o mode=755 tmpfs "$root/run"
-        exec chroot "$root" /usr/bin/env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LANG=C.UTF-8 \
+        cd "$root"
+        pivot_root . .
+        umount --lazy .
+        cd /
+        exec /usr/bin/env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LANG=C.UTF-8 \
             DEBIAN_FRONTEND=noninteractive "$@"' bash "$folder/root" "$@"
 }
 

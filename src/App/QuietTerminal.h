@@ -1,7 +1,7 @@
 #pragma once
 
-// The terminal on standard input while a secret is typed: it shows nothing, and signals that would end or stop the program
-// are held until it shows everything again.
+// The terminal on standard input while a secret is typed: it shows nothing, and signals that would end or stop the
+// program are held until it shows everything again.
 //
 // Main thread, one at a time, for the time of one question. Makes the terminal as it was when it goes.
 

@@ -190,7 +190,7 @@ void Keyboard::type(const QString &text)
     }
 }
 
-bool Keyboard::isTaken(const QString &combination)
+Keyboard::Combination Keyboard::combinationFor(const QString &combination)
 {
     static const QMap<QString, quint16> masks{{u"Ctrl"_s, XCB_MOD_MASK_CONTROL},
                                               {u"Alt"_s, XCB_MOD_MASK_1},
@@ -201,16 +201,35 @@ bool Keyboard::isTaken(const QString &combination)
     quint16 modifiers = 0;
     for (const QString &name : names)
         modifiers = static_cast<quint16>(modifiers | masks.value(name));
+    return {modifiers, code};
+}
+
+bool Keyboard::isGrabRefused(const Combination &combination)
+{
+    xcb_connection_t *connection = m_session.connection();
+    const XReply<xcb_generic_error_t> refusal(xcb_request_check(
+        connection, xcb_grab_key_checked(connection, 1, m_session.root(), combination.modifiers, combination.code,
+                                         XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC)));
+    return refusal && refusal->error_code == XCB_ACCESS;
+}
+
+bool Keyboard::isTaken(const QString &combination)
+{
+    const Combination wanted = combinationFor(combination);
     // With the server grabbed nobody else can come between, and find the combination taken by this very look.
     xcb_connection_t *connection = m_session.connection();
     xcb_grab_server(connection);
-    const XReply<xcb_generic_error_t> refusal(
-        xcb_request_check(connection, xcb_grab_key_checked(connection, 1, m_session.root(), modifiers, code,
-                                                           XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC)));
-    xcb_ungrab_key(connection, code, m_session.root(), modifiers);
+    const bool isRefused = isGrabRefused(wanted);
+    xcb_ungrab_key(connection, wanted.code, m_session.root(), wanted.modifiers);
     xcb_ungrab_server(connection);
     m_session.synchronize();
-    return refusal && refusal->error_code == XCB_ACCESS;
+    return isRefused;
+}
+
+void Keyboard::take(const QString &combination)
+{
+    if (isGrabRefused(combinationFor(combination)))
+        throw DesktopError(u"%1 is taken already"_s.arg(combination));
 }
 
 std::vector<xcb_keycode_t> Keyboard::keysDown() const

@@ -47,6 +47,9 @@ public:
     void type(const QString &text);
     /// Whether another program has a grab on the combination (modifiers first, one key last). Nothing is left grabbed.
     [[nodiscard]] bool isTaken(const QString &combination);
+    /// Takes the combination, as a program that is not the one under test would, until the desktop ends. (isTaken() is
+    /// about others, and lets go of it.)
+    void take(const QString &combination);
     /// The keys the server holds to be down now, as key codes.
     [[nodiscard]] std::vector<xcb_keycode_t> keysDown() const;
 
@@ -55,6 +58,13 @@ private:
         xcb_keycode_t code = 0;
         bool shift = false;
     };
+    struct Combination {
+        quint16 modifiers = 0;
+        xcb_keycode_t code = 0;
+    };
+    [[nodiscard]] Combination combinationFor(const QString &combination);
+    /// Whether the server refused because another program has it.
+    [[nodiscard]] bool isGrabRefused(const Combination &combination);
     [[nodiscard]] Stroke strokeFor(xcb_keysym_t keysym);
     [[nodiscard]] Stroke bindSpareKey(xcb_keysym_t keysym);
     [[nodiscard]] static QStringList keysOf(const QString &combination);

@@ -62,6 +62,38 @@ TEST_F(ProgramDoctor, SaysWhatIsMissing)
     EXPECT_TRUE(desktop->keyStore().isDefaultCollectionLocked()) << "looking unlocks nothing";
 }
 
+TEST_F(ProgramDoctor, SaysWhatIsTakenAndWhatIsNotInstalled)
+{
+    DesktopOptions options;
+    options.accessibility = Accessibility::none;
+    options.keyStore = KeyStore::absent;
+    options.tray = Tray::embedding;
+    setUp(options);
+    desktop->keyboard().take(u"Alt+d"_s);
+    const QString text = page({}, {{u"TESSDATA_PREFIX"_s, desktop->folders().home()}});
+    EXPECT_EQ(last.exitCode, 1);
+    for (const QString &line :
+         {u"Accessibility: no accessibility bus"_s, u"Key store: absent"_s, u"not looked for"_s,
+          u"Tray: there (XEmbed)"_s, u"Shortcut ⌥D of translateSelection: taken by another program"_s,
+          u"Shortcut ⌥S of polishSelection: free"_s, u"Text recognition: languages are missing"_s,
+          u"tesseract-ocr-eng"_s, u"tesseract-ocr-chi-tra"_s}) {
+        EXPECT_TRUE(text.contains(line)) << line.toStdString() << "\n" << text.toStdString();
+    }
+}
+
+TEST_F(ProgramDoctor, NeedsNoSession)
+{
+    DesktopOptions options;
+    options.sessionBus = SessionBus::none;
+    setUp(options);
+    const QString text = page({}, desktop->withoutDisplay());
+    EXPECT_EQ(last.exitCode, 1);
+    for (const QString &line : {u"Desktop: no graphical session"_s, u"Accessibility: no session bus"_s,
+                                u"Key store: no session bus"_s, u"Tray: none"_s, u"Screen capture: there"_s}) {
+        EXPECT_TRUE(text.contains(line)) << line.toStdString() << "\n" << text.toStdString();
+    }
+}
+
 TEST_F(ProgramDoctor, ReachesTheServiceOnlyWhenAsked)
 {
     setUp();
