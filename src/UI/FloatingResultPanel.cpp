@@ -35,7 +35,6 @@ FloatingResultPanel::FloatingResultPanel(FloatingResultView *content, PanelWindo
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
-    setAttribute(Qt::WA_MacAlwaysShowToolWindow);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     // The controller alone decides the window's size.
