@@ -265,6 +265,67 @@ TEST_F(X11HotKeysTest, RefusesAKeyThatNoKeyboardHas)
     EXPECT_EQ(add(1000, option, 1).status, HotKeyStatus::hotKeyInvalid);
 }
 
+/// A window with the focus, and the keys that it is told of: "+37" for a press, "-37" for a release, "*" behind those
+/// that another program has sent.
+class FocusedWindow final {
+public:
+    FocusedWindow()
+    {
+        xcb_connection_t *const raw = m_connection.connection();
+        const quint32 keys = XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE;
+        const xcb_window_t window = xcb_generate_id(raw);
+        xcb_create_window(raw, XCB_COPY_FROM_PARENT, window, m_connection.root(), 0, 0, 100, 100, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &keys);
+        xcb_map_window(raw, window);
+        xcb_set_input_focus(raw, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
+        m_token = m_connection.addEventHandler([this](const xcb_generic_event_t &event) { note(event); });
+        m_connection.settle();
+    }
+    ~FocusedWindow() { m_connection.removeEventHandler(m_token); }
+    Q_DISABLE_COPY_MOVE(FocusedWindow)
+
+    [[nodiscard]] const QStringList &keys() const { return m_keys; }
+
+private:
+    void note(const xcb_generic_event_t &event)
+    {
+        const int type = event.response_type & 0x7f;
+        if (type == XCB_KEY_PRESS || type == XCB_KEY_RELEASE) {
+            const auto &key = reinterpret_cast<const xcb_key_press_event_t &>(event);
+            m_keys.append((type == XCB_KEY_PRESS ? u"+"_s : u"-"_s) + QString::number(key.detail) +
+                          (event.response_type != type ? u"*"_s : QString()));
+        }
+    }
+
+    X11Connection m_connection;
+    X11Connection::HandlerToken m_token = 0;
+    QStringList m_keys;
+};
+
+TEST_F(X11HotKeysTest, LetsAltGoUpOnlyAfterATapOfControl)
+{
+    ASSERT_EQ(add(keyD, option, 1).status, HotKeyStatus::noErr);
+    const FocusedWindow window;
+    m_desktop->keyboard().pressAtOnce(u"Alt+d"_s);
+    waitUntil([&] { return window.keys().contains(u"-64"_s); }, u"Alt to go up"_s);
+    EXPECT_EQ(window.keys().first(4), (QStringList{u"+64"_s, u"+37*"_s, u"-37*"_s, u"-40"_s}))
+        << window.keys().join(u' ').toStdString();
+}
+
+TEST_F(X11HotKeysTest, TapsNothingWhereControlIsHeldAnyway)
+{
+    // Its release by the tap would be taken for the real one.
+    ASSERT_EQ(add(keyD, option | control, 1).status, HotKeyStatus::noErr);
+    ASSERT_EQ(add(keyS, command, 2).status, HotKeyStatus::noErr);
+    const FocusedWindow window;
+    m_desktop->keyboard().press(u"Ctrl+Alt+d"_s);
+    awaitPresses(1);
+    m_desktop->keyboard().press(u"Super+s"_s); // opens no menu bar
+    awaitPresses(2);
+    waitUntil([&] { return window.keys().contains(u"-133"_s); }, u"the last key to go up"_s);
+    EXPECT_TRUE(window.keys().filter(u"*"_s).isEmpty()) << window.keys().join(u' ').toStdString();
+}
+
 TEST(X11HotKeysOverAnEditor, LeaveItsMenuBarAlone)
 {
     // A Qt 5 menu bar takes the keyboard when Alt goes down and up with nothing in between.

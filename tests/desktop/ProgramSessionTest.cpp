@@ -122,6 +122,17 @@ TEST_F(ProgramSession, CapturesAgainAfterTheAccessibilityBusWasStartedAnew)
     EXPECT_TRUE(lines.sliced(lines.lastIndexOf("orvesa.capture: ")).contains("accessibility")) << lines.constData();
 }
 
+TEST_F(ProgramSession, IsNotStoppedWithTheJobOfItsTerminal)
+{
+    setUp();
+    service.setResponder([](const ServiceRequest &) { return answer(u"answered"_s); });
+    startOver(u"texto"_s);
+    // As Ctrl+Z does it. Stopped, it would hold the keyboard with the next press.
+    ASSERT_EQ(::kill(static_cast<pid_t>(program->process().pid()), SIGTSTP), 0);
+    pressTranslate();
+    awaitRequestWith(u"texto"_s);
+}
+
 TEST_F(ProgramSession, AStoppedApplicationInFrontDoesNotHoldTheKeyboard)
 {
     setUp();

@@ -82,6 +82,9 @@ bool X11KeyGrabs::open()
         return false;
     }
     m_connection = connection;
+    // Ctrl+Z in the terminal that started this would stop it with the rest of its job. The next shortcut then held the
+    // keyboard, and with it that terminal, where alone it could be let go on.
+    ::signal(SIGTSTP, SIG_IGN);
     m_root = rootOf(connection, screenNumber);
     announceKeyboardExtension(connection);
     m_inputOpcode = announceInputExtension(connection);
@@ -230,7 +233,8 @@ bool X11KeyGrabs::tapInFront(const xcb_key_press_event_t &event)
 {
     const quint32 lone = m_loneModifier;
     const auto modifier = static_cast<quint16>(lone & maskOfModifier);
-    if (modifier == 0 || (event.state & modifier) == 0) {
+    // Control that is held is not alone with it either; and after its tap it would pass for let go.
+    if (modifier == 0 || (event.state & modifier) == 0 || (event.state & XCB_MOD_MASK_CONTROL) != 0) {
         return false;
     }
     const X11Reply<xcb_get_input_focus_reply_t> focus(
