@@ -90,8 +90,16 @@ void widenParentheses(std::vector<SpacedGlyph> &glyphs)
         const bool afterWide = open > 0 && isWideAt(glyphs, open - 1);
         const bool holdsWide = isWideAt(glyphs, open + 1) || isWideAt(glyphs, index - 1);
         const bool wideRoomBefore = open > 0 && glyphs[open].gapBefore >= emptyHalf;
-        const bool wide =
-            (afterWide && wideRoomBefore) || (wideRoomAfter && (afterWide || holdsWide)) || (open == 0 && holdsWide);
+        // What holds wide characters alone is set in wide marks; the room differs from font to font.
+        constexpr double someRoom = 0.26;
+        const auto isWideOrMark = [](const SpacedGlyph &glyph) { return isWide(glyph.text); };
+        const bool holdsWideAlone =
+            index > open + 1 && std::all_of(glyphs.begin() + static_cast<std::ptrdiff_t>(open) + 1,
+                                            glyphs.begin() + static_cast<std::ptrdiff_t>(index), isWideOrMark);
+        const bool someRoomAround =
+            (open == 0 || glyphs[open].gapBefore >= someRoom) && (next == nullptr || next->gapBefore >= someRoom);
+        const bool wide = (holdsWideAlone && afterWide && someRoomAround) || (afterWide && wideRoomBefore) ||
+                          (wideRoomAfter && (afterWide || holdsWide)) || (open == 0 && holdsWide);
         replaceText(glyphs[open], wide ? u'（' : u'(');
         replaceText(glyphs[index], wide ? u'）' : u')');
         open = none;
@@ -117,7 +125,8 @@ void widenDigits(std::vector<SpacedGlyph> &glyphs)
             ++last;
         }
         const bool besideWide = (first > 0 && isWideAt(glyphs, first - 1)) || isWideAt(glyphs, last + 1);
-        if (last > first && besideWide) {
+        const bool isWholeNumber = last + 1 == glyphs.size() || !isDigit(glyphs[last + 1]);
+        if (last > first && besideWide && isWholeNumber) {
             for (std::size_t index = first; index <= last; ++index) {
                 replaceText(glyphs[index], QChar(static_cast<char16_t>(glyphs[index].text[0].unicode() + wideOffset)));
             }
@@ -157,8 +166,12 @@ bool hasBlankBefore(const std::vector<SpacedGlyph> &glyphs, std::size_t index, d
         return glyph.gapBefore >= std::max(leastBlank, usual + 0.2);
     }
     if (isWideCharacter(before) || isWideCharacter(glyph)) {
+        // Thin characters have room of their own on both sides.
         constexpr double leastBlank = 0.2;
-        return glyph.gapBefore >= leastBlank;
+        constexpr double usualWidth = 0.45;
+        const double width = isWideCharacter(before) ? glyph.width : before.width;
+        const double thin = width > 0 ? std::max(0.0, (usualWidth - width) / 2) : 0;
+        return glyph.gapBefore >= leastBlank + thin;
     }
     return glyph.beginsWord;
 }
@@ -193,7 +206,13 @@ std::vector<SpacedGlyph> spaced(const ReadLine &line, const GrayImage &image, do
     glyphs.reserve(line.glyphs.size());
     for (std::size_t index = 0; index < line.glyphs.size(); ++index) {
         const Glyph &glyph = line.glyphs[index];
-        SpacedGlyph result{glyph.text, glyph.beginsWord, 0, 0, places[index].length() / text, glyph.confidence};
+        SpacedGlyph result{glyph.text,
+                           glyph.beginsWord,
+                           0,
+                           0,
+                           places[index].length() / text,
+                           glyph.confidence,
+                           (places[index].begin + places[index].end + 1) / 2.0};
         if (index > 0) {
             const Span &before = places[index - 1];
             const Span &own = places[index];

@@ -20,6 +20,7 @@ struct SpacedGlyph {
     double advance = 0;      ///< between the middles of both
     double width = 0;
     double confidence = 100;
+    double center = 0; ///< across, in the image that it was read in
 };
 
 /// `image` is what was read, black on white; `text` the height of a full-size character in it.

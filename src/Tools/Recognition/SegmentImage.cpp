@@ -94,6 +94,11 @@ double largerEnlargementFor(int textHeight)
     return enlargement(textHeight, 28);
 }
 
+double segmentInset(double enlargement)
+{
+    return border + margin * enlargement;
+}
+
 GrayImage segmentImage(const GrayImage &ink, const QRect &part, int text, double enlargement)
 {
     const QRect box = part.adjusted(-margin, -margin, margin, margin).intersected(ink.area());

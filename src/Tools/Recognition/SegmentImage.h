@@ -20,4 +20,7 @@ namespace orvesa {
 /// `part` of the ink, which may reach beyond the image a little; `text` is the height of a full-size character.
 [[nodiscard]] GrayImage segmentImage(const GrayImage &ink, const QRect &part, int text, double enlargement);
 
+/// How far the part's left side lies inside its image.
+[[nodiscard]] double segmentInset(double enlargement);
+
 } // namespace orvesa

@@ -81,9 +81,16 @@ void straightenQuotes(QString &line)
     straighten(u'“', u'”', u'"');
 }
 
-/// The letter O in what is otherwise a hexadecimal number.
+/// The letter O in what is otherwise a hexadecimal number, and l in one that begins with 0x.
 void settleZeros(QString &line)
 {
+    static const QRegularExpression prefixed(u"\\b[0Oo]x([0-9a-fA-FlOI]+)\\b"_s);
+    for (auto matches = prefixed.globalMatch(line); matches.hasNext();) {
+        const QRegularExpressionMatch match = matches.next();
+        QString digits = match.captured(1);
+        digits.replace(u'l', u'1').replace(u'I', u'1').replace(u'O', u'0');
+        line.replace(match.capturedStart(), match.capturedLength(), u"0x"_s + digits);
+    }
     static const QRegularExpression number(u"\\b[0-9a-fO]{6,}\\b"_s);
     static const QRegularExpression digit(u"[0-9]"_s);
     for (auto matches = number.globalMatch(line); matches.hasNext();) {
@@ -92,6 +99,34 @@ void settleZeros(QString &line)
             line.replace(match.capturedStart() + match.captured().indexOf(u'O'), 1, u'0');
         }
     }
+}
+
+/// Keys as menus show them: the plus sign and the l of Ctrl are small there, and no word helps to read them.
+void settleKeys(QString &line)
+{
+    static const QRegularExpression control(u"\\bCt[rt] ?[l1tLI|i] ?[+十]"_s);
+    static const QRegularExpression others(u"\\b(Ctrl|Shift|Alt|Super|Strg|Cmd|Meta) ?[+十] ?(?=\\S)"_s);
+    line.replace(control, u"Ctrl+"_s);
+    line.replace(others, u"\\1+"_s);
+    static const QRegularExpression doubled(u"\\+([A-Z])([a-z])$"_s);
+    static const QRegularExpression doubledBefore(u"\\+([a-z])([A-Z])$"_s);
+    const auto single = [&](const QRegularExpression &pattern, int kept) {
+        const QRegularExpressionMatch match = pattern.match(line);
+        if (match.hasMatch() && match.captured(1).toUpper() == match.captured(2).toUpper()) {
+            line.replace(match.capturedStart(), match.capturedLength(), u'+' + match.captured(kept));
+        }
+    };
+    single(doubled, 1);
+    single(doubledBefore, 2);
+}
+
+/// The first person, which looks like a bar where nothing else is.
+void settleBars(QString &line)
+{
+    static const QRegularExpression bar(
+        u"(^|[.!?\"] )\\|(?= (?:am|can|can't|could|did|didn't|do|don't|had|have|haven't|hope|just|know|like|need|"
+        u"never|see|should|think|thought|want|was|will|wish|won't|would)\\b|['’](?:m|ll|ve|d)\\b)"_s);
+    line.replace(bar, u"\\1I"_s);
 }
 
 } // namespace
@@ -105,6 +140,8 @@ QString cleaned(QString line)
 {
     settleTwins(line);
     settleZeros(line);
+    settleKeys(line);
+    settleBars(line);
     straightenQuotes(line);
     return line.trimmed();
 }

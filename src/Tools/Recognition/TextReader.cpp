@@ -1,5 +1,6 @@
 #include "Tools/Recognition/TextReader.h"
 
+#include "Tools/Recognition/CharacterGrid.h"
 #include "Tools/Recognition/LanguageVote.h"
 #include "Tools/Recognition/LineText.h"
 #include "Tools/Recognition/Segment.h"
@@ -32,6 +33,43 @@ std::vector<Segment> segmentsIn(const GrayImage &ink, const TextBlock &textBlock
         }
     }
     return segments;
+}
+
+/// The glyphs' centers become places in the capture.
+CharacterGrid::Line placedLine(const ReadLine &line, const Segment &segment, int text)
+{
+    CharacterGrid::Line placed{spaced(line, chosenImage(segment), chosenText(segment))};
+    const double enlargement = chosenText(segment) / text;
+    for (SpacedGlyph &glyph : placed.glyphs) {
+        glyph.center = segment.box.left() + (glyph.center - segmentInset(enlargement)) / enlargement;
+    }
+    return placed;
+}
+
+QStringList linesOf(const std::vector<Segment> &segments, int text)
+{
+    std::vector<CharacterGrid::Line> parts;
+    std::vector<std::size_t> rows;
+    for (const Segment &segment : segments) {
+        for (const ReadLine &line : segment.chosen.lines) {
+            parts.push_back(placedLine(line, segment, text));
+            rows.push_back(segment.row);
+        }
+    }
+    const std::optional<CharacterGrid> grid = CharacterGrid::of(parts, text);
+    QStringList lines;
+    for (std::size_t index = 0; index < parts.size(); ++index) {
+        if (grid) {
+            grid->settle(parts[index]);
+        }
+        const QString part = cleaned(lineText(parts[index].glyphs));
+        if (index > 0 && rows[index] == rows[index - 1]) {
+            lines.last() += u' ' + part;
+        } else {
+            lines.append(grid ? QString(grid->indentation(parts[index]), u' ') + part : part);
+        }
+    }
+    return lines;
 }
 
 } // namespace
@@ -107,24 +145,10 @@ QStringList TextReader::readAcross(const GrayImage &ink, const TextBlock &textBl
     }
     m_pool.wait();
 
-    QStringList lines;
-    std::size_t row = 0;
-    QStringList parts;
     for (Segment &segment : segments) {
         mergeRuns(segment.chosen, segment.runs);
-        if (segment.row != row && !parts.isEmpty()) {
-            lines.append(parts.join(u' '));
-            parts.clear();
-        }
-        row = segment.row;
-        for (const ReadLine &line : segment.chosen.lines) {
-            parts.append(cleaned(lineText(spaced(line, chosenImage(segment), chosenText(segment)))));
-        }
     }
-    if (!parts.isEmpty()) {
-        lines.append(parts.join(u' '));
-    }
-    return lines;
+    return linesOf(segments, textBlock.text);
 }
 
 void TextReader::readAgain(const GrayImage &ink, int text, std::vector<Segment> &segments)
