@@ -27,6 +27,13 @@ AppError noSelectedText()
 
 TextSelectionService::TextSelectionService(const Ports &ports) : m_state(std::make_shared<State>(ports)) {}
 
+TextSelectionService::~TextSelectionService()
+{
+    m_state->isOver = true;
+    putBackWhenChanged(*m_state);
+    m_state->putAside.reset();
+}
+
 QCoro::Task<QString> TextSelectionService::currentSelectedText()
 {
     return capture(m_state);
@@ -104,6 +111,9 @@ QCoro::Task<QString> TextSelectionService::selectedTextViaClipboard(SharedState 
     const std::chrono::milliseconds deadline = state->with.clock.now() + releaseBound;
     while (state->with.clock.now() < deadline && (state->with.keyboard.modifierFlags() & KeyboardFlags::all) != 0) {
         co_await state->with.clock.sleep(releaseRound);
+        if (state->isOver) {
+            throw noSelectedText();
+        }
     }
     const Action stroke = [&keyboard = state->with.keyboard] {
         KeyboardEventSender::sendCommandKeystroke(keyboard, keyCodeOfC);
@@ -117,26 +127,36 @@ QCoro::Task<QString> TextSelectionService::readPasteboard(SharedState state, Act
     const CaptureTurn::Holder turn(state->turn);
 
     // Contents that cannot be put back are not put at risk.
-    const std::optional<ClipboardService::Snapshot> snapshot = co_await state->clipboard.snapshot();
-    if (!snapshot) {
+    std::optional<ClipboardService::Snapshot> snapshot = co_await state->clipboard.snapshot();
+    if (!snapshot || state->isOver) {
         throw noSelectedText();
     }
     PasteboardPort &pasteboard = state->clipboard.pasteboard();
-    const qint64 before = pasteboard.changeCount();
+    state->putAside = PutAside{*std::move(snapshot), pasteboard.changeCount()};
     action();
-    for (int round = 0; round < copyRounds; ++round) {
+    for (int round = 0; round < copyRounds && !state->isOver; ++round) {
         co_await state->with.clock.sleep(copyRound);
-        if (pasteboard.changeCount() == before) {
+        if (!state->putAside || pasteboard.changeCount() == state->putAside->count) {
             continue;
         }
         const std::optional<QString> text = co_await pasteboard.string();
-        state->clipboard.restore(*snapshot);
-        if (!text || isBlank(*text)) {
+        if (!putBackWhenChanged(*state) || !text || isBlank(*text)) {
             throw noSelectedText();
         }
         co_return *text;
     }
+    state->putAside.reset();
     throw noSelectedText();
+}
+
+bool TextSelectionService::putBackWhenChanged(State &state)
+{
+    if (!state.putAside || state.with.pasteboard.changeCount() == state.putAside->count) {
+        return false;
+    }
+    const PutAside putAside = *std::exchange(state.putAside, std::nullopt);
+    state.clipboard.restore(putAside.contents);
+    return true;
 }
 
 } // namespace orvesa

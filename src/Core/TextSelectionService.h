@@ -44,6 +44,9 @@ public:
     static constexpr int copyRounds = 20;
 
     explicit TextSelectionService(const Ports &ports);
+    /// Puts the pasteboard back at once where a capture has it. Captures under way find nothing.
+    ~TextSelectionService();
+    Q_DISABLE_COPY_MOVE(TextSelectionService)
 
     /// The selection exactly as it is, never blank. Throws AppError: accessibilityPermissionDenied or noSelectedText.
     /// Several at a time do not get into each other's way.
@@ -55,6 +58,12 @@ public:
 private:
     using Action = std::function<void()>;
 
+    /// Contents that a capture has put aside, and the pasteboard's count of changes then.
+    struct PutAside {
+        ClipboardService::Snapshot contents;
+        qint64 count = 0;
+    };
+
     /// Held by every job as well: a capture may still wait when the service has gone.
     struct State {
         explicit State(const Ports &ports) : with(ports), clipboard(ports.pasteboard) {}
@@ -62,6 +71,8 @@ private:
         Ports with;
         ClipboardService clipboard;
         CaptureTurn turn;
+        std::optional<PutAside> putAside; ///< of the capture that has the turn
+        bool isOver = false;              ///< the service has gone
     };
     using SharedState = std::shared_ptr<State>;
 
@@ -70,6 +81,8 @@ private:
     [[nodiscard]] static QCoro::Task<QString> selectedTextViaClipboard(SharedState state);
     /// Runs the action and gives the text that it brings onto the pasteboard, whose contents are then put back.
     [[nodiscard]] static QCoro::Task<QString> readPasteboard(SharedState state, Action action);
+    /// Puts back what is put aside if the pasteboard has changed since, and whether it had.
+    static bool putBackWhenChanged(State &state);
 
     SharedState m_state;
 };

@@ -29,6 +29,12 @@ namespace {
 constexpr auto markName = "ORVESA_DESKTOP";
 constexpr double standardDotsPerInch = 96.0;
 
+/// Set on the root window when Openbox has started. It says that it is there before it listens, and what comes in
+/// between lies unread until something else comes: a window would not appear, a request would not be heard.
+constexpr auto startedProperty = "_ORVESA_WINDOW_MANAGER_STARTED";
+const QStringList openboxArguments{u"--sm-disable"_s, u"--startup"_s,
+                                   u"xprop -root -format %1 32c -set %1 1"_s.arg(QString::fromLatin1(startedProperty))};
+
 template <typename T>
 T &partOf(const std::unique_ptr<T> &part, const QString &name)
 {
@@ -185,11 +191,13 @@ void Desktop::startWindowManager()
 {
     const bool isXfce = m_options.windowManager == WindowManager::xfwm4;
     const Process &manager = isXfce ? start(u"xfwm4"_s, {u"--compositor=off"_s}, m_environment)
-                                    : start(u"openbox"_s, {u"--sm-disable"_s}, m_environment);
+                                    : start(u"openbox"_s, openboxArguments, m_environment);
     const auto isUp = [&] {
         const std::vector<quint32> check = m_windows->cardinals(m_session->root(), "_NET_SUPPORTING_WM_CHECK");
-        return (check.size() == 1 && m_windows->cardinals(check.front(), "_NET_SUPPORTING_WM_CHECK") == check) ||
-               !manager.isRunning();
+        const bool isSaid =
+            check.size() == 1 && m_windows->cardinals(check.front(), "_NET_SUPPORTING_WM_CHECK") == check;
+        const bool isStarted = isXfce || !m_windows->cardinals(m_session->root(), startedProperty).empty();
+        return (isSaid && isStarted) || !manager.isRunning();
     };
     waitUntil(isUp, u"the window manager"_s);
     if (!manager.isRunning())

@@ -17,15 +17,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-AccessibilityElement element(ATSPIElementHandle::Target target, ATSPIBus &bus)
-{
-    auto connection = bus.connection();
-    if (!connection) {
-        return nullptr;
-    }
-    return std::make_shared<ATSPIElementHandle>(std::move(target),
-                                                std::make_shared<ATSPIClient>(*std::move(connection)));
-}
+/// How many applications are remembered.
+constexpr std::size_t mostApplications = 64;
 
 } // namespace
 
@@ -38,12 +31,28 @@ ATSPIElements::~ATSPIElements() = default;
 
 AccessibilityElement ATSPIElements::systemWide()
 {
-    return element(ATSPIElementHandle::SystemWide{}, m_bus);
+    m_client.reset();
+    const auto made = client();
+    return made ? std::make_shared<ATSPIElementHandle>(ATSPIElementHandle::SystemWide{}, made) : nullptr;
 }
 
 AccessibilityElement ATSPIElements::application(qint64 processIdentifier)
 {
-    return element(ATSPIElementHandle::Application{processIdentifier}, m_bus);
+    const auto known = client();
+    return known ? std::make_shared<ATSPIElementHandle>(ATSPIElementHandle::Application{processIdentifier}, known)
+                 : nullptr;
+}
+
+std::shared_ptr<ATSPIClient> ATSPIElements::client()
+{
+    auto connection = m_bus.connection();
+    if (!connection) {
+        m_client.reset();
+    } else if (!m_client || m_sinceFirst.hasExpired(budgetLife.count())) {
+        m_client = std::make_shared<ATSPIClient>(*std::move(connection));
+        m_sinceFirst.start();
+    }
+    return m_client;
 }
 
 const std::map<QString, ATSPIElements::Reader> &ATSPIElements::readers()
@@ -80,7 +89,13 @@ bool ATSPIElements::performAction(const AccessibilityElement &element, const QSt
     }
     ATSPIElementHandle::Command command;
     if (const auto *const given = std::get_if<ATSPIElementHandle::Command>(&handle->target())) {
-        command = *given;
+        // Commands that cannot be used are left out of the list, and the places of the others move. What was in this
+        // place some time ago may be another command by now.
+        const auto place = ATSPIMenus(*handle->client()).copyAction(given->element);
+        if (!place) {
+            return false;
+        }
+        command = {given->element, *place};
     } else if (const auto *const item = std::get_if<ATSPIMenuItem>(&handle->target())) {
         command.element = item->element;
     } else if (const auto *const reference = std::get_if<ATSPIReference>(&handle->target())) {
@@ -130,6 +145,9 @@ std::optional<ATSPIReference> ATSPIElements::focusedElement(qint64 processIdenti
         return std::nullopt;
     }
     auto focused = ATSPIFocus(client).find(application.busName, application.window);
+    if (m_applications.size() >= mostApplications) {
+        m_applications.clear(); // most of them have ended
+    }
     m_applications.insert_or_assign(processIdentifier, std::move(application));
     return focused;
 }
@@ -238,19 +256,18 @@ AccessibilityValue ATSPIElements::isEnabled(const ATSPIElementHandle &element)
 
 bool ATSPIElements::isFocusNoTerminal(qint64 processIdentifier)
 {
-    auto connection = m_bus.connection();
-    if (!connection || processIdentifier == QCoreApplication::applicationPid()) {
+    const auto known = client();
+    if (!known || processIdentifier == QCoreApplication::applicationPid()) {
         return false;
     }
-    ATSPIClient client(*std::move(connection));
-    const auto focused = focusedElement(processIdentifier, client);
+    const auto focused = focusedElement(processIdentifier, *known);
     if (!focused) {
         return false;
     }
     // A terminal drawn by a web page is an ordinary text field to everybody.
     const auto toolkit =
-        client.property({focused->busName, u"/org/a11y/atspi/accessible/root"_s}, u"Application"_s, u"ToolkitName"_s);
-    const auto role = client.role(*focused);
+        known->property({focused->busName, u"/org/a11y/atspi/accessible/root"_s}, u"Application"_s, u"ToolkitName"_s);
+    const auto role = known->role(*focused);
     return toolkit && toolkit->toString() != "Chromium"_L1 && role && *role != ATSPIRole::terminal;
 }
 

@@ -2,15 +2,18 @@
 
 // Accessibility elements of other applications, read over the accessibility bus in the macOS vocabulary.
 //
-// Main thread. A call to another application waits at most 250 ms, and everything reached from one systemWide() or
-// application() element waits at most 500 ms in all; an application that let a call time out is not asked again from
-// there. This process is never asked, since it could not answer itself. Reading changes nothing on the desktop.
+// Main thread. A call to another application waits at most 250 ms, and all calls of one capture, which begins with a
+// systemWide() element and goes on within five seconds, wait at most 500 ms together; an application that let a call
+// time out is not asked again by it. This process is never asked, since it could not answer itself. Reading changes nothing on the desktop.
 
 #include "Platform/AccessibilityElementsPort.h"
 #include "Platform/WorkspacePort.h"
 #include "Platform/linux/ATSPIBus.h"
 #include "Platform/linux/ATSPIClient.h"
 
+#include <QElapsedTimer>
+
+#include <chrono>
 #include <map>
 #include <memory>
 
@@ -39,6 +42,11 @@ public:
 private:
     using Reader = AccessibilityValue (ATSPIElements::*)(const ATSPIElementHandle &element);
 
+    /// A capture may wait for keys and for the pasteboard between two questions.
+    static constexpr std::chrono::milliseconds budgetLife{5000};
+
+    /// The one of the capture under way, with what is left of its waiting time. Null without a bus.
+    [[nodiscard]] std::shared_ptr<ATSPIClient> client();
     [[nodiscard]] static const std::map<QString, Reader> &readers();
     [[nodiscard]] AccessibilityValue focusedElement(const ATSPIElementHandle &element);
     [[nodiscard]] std::optional<ATSPIReference> focusedElement(qint64 processIdentifier, ATSPIClient &client);
@@ -55,6 +63,8 @@ private:
     /// The bus name of a process's application; empty when it is not on the accessibility bus.
     [[nodiscard]] QString busName(qint64 processIdentifier, ATSPIClient &client);
 
+    std::shared_ptr<ATSPIClient> m_client;
+    QElapsedTimer m_sinceFirst; ///< question of that client
     ATSPIBus &m_bus;
     const WorkspacePort &m_workspace;
     X11TerminalSelection *m_terminals;

@@ -47,7 +47,8 @@ public:
             }
             promise->set_value(m_server->own(std::move(contents)));
         });
-        return isOwned.wait_for(ownBound) == std::future_status::ready && isOwned.get();
+        // Not yet is no failure: the thread goes on with it, and the contents are in its hands.
+        return isOwned.wait_for(ownBound) != std::future_status::ready || isOwned.get();
     }
 
 protected:

@@ -23,7 +23,8 @@ public:
     ~X11SelectionOwner();
     Q_DISABLE_COPY_MOVE(X11SelectionOwner)
 
-    /// Takes the selection over. False when that failed; waits for the X server, 250 ms at most.
+    /// Takes the selection over. False when that failed. Waits for the X server for 250 ms at most; one that is slower
+    /// gives the selection over when it goes on.
     bool own(X11SelectionContents contents);
 
 private:

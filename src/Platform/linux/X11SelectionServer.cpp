@@ -12,6 +12,12 @@ constexpr quint8 longFormat = 32;
 constexpr int bitsPerByte = 8;
 constexpr quint32 mostPairWords = 2048;
 
+/// The server's clock begins anew every 49 days, so that a later time may be the smaller number.
+bool isBefore(xcb_timestamp_t time, xcb_timestamp_t other)
+{
+    return static_cast<qint32>(time - other) < 0;
+}
+
 } // namespace
 
 X11SelectionServer::X11SelectionServer() : m_transferTimer(this), m_handOverTimer(this)
@@ -74,7 +80,9 @@ bool X11SelectionServer::own(X11SelectionContents contents)
     const xcb_timestamp_t now = serverTime();
     xcb_set_selection_owner(raw, m_window, clipboard, now);
     const auto owner = m_connection.reply(xcb_get_selection_owner_reply, xcb_get_selection_owner(raw, clipboard));
-    if (!owner || owner->owner != m_window) {
+    // A server that another program has to itself for a while says nothing now and does as it was told afterwards: the
+    // contents must be here then, or they would be lost.
+    if (!m_connection.isValid() || (owner && owner->owner != m_window)) {
         return false;
     }
     // Answers under way go on with what they began with.
@@ -104,7 +112,7 @@ void X11SelectionServer::handle(const xcb_generic_event_t &event)
     case XCB_SELECTION_CLEAR: {
         // One that was on its way while the selection was taken again is about the ownership before.
         const auto &clear = reinterpret_cast<const xcb_selection_clear_event_t &>(event);
-        if (clear.owner == m_window && (clear.time == XCB_CURRENT_TIME || clear.time >= m_since)) {
+        if (clear.owner == m_window && (clear.time == XCB_CURRENT_TIME || !isBefore(clear.time, m_since))) {
             drop();
             finishHandOver();
         }
@@ -137,7 +145,8 @@ void X11SelectionServer::answer(const xcb_selection_request_event_t &request)
     const xcb_atom_t property = request.property == XCB_ATOM_NONE ? request.target : request.property;
     const bool isCurrent = m_isOwner && request.owner == m_window &&
                            request.selection == m_connection.atom("CLIPBOARD") &&
-                           (request.time == XCB_CURRENT_TIME || request.time >= m_since);
+                           (request.time == XCB_CURRENT_TIME || m_since == XCB_CURRENT_TIME ||
+                            !isBefore(request.time, m_since));
     bool isProvided = false;
     if (isCurrent && request.target == m_connection.atom("MULTIPLE")) {
         isProvided = request.property != XCB_ATOM_NONE && provideSeveral(request.requestor, property);

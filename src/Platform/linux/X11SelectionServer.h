@@ -28,7 +28,8 @@ public:
     X11SelectionServer();
     ~X11SelectionServer() override;
 
-    /// Takes the selection over. False when that failed.
+    /// Takes the selection over. False when that failed; true also when the server has not answered in time, and takes
+    /// it as soon as it goes on.
     bool own(X11SelectionContents contents);
     /// Leaves the contents to a clipboard manager where one runs, and calls `done`: at once where there is nothing to
     /// leave, and after the bound at the latest.

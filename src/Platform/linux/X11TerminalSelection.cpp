@@ -52,6 +52,18 @@ void X11TerminalSelection::watch()
     noteOwner(m_reader.owner(XCB_ATOM_PRIMARY));
 }
 
+bool X11TerminalSelection::concerns(const xcb_generic_event_t &event) const
+{
+    const auto type = event.response_type & eventTypeMask;
+    if (type == XCB_GE_GENERIC) {
+        const auto &generic = reinterpret_cast<const xcb_ge_generic_event_t &>(event);
+        return generic.extension == m_inputOpcode && (generic.event_type == XCB_INPUT_RAW_BUTTON_PRESS ||
+                                                      generic.event_type == XCB_INPUT_RAW_BUTTON_RELEASE);
+    }
+    return type == m_fixesEvent &&
+           reinterpret_cast<const xcb_xfixes_selection_notify_event_t &>(event).selection == XCB_ATOM_PRIMARY;
+}
+
 void X11TerminalSelection::handle(const xcb_generic_event_t &event)
 {
     const auto type = event.response_type & eventTypeMask;
@@ -138,11 +150,26 @@ bool X11TerminalSelection::isTerminal(qint64 processIdentifier)
            X11WindowOwner::process(m_connection, program->window) == processIdentifier;
 }
 
+bool X11TerminalSelection::isInFront(xcb_window_t owner)
+{
+    // Some terminals have several windows in one process.
+    const auto owning = X11WindowOwner::program(m_connection, owner);
+    const auto typing = X11WindowOwner::withKeyboard(m_connection);
+    return !owning || (typing && typing->window == owning->window);
+}
+
 std::optional<QString> X11TerminalSelection::text(qint64 processIdentifier)
 {
+    if (m_token != 0) {
+        // Also what the event loop has not come to yet: a click just before the shortcut.
+        for (const auto &event :
+             m_connection.takeEvents([this](const xcb_generic_event_t &candidate) { return concerns(candidate); })) {
+            handle(*event);
+        }
+    }
     const xcb_window_t owner = m_reader.owner(XCB_ATOM_PRIMARY);
     if (owner == XCB_WINDOW_NONE || (m_isOver && owner == m_owner) ||
-        X11WindowOwner::process(m_connection, owner) != processIdentifier) {
+        X11WindowOwner::process(m_connection, owner) != processIdentifier || !isInFront(owner)) {
         return std::nullopt;
     }
     const auto answer = m_reader.convertNow(XCB_ATOM_PRIMARY, m_connection.atom("UTF8_STRING"), mostBytes);

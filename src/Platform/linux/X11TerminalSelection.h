@@ -27,12 +27,15 @@ public:
 
     /// Whether the process' window has the keyboard and is that of a known terminal.
     [[nodiscard]] bool isTerminal(qint64 processIdentifier);
-    /// Nothing when another program owns PRIMARY, its highlight is gone, or the terminal does not hand it over within
-    /// 250 ms.
+    /// Nothing when another program or another window of this one owns PRIMARY, its highlight is gone, or the terminal
+    /// does not hand it over within 250 ms.
     [[nodiscard]] std::optional<QString> text(qint64 processIdentifier);
 
 private:
+    [[nodiscard]] bool concerns(const xcb_generic_event_t &event) const;
     void handle(const xcb_generic_event_t &event);
+    /// Whether the owner, if it belongs to a window, belongs to the one with the keyboard.
+    [[nodiscard]] bool isInFront(xcb_window_t owner);
     /// PRIMARY has a new owner, or its owner has selected something else.
     void noteOwner(xcb_window_t owner);
     [[nodiscard]] std::optional<QPoint> pointer();
