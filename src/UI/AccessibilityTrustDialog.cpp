@@ -3,6 +3,7 @@
 #include "Core/Localization.h"
 #include "UI/PlainLabel.h"
 #include "UI/Style.h"
+#include "UI/WindowKeys.h"
 
 #include <QCoreApplication>
 #include <QDialogButtonBox>
@@ -67,6 +68,7 @@ AccessibilityTrustDialog::AccessibilityTrustDialog(std::function<void()> onEnabl
     column->addWidget(buttons);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    WindowKeys::add(*this, [this] { reject(); });
     connect(this, &QDialog::accepted, this, [onEnable = std::move(onEnable)] { onEnable(); });
 }
 

@@ -3,6 +3,7 @@
 #include "Platform/PanelWindowPort.h"
 #include "UI/FloatingResultView.h"
 #include "UI/Style.h"
+#include "UI/WindowKeys.h"
 
 #include <QAccessibleWidget>
 #include <QKeyEvent>
@@ -16,6 +17,10 @@ using namespace Qt::StringLiterals;
 namespace orvesa {
 
 namespace {
+
+/// Longer than a window manager needs to take a window over, and shorter than a user to move it by other means than
+/// ours.
+constexpr qint64 takeOverMilliseconds = 500;
 
 /// Screen readers take the panel for the dialog that it is to them; Qt alone would call it a filler.
 QAccessibleInterface *accessiblePanel(const QString &className, QObject *object)
@@ -40,6 +45,7 @@ FloatingResultPanel::FloatingResultPanel(FloatingResultView *content, PanelWindo
     // The controller alone decides the window's size.
     layout->setSizeConstraint(QLayout::SetNoConstraint);
     layout->addWidget(content);
+    WindowKeys::add(*this, m_onEscape);
 }
 
 void FloatingResultPanel::prepare()
@@ -53,13 +59,29 @@ void FloatingResultPanel::prepare()
 void FloatingResultPanel::orderFront(const QRect &frame)
 {
     prepare();
+    m_place = frame.topLeft();
     setGeometry(frame);
     if (isVisible()) {
         orderFrontRegardless();
         return;
     }
     updateShape();
+    m_shown.start();
     show();
+}
+
+QRect FloatingResultPanel::frame() const
+{
+    const bool isBeingTakenOver = m_place && m_shown.isValid() && m_shown.elapsed() < takeOverMilliseconds;
+    return isBeingTakenOver ? QRect(*m_place, size()) : geometry();
+}
+
+void FloatingResultPanel::setFrame(const QRect &frame)
+{
+    if (m_place) {
+        m_place = frame.topLeft();
+    }
+    setGeometry(frame);
 }
 
 void FloatingResultPanel::orderFrontRegardless()
@@ -71,6 +93,7 @@ void FloatingResultPanel::orderFrontRegardless()
 
 void FloatingResultPanel::moveWindow(QPoint pressed)
 {
+    m_place.reset();
     if (!m_port.startMove(*windowHandle(), pressed)) {
         WindowDragArea::moveWindow(pressed);
     }

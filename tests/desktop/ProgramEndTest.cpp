@@ -61,6 +61,29 @@ TEST_F(ProgramEnd, HasTheMainMenusKeysInItsWindow)
     expectOrderlyEnd();
 }
 
+TEST_F(ProgramEnd, HasTheMainMenusKeysInThePanelThatHasTheKeyboard)
+{
+    setUp();
+    service.setResponder([](const ServiceRequest &) { return answer(u"answered"_s); });
+    startOver(u"texto"_s);
+    const auto clickIntoPanel = [this] {
+        desktop->windows().focus(editor->window());
+        pressTranslate();
+        awaitResultWith(u"answered"_s);
+        const xcb_window_t panel = desktop->windows().awaitWindow({.pid = program->process().pid()});
+        desktop->pointer().clickAt(desktop->windows().geometry(panel).topLeft() + QPoint(150, 6));
+        desktop->windows().awaitActive(panel);
+    };
+    clickIntoPanel();
+    desktop->keyboard().press(u"Ctrl+w"_s);
+    desktop->windows().awaitNoWindow({.pid = program->process().pid()});
+    EXPECT_TRUE(program->process().isRunning());
+    desktop->pointer().moveTo(editor->middle());
+    clickIntoPanel();
+    desktop->keyboard().press(u"Ctrl+q"_s);
+    expectOrderlyEnd();
+}
+
 TEST_F(ProgramEnd, IsAskedForActionsWithoutLoadingWhatDrawsWindows)
 {
     setUp();

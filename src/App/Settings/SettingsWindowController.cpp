@@ -2,32 +2,14 @@
 
 #include "App/Settings/SettingsView.h"
 #include "Core/KeychainService.h"
+#include "UI/WindowKeys.h"
 
-#include <QCoreApplication>
 #include <QMainWindow>
 #include <QScreen>
-#include <QShortcut>
 
 using namespace Qt::StringLiterals;
 
 namespace orvesa {
-
-namespace {
-
-/// Control with the key, and whatever the desktop uses for the same. Keys for editing are the controls' own.
-QShortcut *windowKeys(QWidget &window, Qt::Key key, QKeySequence::StandardKey standard)
-{
-    QList<QKeySequence> keys = QKeySequence::keyBindings(standard);
-    const QKeySequence usual(QKeyCombination(Qt::ControlModifier, key));
-    if (!keys.contains(usual)) {
-        keys.prepend(usual);
-    }
-    auto *const shortcut = new QShortcut(&window);
-    shortcut->setKeys(keys);
-    return shortcut;
-}
-
-} // namespace
 
 SettingsWindowController::SettingsWindowController(const SettingsServices &services)
     : m_keyStatus(services.keychain), m_window(std::make_unique<QMainWindow>()),
@@ -42,10 +24,7 @@ SettingsWindowController::SettingsWindowController(const SettingsServices &servi
     m_window->setFixedSize(m_view->size());
     const QRect available = m_window->screen()->availableGeometry();
     m_window->move(available.center() - m_window->rect().center());
-    QObject::connect(windowKeys(*m_window, Qt::Key_W, QKeySequence::Close), &QShortcut::activated, m_window.get(),
-                     &QWidget::close);
-    QObject::connect(windowKeys(*m_window, Qt::Key_Q, QKeySequence::Quit), &QShortcut::activated, m_window.get(),
-                     [] { QCoreApplication::quit(); });
+    WindowKeys::add(*m_window, [this] { m_window->close(); });
 }
 
 SettingsWindowController::~SettingsWindowController() = default;
