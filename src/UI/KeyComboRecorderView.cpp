@@ -23,6 +23,7 @@ constexpr int horizontalPadding = 12;
 constexpr float restingRing = 0.45F;
 constexpr float listeningRing = 0.32F;
 constexpr float listeningTint = 0.08F;
+constexpr double textContrast = 4.5;
 
 KeyPress keyPress(const MonitoredKeyPress &press)
 {
@@ -33,6 +34,13 @@ bool isPlainEscape(const KeyPress &press)
 {
     constexpr auto held = KeyModifier::shift | KeyModifier::control | KeyModifier::option | KeyModifier::command;
     return press.keyCode == escapeKeyCode && !(press.modifiers & held);
+}
+
+QColor mixed(const QColor &first, const QColor &second, float shareOfFirst)
+{
+    const auto mix = [shareOfFirst](float a, float b) { return a * shareOfFirst + b * (1 - shareOfFirst); };
+    return QColor::fromRgbF(mix(first.redF(), second.redF()), mix(first.greenF(), second.greenF()),
+                            mix(first.blueF(), second.blueF()));
 }
 
 QColor withAlpha(QColor color, float alpha)
@@ -260,7 +268,9 @@ void KeyComboRecorderView::paintEvent(QPaintEvent *)
     painter.setPen(QPen(m_isRecording ? m_accent : colors.fieldLine, 1));
     painter.setBrush(m_isRecording ? QBrush(withAlpha(m_accent, listeningTint)) : QBrush(Qt::NoBrush));
     painter.drawRoundedRect(frame, Style::controlRadius, Style::controlRadius);
-    painter.setPen(m_isRecording ? m_accent : m_combo.read() ? colors.text : colors.secondaryText);
+    painter.setPen(m_isRecording ? Style::readable(m_accent, mixed(m_accent, colors.field, listeningTint), textContrast)
+                   : m_combo.read() ? colors.text
+                                    : colors.secondaryText);
     const QRectF inner = control.adjusted(horizontalPadding, 0, -horizontalPadding, 0);
     painter.drawText(
         inner, Qt::AlignCenter | Qt::TextSingleLine,

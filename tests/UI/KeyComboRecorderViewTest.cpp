@@ -2,6 +2,7 @@
 
 #include "Core/HotKeyRecordingState.h"
 #include "Core/SettingsStore.h"
+#include "UI/Style.h"
 #include "fakes/FakeKeyMonitor.h"
 #include "fakes/FakePreferredLanguages.h"
 #include "fakes/FakeUserDefaults.h"
@@ -16,6 +17,8 @@
 #include <QMouseEvent>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <cmath>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -34,6 +37,22 @@ constexpr quint32 keyEscape = 53;
 constexpr quint32 keyF5 = 96;
 
 const QString needModifier = u"Shortcuts must include ⌘, ⌥ or ⌃ (function keys excepted)."_s;
+
+double luminance(const QColor &color)
+{
+    const auto linear = [](double part) {
+        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+/// WCAG's.
+double contrast(const QColor &one, const QColor &other)
+{
+    const double first = luminance(one);
+    const double second = luminance(other);
+    return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
+}
 
 class RecorderTest : public testing::Test {
 protected:
@@ -342,6 +361,30 @@ TEST_F(RecorderTest, KeepsItsSizeWhenItListens)
     EXPECT_EQ(translate.sizeHint(), resting);
     EXPECT_GE(resting.width(), 112 + 2 * KeyComboRecorderView::outset());
     EXPECT_EQ(resting.height(), 30 + 2 * KeyComboRecorderView::outset());
+}
+
+TEST_F(RecorderTest, IsReadWhileItListensInEveryTheme)
+{
+    for (const AppTheme theme : allCases<AppTheme>()) {
+        for (const Style::Appearance appearance : {Style::Appearance::light, Style::Appearance::dark}) {
+            const QColor themeAccent = Style::color(accent(theme));
+            window.setPalette(Style::palette(appearance, themeAccent));
+            translate.setAccent(themeAccent);
+            clickWithMouse(translate);
+            ASSERT_TRUE(translate.isRecording());
+            const QImage picture = translate.grab().toImage();
+            const QColor background = picture.pixelColor(12, picture.height() / 2);
+            // Strokes at this size are no more than a pixel wide, and few of their pixels have the pen's whole colour.
+            double greatest = 0;
+            for (int y = 8; y < picture.height() - 8; ++y) {
+                for (int x = 12; x < picture.width() - 12; ++x) {
+                    greatest = std::max(greatest, contrast(picture.pixelColor(x, y), background));
+                }
+            }
+            EXPECT_GE(greatest, 4.3) << static_cast<int>(theme) << ' ' << static_cast<int>(appearance);
+            clickWithMouse(translate);
+        }
+    }
 }
 
 TEST_F(RecorderTest, FollowsTheSettingsAndTheLanguage)
