@@ -138,6 +138,50 @@ TEST_F(AppMenuItemServiceTest, stopsAtTheFirstItemInTheSearchOrder)
     EXPECT_EQ(menusRead, 3) << "the menu bar, the fourth menu, its submenu";
 }
 
+TEST_F(AppMenuItemServiceTest, visitsThreeMenusFromTheLast)
+{
+    const auto copy = [this] { return item({{u"AXIdentifier"_s, u"copy:"_s}}); };
+    const std::vector<AccessibilityElement> items{copy(), copy(), copy()};
+    setMenus({parent({items[0]}), parent({items[1]}), parent({items[2]})});
+    EXPECT_TRUE(isFound(items[2]));
+    setMenus({parent({items[0]}), parent({items[1]}), parent({})});
+    EXPECT_TRUE(isFound(items[1]));
+    setMenus({parent({items[0]}), parent({}), parent({})});
+    EXPECT_TRUE(isFound(items[0]));
+}
+
+TEST_F(AppMenuItemServiceTest, takesTheFirstOfSeveralItemsInAMenu)
+{
+    const AccessibilityElement byKey =
+        item({{u"AXMenuItemCmdChar"_s, u"C"_s}, {u"AXMenuItemCmdModifiers"_s, qint64{0}}, {u"AXEnabled"_s, false}});
+    const AccessibilityElement byName = item({{u"AXIdentifier"_s, u"copy:"_s}});
+    setMenus({parent({byKey, byName})});
+    EXPECT_TRUE(isDisabled()) << "the order in the menu decides";
+    setMenus({parent({byName, byKey})});
+    EXPECT_TRUE(isFound(byName));
+}
+
+TEST_F(AppMenuItemServiceTest, anApplicationThatDoesNotAnswerHasNoItem)
+{
+    // Every attribute gives nothing, as when all calls fail.
+    m_elements.setApplication(process, item({}));
+    EXPECT_TRUE(isNotFound());
+    setMenus({item({}), item({}), item({}), item({})});
+    EXPECT_TRUE(isNotFound());
+    m_elements.setApplication(process, nullptr);
+    EXPECT_TRUE(isNotFound());
+}
+
+TEST_F(AppMenuItemServiceTest, aShortcutWithShiftDoesNotHideTheItemBehindIt)
+{
+    const AccessibilityElement shifted =
+        item({{u"AXMenuItemCmdChar"_s, u"C"_s}, {u"AXMenuItemCmdModifiers"_s, qint64{1}}});
+    const AccessibilityElement copy =
+        item({{u"AXMenuItemCmdChar"_s, u"c"_s}, {u"AXMenuItemCmdModifiers"_s, qint64{0}}});
+    setMenus({parent({shifted, copy})});
+    EXPECT_TRUE(isFound(copy));
+}
+
 TEST_F(AppMenuItemServiceTest, searchesFiveLevels)
 {
     const AccessibilityElement copy = item({{u"AXIdentifier"_s, u"copy:"_s}});

@@ -307,16 +307,143 @@ TEST_F(TextSelectionServiceTest, aFailedCaptureLetsTheNextOneBegin)
     EXPECT_EQ(second->text, u"late"_s);
 }
 
-TEST_F(TextSelectionServiceTest, aCaptureMayOutliveTheService)
+TEST_F(TextSelectionServiceTest, takesWhatAnotherProgramCopiesMeanwhileForTheCopy)
+{
+    m_pasteboard.copyFromOutside(Items{kept});
+    const auto result = begin();
+    m_clock.advance(120ms);
+    m_pasteboard.copyFromOutside(u"of another program"_s);
+    m_clock.advance(30ms);
+    EXPECT_EQ(result->text, u"of another program"_s);
+    EXPECT_THAT(m_pasteboard.items(), ElementsAre(kept)) << "and puts back what was there before";
+}
+
+TEST_F(TextSelectionServiceTest, aPasteboardThatIsEmptiedMeanwhileIsFilledAgain)
+{
+    m_pasteboard.copyFromOutside(Items{kept});
+    m_keyboard.setPostHandler([this](const auto &) { m_pasteboard.copyFromOutside(Items{}); });
+    EXPECT_EQ(captureError(), noSelectedText);
+    EXPECT_THAT(m_pasteboard.items(), ElementsAre(kept)) << "its owner has gone";
+}
+
+TEST_F(TextSelectionServiceTest, waitsForACopyInVainWhenNoKeyCanBePressed)
+{
+    m_pasteboard.copyFromOutside(Items{kept});
+    m_keyboard.refuse(KeyTransition::down);
+    m_keyboard.refuse(KeyTransition::up);
+    EXPECT_EQ(captureError(), noSelectedText);
+    EXPECT_EQ(m_clock.requestedSleeps().size(), 20U);
+    EXPECT_EQ(m_pasteboard.clears(), 0);
+}
+
+TEST_F(TextSelectionServiceTest, waitsForACopyInVainWhenThePressOfTheItemFails)
+{
+    addCopyItem(true);
+    m_pasteboard.copyFromOutside(Items{kept});
+    m_elements.setActionHandler([](const auto &) { return false; });
+    EXPECT_EQ(captureError(), noSelectedText);
+    EXPECT_EQ(m_clock.requestedSleeps().size(), 20U);
+    EXPECT_THAT(m_keyboard.posted(), IsEmpty()) << "one way, not both";
+    EXPECT_THAT(m_pasteboard.items(), ElementsAre(kept));
+    EXPECT_EQ(m_pasteboard.clears(), 0);
+}
+
+TEST_F(TextSelectionServiceTest, pressesKeysWhereThereIsNoApplicationInFront)
+{
+    m_workspace.setFrontmostApplication(std::nullopt);
+    copyOnKeystroke(u"copied"_s);
+    EXPECT_EQ(capture(), u"copied"_s);
+}
+
+TEST_F(TextSelectionServiceTest, keepsSeveralItemsAndEmptyOnes)
+{
+    const PasteboardItem words{{u"text/html"_s, {"<b>words</b>", {}}}};
+    m_pasteboard.copyFromOutside(Items{kept, {}, words});
+    copyOnKeystroke(u"copied"_s);
+    EXPECT_EQ(capture(), u"copied"_s);
+    EXPECT_THAT(m_pasteboard.items(), ElementsAre(kept, PasteboardItem(), words));
+    EXPECT_EQ(m_pasteboard.writes(), 1);
+}
+
+/// The service goes while a capture waits.
+class TextSelectionServiceEndTest : public TextSelectionServiceTest {
+protected:
+    TextSelectionServiceEndTest() { m_pasteboard.copyFromOutside(Items{kept}); }
+
+    std::shared_ptr<Capture> beginOnService()
+    {
+        auto result = std::make_shared<Capture>();
+        (void)runInto(*m_ending, result);
+        return result;
+    }
+    void expectNothing(const std::shared_ptr<Capture> &result)
+    {
+        m_clock.advance(3s);
+        EXPECT_TRUE(result->isOver);
+        EXPECT_EQ(result->error, noSelectedText);
+        EXPECT_THAT(m_pasteboard.items(), ElementsAre(kept));
+    }
+
+    std::unique_ptr<TextSelectionService> m_ending = std::make_unique<TextSelectionService>(
+        TextSelectionService::Ports{m_elements, m_trust, m_workspace, m_keyboard, m_pasteboard, m_clock});
+};
+
+TEST_F(TextSelectionServiceEndTest, pressesNoKeysAfterIt)
+{
+    m_keyboard.hold(KeyboardFlags::option);
+    copyOnKeystroke(u"copied"_s);
+    const auto result = beginOnService();
+    m_clock.advance(40ms);
+    m_ending.reset();
+    expectNothing(result);
+    EXPECT_THAT(m_keyboard.posted(), IsEmpty());
+}
+
+TEST_F(TextSelectionServiceEndTest, putsThePasteboardBackAtOnceWhenSomethingWasCopied)
 {
     copyOnKeystroke(u"copied"_s);
-    auto service = std::make_unique<TextSelectionService>(
-        TextSelectionService::Ports{m_elements, m_trust, m_workspace, m_keyboard, m_pasteboard, m_clock});
-    auto result = std::make_shared<Capture>();
-    (void)runInto(*service, result);
-    service.reset();
+    const auto result = beginOnService();
+    EXPECT_EQ(m_pasteboard.text(), u"copied"_s);
+    m_ending.reset();
+    EXPECT_THAT(m_pasteboard.items(), ElementsAre(kept));
+    expectNothing(result);
+    EXPECT_EQ(m_pasteboard.writes(), 1) << "once";
+}
+
+TEST_F(TextSelectionServiceEndTest, putsThePasteboardBackWhileTheCopiedTextIsRead)
+{
+    copyOnKeystroke(u"copied"_s);
+    m_pasteboard.gate().close();
+    const auto result = beginOnService();
     m_clock.advance(50ms);
-    EXPECT_EQ(result->text, u"copied"_s);
+    m_ending.reset();
+    EXPECT_THAT(m_pasteboard.items(), ElementsAre(kept));
+    m_pasteboard.gate().open();
+    expectNothing(result);
+    EXPECT_EQ(m_pasteboard.writes(), 1) << "once";
+}
+
+TEST_F(TextSelectionServiceEndTest, leavesAPasteboardAloneThatHasNotChanged)
+{
+    const auto result = beginOnService();
+    m_clock.advance(120ms);
+    m_ending.reset();
+    expectNothing(result);
+    EXPECT_EQ(m_pasteboard.clears(), 0);
+}
+
+TEST_F(TextSelectionServiceEndTest, letsThoseGoThatWaitForTheirTurn)
+{
+    copyOnKeystroke(u"copied"_s);
+    m_pasteboard.gate().close();
+    const auto first = beginOnService();
+    m_clock.advance(50ms);
+    const auto second = beginOnService();
+    m_ending.reset();
+    m_pasteboard.gate().open();
+    expectNothing(first);
+    expectNothing(second);
+    EXPECT_EQ(m_keyboard.posted().size(), 2U) << "the first one's";
 }
 
 TEST_F(TextSelectionServiceTest, startsEveryCaptureFromScratch)

@@ -4,7 +4,8 @@
 //
 // Main thread. A call to another application waits at most 250 ms, and all calls of one capture, which begins with a
 // systemWide() element and goes on within five seconds, wait at most 500 ms together; an application that let a call
-// time out is not asked again by it. This process is never asked, since it could not answer itself. Reading changes nothing on the desktop.
+// time out is not asked again by it. This process is never asked, since it could not answer itself. Reading changes
+// nothing on the desktop.
 
 #include "Platform/AccessibilityElementsPort.h"
 #include "Platform/WorkspacePort.h"

@@ -143,10 +143,9 @@ void X11SelectionServer::answer(const xcb_selection_request_event_t &request)
 {
     // Old clients name no property and expect the target's name.
     const xcb_atom_t property = request.property == XCB_ATOM_NONE ? request.target : request.property;
-    const bool isCurrent = m_isOwner && request.owner == m_window &&
-                           request.selection == m_connection.atom("CLIPBOARD") &&
-                           (request.time == XCB_CURRENT_TIME || m_since == XCB_CURRENT_TIME ||
-                            !isBefore(request.time, m_since));
+    const bool isCurrent =
+        m_isOwner && request.owner == m_window && request.selection == m_connection.atom("CLIPBOARD") &&
+        (request.time == XCB_CURRENT_TIME || m_since == XCB_CURRENT_TIME || !isBefore(request.time, m_since));
     bool isProvided = false;
     if (isCurrent && request.target == m_connection.atom("MULTIPLE")) {
         isProvided = request.property != XCB_ATOM_NONE && provideSeveral(request.requestor, property);

@@ -13,9 +13,11 @@ namespace {
 constexpr qsizetype mostBytes = 16 * 1024 * 1024;
 constexpr quint8 eventTypeMask = 0x7f;
 constexpr quint32 selectingButton = 1;
-/// Milliseconds within which clicks belong together.
+/// Milliseconds within which clicks at one place belong together.
 constexpr xcb_timestamp_t repeatBound = 400;
-/// Pixels that a click may move.
+/// Milliseconds after a click within which taking PRIMARY anew is a part of it.
+constexpr qint32 clickEcho = 100;
+/// Pixels that a click, or the next one of several, may move.
 constexpr int stillDistance = 3;
 
 } // namespace
@@ -49,7 +51,7 @@ void X11TerminalSelection::watch()
     m_token = m_connection.addEventHandler([this](const xcb_generic_event_t &event) { handle(event); });
     xcb_xfixes_select_selection_input(raw, m_connection.root(), XCB_ATOM_PRIMARY,
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
-    noteOwner(m_reader.owner(XCB_ATOM_PRIMARY));
+    noteOwner(m_reader.owner(XCB_ATOM_PRIMARY), XCB_CURRENT_TIME);
 }
 
 bool X11TerminalSelection::concerns(const xcb_generic_event_t &event) const
@@ -57,8 +59,8 @@ bool X11TerminalSelection::concerns(const xcb_generic_event_t &event) const
     const auto type = event.response_type & eventTypeMask;
     if (type == XCB_GE_GENERIC) {
         const auto &generic = reinterpret_cast<const xcb_ge_generic_event_t &>(event);
-        return generic.extension == m_inputOpcode && (generic.event_type == XCB_INPUT_RAW_BUTTON_PRESS ||
-                                                      generic.event_type == XCB_INPUT_RAW_BUTTON_RELEASE);
+        return generic.extension == m_inputOpcode &&
+               (generic.event_type == XCB_INPUT_RAW_BUTTON_PRESS || generic.event_type == XCB_INPUT_RAW_BUTTON_RELEASE);
     }
     return type == m_fixesEvent &&
            reinterpret_cast<const xcb_xfixes_selection_notify_event_t &>(event).selection == XCB_ATOM_PRIMARY;
@@ -70,7 +72,7 @@ void X11TerminalSelection::handle(const xcb_generic_event_t &event)
     if (type == m_fixesEvent) {
         const auto &change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t &>(event);
         if (change.selection == XCB_ATOM_PRIMARY) {
-            noteOwner(change.owner);
+            noteOwner(change.owner, change.selection_timestamp);
         }
     } else if (type == XCB_GE_GENERIC && m_isListening) {
         const auto &button = reinterpret_cast<const xcb_input_raw_button_press_event_t &>(event);
@@ -78,7 +80,7 @@ void X11TerminalSelection::handle(const xcb_generic_event_t &event)
             if (button.event_type == XCB_INPUT_RAW_BUTTON_PRESS) {
                 notePress(button.time);
             } else if (button.event_type == XCB_INPUT_RAW_BUTTON_RELEASE) {
-                noteRelease();
+                noteRelease(button.time);
             }
         }
     }
@@ -95,30 +97,34 @@ void X11TerminalSelection::notePress(xcb_timestamp_t time)
 {
     const auto program = X11WindowOwner::program(m_connection, X11WindowOwner::underPointer(m_connection));
     m_pressedAt = program && program->window == m_terminal ? pointer() : std::nullopt;
-    m_isRepeated = m_pressedAt && time - m_pressTime < repeatBound;
+    m_isRepeated = m_pressedAt && time - m_pressTime < repeatBound &&
+                   (*m_pressedAt - m_lastPress).manhattanLength() <= stillDistance;
     if (m_pressedAt) {
         m_pressTime = time;
+        m_lastPress = *m_pressedAt;
     }
 }
 
-void X11TerminalSelection::noteRelease()
+void X11TerminalSelection::noteRelease(xcb_timestamp_t time)
 {
-    // These terminals do not take PRIMARY again when they select something else while they own it. So what the button
-    // did has to tell: a drag and a repeated click select, a single click takes the highlight away.
+    // These terminals keep PRIMARY when their highlight goes, and some even take it again then. So what the button did
+    // has to tell: a drag and a repeated click select, a single click takes the highlight away.
     const auto releasedAt = m_pressedAt ? pointer() : std::nullopt;
     if (releasedAt) {
         const bool isDrag = (*releasedAt - *m_pressedAt).manhattanLength() > stillDistance;
         m_isOver = !isDrag && !m_isRepeated;
+        m_releaseTime = time;
     }
     m_pressedAt.reset();
 }
 
-void X11TerminalSelection::noteOwner(xcb_window_t owner)
+void X11TerminalSelection::noteOwner(xcb_window_t owner, xcb_timestamp_t since)
 {
-    m_isOver = false;
     if (owner == m_owner) {
+        m_isOver = m_isOver && static_cast<qint32>(since - m_releaseTime) <= clickEcho;
         return;
     }
+    m_isOver = false;
     m_owner = owner;
     const auto program = owner == XCB_WINDOW_NONE ? std::nullopt : X11WindowOwner::program(m_connection, owner);
     const bool isTerminal = program && TerminalPrograms::copyKeys(program->instanceName, program->className);

@@ -36,11 +36,11 @@ private:
     void handle(const xcb_generic_event_t &event);
     /// Whether the owner, if it belongs to a window, belongs to the one with the keyboard.
     [[nodiscard]] bool isInFront(xcb_window_t owner);
-    /// PRIMARY has a new owner, or its owner has selected something else.
-    void noteOwner(xcb_window_t owner);
+    /// PRIMARY has a new owner, or its owner has taken it anew, at that time.
+    void noteOwner(xcb_window_t owner, xcb_timestamp_t since);
     [[nodiscard]] std::optional<QPoint> pointer();
     void notePress(xcb_timestamp_t time);
-    void noteRelease();
+    void noteRelease(xcb_timestamp_t time);
     enum class Listening { off, on };
     void listenForClicks(Listening listening);
 
@@ -54,7 +54,9 @@ private:
     bool m_isListening = false;                ///< only while a terminal owns PRIMARY
     bool m_isOver = false;                     ///< a click has taken the highlight away
     std::optional<QPoint> m_pressedAt;         ///< in the terminal
+    QPoint m_lastPress;                        ///< in the terminal, at the time below
     xcb_timestamp_t m_pressTime = 0;
+    xcb_timestamp_t m_releaseTime = 0;
     bool m_isRepeated = false; ///< the press came soon after the one before
 };
 

@@ -127,4 +127,43 @@ TEST_P(LightEditors, GivesNothingWhenNothingIsSelected)
     EXPECT_EQ(clipboard(), before);
 }
 
+class GTK4Editor : public CaptureStage {
+protected:
+    void SetUp() override { setUp(); }
+
+    Accessible openDocument(const QString &text)
+    {
+        const Process &process =
+            open(u"gnome-text-editor"_s,
+                 {u"--standalone"_s, desktop->folders().write(u"home/document.txt"_s, text.toUtf8())},
+                 u"gnome-text-editor"_s);
+        const Accessible content = awaitFocusedText(process.pid());
+        waitUntil([&] { return content.text() == text; }, u"the document"_s);
+        return content;
+    }
+};
+
+TEST_F(GTK4Editor, CopiesByItsOwnCommandWhatAccessibilityTellsInPart)
+{
+    // The character stands for something that is no text, so what accessibility tells may not be all of it.
+    const QString text = u"before \uFFFC after\n  世界 👩‍👩‍👧‍👦"_s;
+    copyPicture();
+    const Accessible content = openDocument(text);
+    desktop->keyboard().press(u"Ctrl+a"_s);
+    desktop->selections().awaitText(Selection::primary, text);
+    const QByteArray before = clipboard();
+    const xcb_window_t focus = desktop->windows().rawInputFocus();
+    for (const auto hold : {0ms, 300ms, 3000ms}) {
+        const Captured captured = capture(hold);
+        note(u"gnome-text-editor, its own command, held for %1 ms"_s.arg(hold.count()), captured);
+        EXPECT_EQ(captured.text, text);
+        EXPECT_EQ(captured.strategy, u"copied by the menu item"_s);
+        EXPECT_EQ(clipboard(), before);
+        EXPECT_EQ(desktop->selections().text(Selection::primary), text);
+        EXPECT_EQ(desktop->windows().rawInputFocus(), focus);
+    }
+    desktop->keyboard().press(u"x"_s);
+    waitUntil([&] { return content.text() == u"x"_s; }, u"typing to replace the selection"_s);
+}
+
 } // namespace orvesa::desktop
