@@ -3,9 +3,11 @@
 #include "Platform/AccessibilityElementsContract.h"
 #include "Platform/AccessibilityTrustContract.h"
 #include "Platform/KeyboardEventContract.h"
+#include "Platform/PasteboardContract.h"
 #include "fakes/FakeAccessibilityElements.h"
 #include "fakes/FakeAccessibilityTrust.h"
 #include "fakes/FakeKeyboardEvents.h"
+#include "fakes/FakePasteboard.h"
 
 #include <gtest/gtest.h>
 
@@ -73,6 +75,16 @@ TEST(FakeKeyboardEventContract, IsKept)
                                                              keyboard.refuse(KeyTransition::up);
                                                          },
                                                  });
+}
+
+TEST(FakePasteboardContract, IsKept)
+{
+    FakePasteboard pasteboard;
+    tests::expectPasteboardContract(
+        pasteboard, {
+                        .copyFromOutside = [&pasteboard](const QString &text) { pasteboard.copyFromOutside(text); },
+                        .pasteOutside = [&pasteboard] { return pasteboard.text(); },
+                    });
 }
 
 } // namespace orvesa

@@ -85,6 +85,12 @@ ArrayObject::ArrayObject(std::vector<Object *> list) : Object(Kind::array), entr
     std::ranges::for_each(entries, &Object::retain);
 }
 
+void ArrayObject::append(Object *entry)
+{
+    entry->retain();
+    entries.push_back(entry);
+}
+
 ArrayObject::~ArrayObject()
 {
     std::ranges::for_each(entries, &Object::release);

@@ -32,6 +32,12 @@ enum class Kind : CFTypeID {
     event,
     messagePort,
     runLoopSource,
+    objectiveCClass,
+    pasteboard,
+    pasteboardItem,
+    userDefaults,
+    notificationCenter,
+    observer,
 };
 
 class Object {
@@ -105,8 +111,9 @@ class ArrayObject final : public Object {
 public:
     explicit ArrayObject(std::vector<Object *> entries);
     ~ArrayObject() override;
+    void append(Object *entry);
 
-    const std::vector<Object *> entries;
+    std::vector<Object *> entries;
 };
 
 /// Retains what is in it, if it was made with the system's callbacks.
