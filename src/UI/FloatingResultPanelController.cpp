@@ -14,6 +14,7 @@
 #include <QTimerEvent>
 
 #include <chrono>
+#include <utility>
 
 namespace orvesa {
 
@@ -58,15 +59,20 @@ FloatingResultPanelController::~FloatingResultPanelController()
 /// A panel that is shown stays inside its screen when that one, or its docks, change, and moves when it goes.
 void FloatingResultPanelController::followScreens()
 {
-    const auto follow = [this](const QScreen *screen) {
-        connect(screen, &QScreen::availableGeometryChanged, this, &FloatingResultPanelController::scheduleResize);
-        connect(screen, &QScreen::geometryChanged, this, &FloatingResultPanelController::scheduleResize);
+    const auto changed = [this] {
+        m_screensChanged = true;
+        scheduleResize();
+    };
+    const auto follow = [this, changed](const QScreen *screen) {
+        connect(screen, &QScreen::availableGeometryChanged, this, changed);
+        connect(screen, &QScreen::geometryChanged, this, changed);
+        changed();
     };
     for (const QScreen *screen : QGuiApplication::screens()) {
         follow(screen);
     }
     connect(qGuiApp, &QGuiApplication::screenAdded, this, follow);
-    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &FloatingResultPanelController::scheduleResize);
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, changed);
 }
 
 PanelPlacement::Screen FloatingResultPanelController::geometry(const QScreen &screen) const
@@ -168,6 +174,7 @@ void FloatingResultPanelController::showNearMouse()
     FloatingResultPanel &window = panel();
     const QSize size = idealFrameSize().value_or(window.size());
     const QPoint origin = PanelPlacement::nearPointer(QCursor::pos(), size, connectedScreens());
+    m_screensChanged = false;
     nameWindow();
     m_announcer.forget();
     m_statusMenu = StatusMenu::closed;
@@ -218,16 +225,12 @@ void FloatingResultPanelController::resizeToFitContent()
     if (!size) {
         return;
     }
-    std::optional<PanelPlacement::Screen> screen;
-    const QScreen *own = m_panel->screen() != nullptr ? m_panel->screen() : QGuiApplication::primaryScreen();
-    if (own != nullptr) {
-        screen = geometry(*own);
-    }
-    const QRect current = m_panel->geometry();
-    // The user may have dragged it half outside the screen; only a new size, or a new screen, moves it.
-    const bool isOutside = screen && !screen->frame.intersects(current);
-    if (PanelPlacement::needsNewFrame(current.size(), *size) || isOutside) {
-        m_panel->setGeometry(PanelPlacement::refitted(current, *size, screen));
+    const QRect current = m_panel->frame();
+    // The user may have dragged it half outside the screen; only a new size, or other screens, move it.
+    if (std::exchange(m_screensChanged, false) || PanelPlacement::needsNewFrame(current.size(), *size)) {
+        // Not the one that Qt takes it for, which it may have left just now.
+        const auto screen = PanelPlacement::ownScreen(current, connectedScreens());
+        m_panel->setFrame(PanelPlacement::refitted(current, *size, screen));
     }
 }
 
@@ -279,7 +282,7 @@ void FloatingResultPanelController::noteMouseDown()
 void FloatingResultPanelController::dismissIfOutside()
 {
     const QPoint pointer = QCursor::pos();
-    if ((isVisible() && m_panel->frameGeometry().contains(pointer)) || isUntitledWindowOfOurs(pointer)) {
+    if ((isVisible() && m_panel->frame().contains(pointer)) || isUntitledWindowOfOurs(pointer)) {
         return;
     }
     const QScreen *screen = QGuiApplication::screenAt(pointer);

@@ -77,6 +77,7 @@ private:
     std::unique_ptr<FloatingResultPanel> m_panel;
     PanelAnnouncer m_announcer;
     bool m_resizeScheduled = false;
+    bool m_screensChanged = false; ///< since the panel got its place
     bool m_monitoring = false;
     StatusMenu m_statusMenu = StatusMenu::closed;
     QBasicTimer m_menuGrace;      ///< runs after a click on a dock, which may open the status menu

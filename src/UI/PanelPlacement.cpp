@@ -18,17 +18,19 @@ QPoint clamped(QPoint origin, QSize panel, const QRect &visible)
     return {x, y};
 }
 
-std::optional<Screen> screenAt(QPoint pointer, const Screens &screens)
+std::optional<Screen> mainScreen(const Screens &screens)
 {
-    const auto found = std::find_if(screens.all.begin(), screens.all.end(),
-                                    [&](const Screen &screen) { return screen.frame.contains(pointer); });
-    if (found != screens.all.end()) {
-        return *found;
-    }
     if (screens.main && *screens.main < screens.all.size()) {
         return screens.all[*screens.main];
     }
     return std::nullopt;
+}
+
+std::optional<Screen> screenAt(QPoint pointer, const Screens &screens)
+{
+    const auto found = std::find_if(screens.all.begin(), screens.all.end(),
+                                    [&](const Screen &screen) { return screen.frame.contains(pointer); });
+    return found != screens.all.end() ? *found : mainScreen(screens);
 }
 
 } // namespace
@@ -38,6 +40,18 @@ QPoint nearPointer(QPoint pointer, QSize panel, const Screens &screens)
     const QPoint proposed = pointer + QPoint(pointerOffset, pointerOffset);
     const auto screen = screenAt(pointer, screens);
     return screen ? clamped(proposed, panel, screen->visibleFrame) : proposed;
+}
+
+std::optional<Screen> ownScreen(const QRect &panel, const Screens &screens)
+{
+    const auto shared = [&panel](const Screen &screen) {
+        const QRect common = screen.frame.intersected(panel);
+        return qint64{common.width()} * common.height();
+    };
+    const auto most = std::max_element(screens.all.begin(), screens.all.end(), [&](const auto &one, const auto &other) {
+        return shared(one) < shared(other);
+    });
+    return most != screens.all.end() && shared(*most) > 0 ? *most : mainScreen(screens);
 }
 
 bool needsNewFrame(QSizeF current, QSizeF ideal)

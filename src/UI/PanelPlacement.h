@@ -31,6 +31,9 @@ struct Screens {
 /// the main one, kept inside its visible frame. Without any screen the place is not corrected.
 [[nodiscard]] QPoint nearPointer(QPoint pointer, QSize panel, const Screens &screens);
 
+/// The screen that holds most of a panel that is shown, or the main one when none holds any of it.
+[[nodiscard]] std::optional<Screen> ownScreen(const QRect &panel, const Screens &screens);
+
 /// Whether the sizes differ by more than half a point either way. Less is rounding, and following it would never end.
 [[nodiscard]] bool needsNewFrame(QSizeF current, QSizeF ideal);
 

@@ -127,6 +127,22 @@ TEST_F(FloatingResultPanelControllerTest, GrowsDownwardsWithItsContentInOneStep)
     EXPECT_GT(panel()->height(), before.height());
 }
 
+TEST_F(FloatingResultPanelControllerTest, KeepsItsPlaceWhileAWindowManagerTakesItOver)
+{
+    QCursor::setPos(100, 100);
+    controller.show(Position::nearMouse);
+    panel()->move(0, 0); // where frames are made before they are put into their places
+    controller.viewModel().setPhase(FloatingResultViewModel::Success{u"line\n"_s.repeated(8)});
+    settle();
+    EXPECT_EQ(panel()->pos(), QPoint(112, 112));
+    // Later it is the user who moves it.
+    passTime(600);
+    panel()->move(300, 200);
+    controller.viewModel().setPhase(FloatingResultViewModel::Loading{});
+    settle();
+    EXPECT_EQ(panel()->pos(), QPoint(300, 200));
+}
+
 TEST_F(FloatingResultPanelControllerTest, HidesOnAClickElsewhereOnly)
 {
     QCursor::setPos(100, 100);

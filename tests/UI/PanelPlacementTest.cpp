@@ -6,6 +6,7 @@ namespace orvesa {
 namespace {
 
 using PanelPlacement::nearPointer;
+using PanelPlacement::ownScreen;
 using PanelPlacement::refitted;
 using PanelPlacement::Screen;
 using PanelPlacement::Screens;
@@ -33,6 +34,20 @@ TEST(PanelPlacement, StaysInsideAtTheTopLeftCorner)
     EXPECT_EQ(origin, QPoint(-1908, -188));
     const Screen docked{QRect(0, 0, 1280, 900), QRect(60, 40, 1220, 860)};
     EXPECT_EQ(nearPointer({0, 0}, {420, 300}, {{docked}, 0}), QPoint(68, 48));
+}
+
+TEST(PanelPlacement, StaysInsideAtTheTwoOtherCorners)
+{
+    EXPECT_EQ(nearPointer({1279, 0}, {420, 300}, one), QPoint(1280 - 420 - 8, 24 + 8));
+    EXPECT_EQ(nearPointer({0, 899}, {420, 300}, one), QPoint(12, 24 + 836 - 300 - 8));
+}
+
+TEST(PanelPlacement, BelongsToTheScreenThatHoldsMostOfIt)
+{
+    EXPECT_EQ(ownScreen({-400, 100, 420, 300}, two)->frame, leftOfPrimary.frame);
+    EXPECT_EQ(ownScreen({-100, 100, 420, 300}, two)->frame, primary.frame);
+    EXPECT_EQ(ownScreen({5000, 100, 420, 300}, two)->frame, primary.frame) << "the main one when its own has gone";
+    EXPECT_FALSE(ownScreen({0, 0, 420, 300}, {}).has_value());
 }
 
 TEST(PanelPlacement, OpensOnTheScreenUnderThePointer)

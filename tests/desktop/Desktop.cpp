@@ -4,6 +4,7 @@
 #include "desktop/DesktopEnvironment.h"
 #include "desktop/DesktopGuard.h"
 #include "desktop/MarkedProcesses.h"
+#include "desktop/Monitors.h"
 #include "desktop/XSession.h"
 
 #include <QDBusVariant>
@@ -118,17 +119,21 @@ void Desktop::startServer()
         throw DesktopError(u"no pipe for the display number"_s);
     const int readEnd = pipe[0];
     const int writeEnd = pipe[1];
+    const bool hasMonitors = m_options.server == Server::monitors;
     const QString screen = u"%1x%2x24"_s.arg(m_options.screenSize.width()).arg(m_options.screenSize.height());
+    const QStringList picture =
+        hasMonitors ? Monitors::serverArguments(m_folders)
+                    : QStringList{u"-screen"_s, u"0"_s, screen, u"+extension"_s, u"RANDR"_s, u"+extension"_s, u"GLX"_s};
     const double dotsPerInch = standardDotsPerInch * m_options.scale;
-    QStringList arguments{u"-displayfd"_s, QString::number(writeEnd),
-                          u"-screen"_s,    u"0"_s,
-                          screen,          u"-nolisten"_s,
-                          u"tcp"_s,        u"-noreset"_s,
-                          u"-dpi"_s,       QString::number(std::lround(dotsPerInch)),
-                          u"+extension"_s, u"RANDR"_s,
-                          u"+extension"_s, u"GLX"_s};
-    const Process &server = start(u"Xvfb"_s, arguments + m_options.serverArguments, m_environment,
-                                  [writeEnd] { fcntl(writeEnd, F_SETFD, 0); });
+    const QStringList arguments{u"-displayfd"_s,
+                                QString::number(writeEnd),
+                                u"-nolisten"_s,
+                                u"tcp"_s,
+                                u"-noreset"_s,
+                                u"-dpi"_s,
+                                QString::number(std::lround(dotsPerInch))};
+    const Process &server = start(hasMonitors ? u"Xorg"_s : u"Xvfb"_s, picture + arguments + m_options.serverArguments,
+                                  m_environment, [writeEnd] { fcntl(writeEnd, F_SETFD, 0); });
     ::close(writeEnd);
     QByteArray number;
     {

@@ -9,6 +9,10 @@
 
 namespace orvesa::desktop {
 
+enum class Server {
+    framebuffer, ///< Xvfb: one screen
+    monitors,    ///< Xorg without hardware: class Monitors plugs them in
+};
 enum class WindowManager { none, openbox, xfwm4 };
 enum class SessionBus { none, present };
 enum class Accessibility {
@@ -28,7 +32,8 @@ enum class Tray {
 };
 
 struct DesktopOptions {
-    QSize screenSize{1280, 900};
+    Server server = Server::framebuffer;
+    QSize screenSize{1280, 900}; ///< of the framebuffer
     /// Scale of the desktop as applications learn it: Xft.dpi in the server's resources. (QT_SCALE_FACTOR would
     /// multiply it; give that in `environment`, or to one program, where it is wanted.)
     double scale = 1.0;
@@ -40,7 +45,7 @@ struct DesktopOptions {
     Tray tray = Tray::none;
     QString language = QStringLiteral("C.UTF-8"); ///< LANG
     QMap<QString, QString> environment;           ///< further variables for everything on the desktop
-    QStringList serverArguments;                  ///< further arguments of Xvfb
+    QStringList serverArguments;                  ///< further arguments of the X server
 };
 
 } // namespace orvesa::desktop
