@@ -100,4 +100,31 @@ TEST(LineText, MeasuresInSquaresOfTheLine)
     EXPECT_NEAR(result[1].gapBefore, 4 / 22.8, 0.02);
 }
 
+TEST(LineText, SeesNoBlankBesideAThinDigit)
+{
+    std::vector<SpacedGlyph> date = glyphs({{u"月"_s, 0}, {u"1"_s, 0.26}, {u"日"_s, 0.26}});
+    date[1].width = 0.15;
+    EXPECT_EQ(lineText(date), u"月1日"_s);
+    date[1].width = 0.45;
+    EXPECT_EQ(lineText(date), u"月 1 日"_s);
+}
+
+TEST(LineText, WidensParenthesesAroundWideCharactersAlone)
+{
+    EXPECT_EQ(lineText(glyphs({{u"日"_s, 0}, {u"("_s, 0.3}, {u"月"_s, 0.1}, {u")"_s, 0.1}, {u"か"_s, 0.3}})),
+              u"日（月）か"_s);
+    EXPECT_EQ(lineText(glyphs({{u"f"_s, 0}, {u"("_s, 0.05}, {u"x"_s, 0.1}, {u")"_s, 0.1}, {u";"_s, 0.3}})),
+              u"f(x) ;"_s);
+}
+
+TEST(LineText, WidensAllDigitsOfANumberOrNone)
+{
+    std::vector<SpacedGlyph> number =
+        glyphs({{u"共"_s, 0}, {u"1"_s, 0.1}, {u"2"_s, 0.1}, {u"8"_s, 0.1}, {u"張"_s, 0.1}});
+    number[1].advance = number[2].advance = 0.95;
+    EXPECT_TRUE(lineText(number).contains(u"12"_s));
+    number[3].advance = 0.95;
+    EXPECT_TRUE(lineText(number).contains(u"１２８"_s));
+}
+
 } // namespace orvesa

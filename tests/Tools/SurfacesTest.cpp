@@ -146,6 +146,36 @@ TEST(Marks, LeaveOutTheRimBetweenTwoSurfaces)
     EXPECT_EQ(marksOn(image), text);
 }
 
+TEST(Marks, LeaveOutTheAntialiasedCornersOfABubble)
+{
+    QImage image = page(0xff1b5e20);
+    fill(image, QRect(20, 20, 120, 40), 0xff004d40);
+    for (const QPoint corner : {QPoint(20, 20), QPoint(138, 20), QPoint(20, 58), QPoint(138, 58)}) {
+        fill(image, QRect(corner, QSize(2, 1)), 0xff125633); // between the two
+    }
+    const Marks text = addStrokes(image, 40, 35, 8, 0xffffffff);
+    EXPECT_EQ(marksOn(image), text);
+}
+
+TEST(Marks, LeaveOutABoxToTick)
+{
+    QImage image = page(0xffffffff);
+    outline(image, QRect(10, 18, 13, 13), 0xff808080);
+    const Marks text = addStrokes(image, 32, 20, 8, 0xff000000);
+    EXPECT_EQ(marksOn(image), text);
+}
+
+TEST(Marks, KeepTheIdeographThatLooksLikeABox)
+{
+    QImage image = page(0xffffffff);
+    // As the first of several that stand close together, and as one among them.
+    for (const int x : {10, 44}) {
+        outline(image, QRect(x, 20, 12, 12), 0xff000000);
+    }
+    const Marks text = addStrokes(image, 25, 20, 3, 0xff000000);
+    EXPECT_EQ(marksOn(image).size(), text.size() + 2);
+}
+
 TEST(Marks, OfABlankPageAreNone)
 {
     EXPECT_TRUE(marksOn(page(0xff1e1e1e)).empty());

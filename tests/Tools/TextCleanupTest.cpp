@@ -37,6 +37,29 @@ TEST(TextCleanup, PutsZerosIntoHexadecimalNumbers)
 {
     EXPECT_EQ(cleaned(u"Obe77d1 Read"_s), u"0be77d1 Read"_s);
     EXPECT_EQ(cleaned(u"Obeace"_s), u"Obeace"_s);
+    EXPECT_EQ(cleaned(u"10 * Oxlf;"_s), u"10 * 0x1f;"_s);
+    EXPECT_EQ(cleaned(u"Oxford"_s), u"Oxford"_s);
+}
+
+TEST(TextCleanup, KnowsTheKeysInMenus)
+{
+    EXPECT_EQ(cleaned(u"Ctrt+P"_s), u"Ctrl+P"_s);
+    EXPECT_EQ(cleaned(u"Redo Ctrl十Y"_s), u"Redo Ctrl+Y"_s);
+    EXPECT_EQ(cleaned(u"Ctr1+Shift +sS"_s), u"Ctrl+Shift+S"_s);
+    EXPECT_EQ(cleaned(u"1 + 2"_s), u"1 + 2"_s);
+}
+
+TEST(TextCleanup, SeesTheFirstPersonInABar)
+{
+    EXPECT_EQ(cleaned(u"| can't say"_s), u"I can't say"_s);
+    EXPECT_EQ(cleaned(u"Yes. |'ll go"_s), u"Yes. I'll go"_s);
+    EXPECT_EQ(cleaned(u"ls | grep think"_s), u"ls | grep think"_s);
+    EXPECT_EQ(cleaned(u"| wc -l"_s), u"| wc -l"_s);
+}
+
+TEST(TextCleanup, SeparatesNothingInColumns)
+{
+    EXPECT_EQ(cleanedDown(u"小 雨,"_s), u"小雨，"_s);
 }
 
 TEST(Scripts, KnowTheirCharacters)

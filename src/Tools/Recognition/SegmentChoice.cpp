@@ -4,6 +4,7 @@
 #include "Tools/Recognition/Scripts.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace orvesa {
 
@@ -38,6 +39,29 @@ double weakestWide(const Reading &reading)
         }
     }
     return weakest;
+}
+
+std::vector<QString> ideographsIn(const Reading &reading)
+{
+    std::vector<QString> ideographs;
+    for (const ReadLine &line : reading.lines) {
+        for (const Glyph &glyph : line.glyphs) {
+            if (Scripts::isIdeograph(glyph.text)) {
+                ideographs.push_back(glyph.text);
+            }
+        }
+    }
+    std::ranges::sort(ideographs);
+    return ideographs;
+}
+
+/// Whether two engines that do not know of each other see the same ideographs: then they are there.
+bool agreeOnIdeographs(const Reading &japanese, const Reading &chinese)
+{
+    constexpr std::size_t least = 2;
+    std::vector<QString> common;
+    std::ranges::set_intersection(ideographsIn(japanese), ideographsIn(chinese), std::back_inserter(common));
+    return common.size() >= least;
 }
 
 /// Whether the engine for English is right where another engine sees wide characters, or none that it could not see
@@ -109,7 +133,8 @@ void choose(std::vector<Segment> &segments)
             segment.source = &wide == &segment.chinese           ? Segment::Source::chineseImage
                              : segment.japaneseImage.width() > 0 ? Segment::Source::japaneseImage
                                                                  : Segment::Source::image;
-            if (isRatherEnglish(segment.english, wide, mostlyEnglish)) {
+            if (!agreeOnIdeographs(segment.japanese, segment.chinese) &&
+                isRatherEnglish(segment.english, wide, mostlyEnglish)) {
                 segment.chosen = segment.english;
                 segment.source = Segment::Source::image;
             }
