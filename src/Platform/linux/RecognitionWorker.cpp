@@ -12,6 +12,8 @@ namespace {
 
 constexpr qsizetype mostText = 8 * 1024 * 1024;
 constexpr qsizetype longestHeader = 1024;
+/// A killed process is gone at once, unless the system holds it; it ends without us then.
+constexpr int killMilliseconds = 500;
 
 } // namespace
 
@@ -21,40 +23,42 @@ RecognitionWorker::RecognitionWorker(QString executable, std::chrono::millisecon
     m_idle.setSingleShot(true);
     m_idle.setInterval(keep);
     m_bound.setSingleShot(true);
-    m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    connect(&m_process, &QProcess::readyReadStandardOutput, this, &RecognitionWorker::readAnswer);
+    m_process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    connect(m_process.get(), &QProcess::readyReadStandardOutput, this, &RecognitionWorker::readAnswer);
     // Queued: a start that fails says so before start() returns.
-    connect(&m_process, &QProcess::errorOccurred, this, &RecognitionWorker::handleEnd, Qt::QueuedConnection);
-    connect(&m_process, &QProcess::finished, this, &RecognitionWorker::handleEnd, Qt::QueuedConnection);
+    connect(m_process.get(), &QProcess::errorOccurred, this, &RecognitionWorker::handleEnd, Qt::QueuedConnection);
+    connect(m_process.get(), &QProcess::finished, this, &RecognitionWorker::handleEnd, Qt::QueuedConnection);
     connect(&m_bound, &QTimer::timeout, this, [this] { fail(u"it took too long"_s); });
     // It ends by itself when its input does; by force if it is still there when it has been idle for as long again.
     connect(&m_idle, &QTimer::timeout, this, [this] {
         if (!m_ending) {
             m_ending = true;
-            m_process.closeWriteChannel();
+            m_process->closeWriteChannel();
             m_idle.start();
-        } else if (m_process.state() != QProcess::NotRunning) {
-            m_process.kill();
+        } else if (m_process->state() != QProcess::NotRunning) {
+            m_process->kill();
         }
     });
 }
 
 RecognitionWorker::~RecognitionWorker()
 {
-    m_process.disconnect(this);
-    if (m_process.state() != QProcess::NotRunning) {
-        m_process.kill();
-        m_process.waitForFinished();
+    m_process->disconnect(this);
+    if (m_process->state() != QProcess::NotRunning) {
+        m_process->kill();
+        if (!m_process->waitForFinished(killMilliseconds)) {
+            (void)m_process.release(); // its own destructor would wait for half a minute
+        }
     }
 }
 
 void RecognitionWorker::start()
 {
-    if (m_process.state() == QProcess::NotRunning) {
+    if (m_process->state() == QProcess::NotRunning) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"OMP_THREAD_LIMIT"_s, u"1"_s);
-        m_process.setProcessEnvironment(environment);
-        m_process.start(m_executable, {u"--serve"_s});
+        m_process->setProcessEnvironment(environment);
+        m_process->start(m_executable, {u"--serve"_s});
     }
     m_idle.start();
 }
@@ -66,16 +70,16 @@ void RecognitionWorker::recognize(const QByteArray &image, std::chrono::millisec
     start();
     m_idle.stop();
     m_bound.start(bound);
-    m_process.write("IMAGE " + QByteArray::number(image.size()) + '\n');
-    m_process.write(image);
+    m_process->write("IMAGE " + QByteArray::number(image.size()) + '\n');
+    m_process->write(image);
 }
 
 void RecognitionWorker::kill()
 {
     m_ending = true;
     m_idle.stop();
-    if (m_process.state() != QProcess::NotRunning) {
-        m_process.kill();
+    if (m_process->state() != QProcess::NotRunning) {
+        m_process->kill();
     }
     if (m_busy) {
         finish(std::nullopt);
@@ -84,7 +88,7 @@ void RecognitionWorker::kill()
 
 void RecognitionWorker::readAnswer()
 {
-    m_answer += m_process.readAllStandardOutput();
+    m_answer += m_process->readAllStandardOutput();
     const qsizetype end = m_answer.indexOf('\n');
     if (!m_busy || (end < 0 && m_answer.size() > longestHeader)) {
         fail(u"it said what is no answer"_s);
@@ -127,14 +131,14 @@ void RecognitionWorker::fail(const QString &reason)
 
 void RecognitionWorker::handleEnd()
 {
-    if (m_process.state() != QProcess::NotRunning) {
+    if (m_process->state() != QProcess::NotRunning) {
         return;
     }
     m_ending = true;
     m_idle.stop();
     if (m_busy) {
         qWarning("OrvesaTranslate: text recognition ended without an answer: %s",
-                 qUtf8Printable(m_process.errorString()));
+                 qUtf8Printable(m_process->errorString()));
         finish(std::nullopt);
     }
 }

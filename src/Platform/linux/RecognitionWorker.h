@@ -13,6 +13,7 @@
 #include <QTimer>
 
 #include <chrono>
+#include <memory>
 #include <optional>
 
 namespace orvesa {
@@ -35,7 +36,7 @@ public:
     [[nodiscard]] bool isBusy() const { return m_busy; }
     /// Whether it can be given another image; one that is ending cannot.
     [[nodiscard]] bool isUsable() const { return !m_ending; }
-    [[nodiscard]] qint64 processId() const { return m_process.processId(); }
+    [[nodiscard]] qint64 processId() const { return m_process->processId(); }
 
 Q_SIGNALS:
     void answered(const std::optional<QString> &text);
@@ -47,7 +48,7 @@ private:
     void handleEnd();
 
     QString m_executable;
-    QProcess m_process;
+    std::unique_ptr<QProcess> m_process = std::make_unique<QProcess>();
     QTimer m_idle;
     QTimer m_bound;
     QByteArray m_answer;

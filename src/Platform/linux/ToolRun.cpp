@@ -2,14 +2,21 @@
 
 namespace orvesa {
 
+namespace {
+
+/// A killed process is gone at once, unless the system holds it; it ends without us then.
+constexpr int killMilliseconds = 500;
+
+} // namespace
+
 ToolRun::ToolRun()
 {
-    m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.setStandardInputFile(QProcess::nullDevice());
-    m_process.setStandardOutputFile(QProcess::nullDevice());
+    m_process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    m_process->setStandardInputFile(QProcess::nullDevice());
+    m_process->setStandardOutputFile(QProcess::nullDevice());
     // Queued: a program that is not there can be reported before start() returns.
     connect(
-        &m_process, &QProcess::errorOccurred, this,
+        m_process.get(), &QProcess::errorOccurred, this,
         [this](QProcess::ProcessError error) {
             if (error == QProcess::FailedToStart) {
                 Q_EMIT ended(false);
@@ -17,26 +24,28 @@ ToolRun::ToolRun()
         },
         Qt::QueuedConnection);
     connect(
-        &m_process, &QProcess::finished, this, [this] { Q_EMIT ended(true); }, Qt::QueuedConnection);
+        m_process.get(), &QProcess::finished, this, [this] { Q_EMIT ended(true); }, Qt::QueuedConnection);
 }
 
 ToolRun::~ToolRun()
 {
-    m_process.disconnect(this);
-    if (m_process.state() != QProcess::NotRunning) {
-        m_process.kill();
-        m_process.waitForFinished();
+    m_process->disconnect(this);
+    if (m_process->state() != QProcess::NotRunning) {
+        m_process->kill();
+        if (!m_process->waitForFinished(killMilliseconds)) {
+            (void)m_process.release(); // its own destructor would wait for half a minute
+        }
     }
 }
 
 void ToolRun::start(const QString &executable, const QStringList &arguments)
 {
-    m_process.start(executable, arguments);
+    m_process->start(executable, arguments);
 }
 
 void ToolRun::kill()
 {
-    m_process.kill();
+    m_process->kill();
 }
 
 } // namespace orvesa

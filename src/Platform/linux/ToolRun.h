@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
 namespace orvesa {
 
 class ToolRun final : public QObject {
@@ -20,13 +22,13 @@ public:
     void start(const QString &executable, const QStringList &arguments);
     void kill();
 
-    [[nodiscard]] QString errorString() const { return m_process.errorString(); }
+    [[nodiscard]] QString errorString() const { return m_process->errorString(); }
 
 Q_SIGNALS:
     void ended(bool wasStarted);
 
 private:
-    QProcess m_process;
+    std::unique_ptr<QProcess> m_process = std::make_unique<QProcess>();
 };
 
 } // namespace orvesa
