@@ -308,7 +308,7 @@ TEST_F(X11HotKeysTest, LetsAltGoUpOnlyAfterATapOfControl)
     const FocusedWindow window;
     m_desktop->keyboard().pressAtOnce(u"Alt+d"_s);
     waitUntil([&] { return window.keys().contains(u"-64"_s); }, u"Alt to go up"_s);
-    EXPECT_EQ(window.keys().first(4), (QStringList{u"+64"_s, u"+37*"_s, u"-37*"_s, u"-40"_s}))
+    EXPECT_EQ(window.keys().mid(0, 4), (QStringList{u"+64"_s, u"+37*"_s, u"-37*"_s, u"-40"_s}))
         << window.keys().join(u' ').toStdString();
 }
 
@@ -346,7 +346,12 @@ TEST(X11HotKeysOverAnEditor, LeaveItsMenuBarAlone)
     QString typed;
     constexpr int rounds = 60;
     for (int round = 0; round < rounds; ++round) {
-        desktop->keyboard().pressByHand(u"Alt+d"_s);
+        // With Alt up first there is no release of another key between its press and its own.
+        if (round % 2 == 0) {
+            desktop->keyboard().rollByHand(u"Alt+d"_s);
+        } else {
+            desktop->keyboard().pressByHand(u"Alt+d"_s);
+        }
         const QString letter(QChar(u'a' + round % 26));
         desktop->keyboard().type(letter);
         typed += letter;

@@ -7,6 +7,7 @@
 #include <xcb/xtest.h>
 #include <xkbcommon/xkbcommon.h>
 
+#include <algorithm>
 #include <array>
 #include <ranges>
 
@@ -127,13 +128,26 @@ void Keyboard::press(const QString &combination)
 
 void Keyboard::pressByHand(const QString &combination)
 {
-    constexpr std::chrono::milliseconds gap{10};
+    QStringList names = keysOf(combination);
+    const QStringList down = names;
+    std::ranges::reverse(names);
+    turnByHand(down, names);
+}
+
+void Keyboard::rollByHand(const QString &combination)
+{
     const QStringList names = keysOf(combination);
-    for (const QString &name : names) {
+    turnByHand(names, names);
+}
+
+void Keyboard::turnByHand(const QStringList &down, const QStringList &up)
+{
+    constexpr std::chrono::milliseconds gap{10};
+    for (const QString &name : down) {
         keyDown(name);
         processEventsFor(gap);
     }
-    for (const QString &name : std::views::reverse(names)) {
+    for (const QString &name : up) {
         keyUp(name);
         processEventsFor(gap);
     }

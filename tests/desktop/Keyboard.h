@@ -33,6 +33,8 @@ public:
     void pressAtOnce(const QString &combination);
     /// The same as quick fingers do it, ten milliseconds from key to key.
     void pressByHand(const QString &combination);
+    /// Likewise, but the keys come up in the order in which they went down: modifiers first.
+    void rollByHand(const QString &combination);
     /// The key at a place of the keyboard, whatever it types.
     void pressCode(xcb_keycode_t code);
     enum class Turn { down, up };
@@ -68,6 +70,7 @@ private:
     [[nodiscard]] Stroke strokeFor(xcb_keysym_t keysym);
     [[nodiscard]] Stroke bindSpareKey(xcb_keysym_t keysym);
     [[nodiscard]] static QStringList keysOf(const QString &combination);
+    void turnByHand(const QStringList &down, const QStringList &up);
     void queue(xcb_keycode_t code, bool down);
     void send(xcb_keycode_t code, bool down);
 

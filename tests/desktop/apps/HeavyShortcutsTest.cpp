@@ -61,7 +61,7 @@ TEST_F(HeavyShortcuts, TypingGoesOnLetterForLetterInKate)
         desktop->keyboard().press(u"Shift+Left"_s);
         waitUntil([&] { return content.selectedText() == typed.last(1); }, u"the letter to be selected"_s);
         const std::size_t before = service.requests().size();
-        desktop->keyboard().pressByHand(u"Alt+d"_s);
+        desktop->keyboard().rollByHand(u"Alt+d"_s);
         waitUntil([&] { return service.requests().size() > before; }, u"the request"_s);
         desktop->keyboard().press(u"End"_s);
         ASSERT_TRUE(typeOn(QChar(u'a' + round % 26)))
