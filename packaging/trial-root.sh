@@ -29,6 +29,32 @@ version() {
     dpkg-query -W -f='${Version}' orvesa-translate
 }
 
+# Runs a program as the user of a session that systemd could have booted: with a runtime folder, and a cgroup of its own.
+asSessionUser() {
+    local runtime=/run/user/1000 line mount
+    mkdir -p /run/systemd/system
+    command install -d -o tester -g tester -m 700 "$runtime"
+    local -a groups=()
+    # Version 2 alone, version 2 beside version 1, and version 1's hierarchy of systemd.
+    for line in 0::=/sys/fs/cgroup 0::=/sys/fs/cgroup/unified :name=systemd:=/sys/fs/cgroup/systemd; do
+        mount="${line##*=}"
+        if [[ -e "$mount/cgroup.procs" ]]; then
+            groups+=("$mount$(sed -n "s/^.*${line%=*}//p" /proc/self/cgroup)/orvesa-trial")
+        fi
+    done
+    [[ ${#groups[@]} -gt 0 ]] || fail "there are no cgroups"
+    mkdir -p "${groups[@]}"
+    chown -R tester:tester "${groups[@]}"
+    local group
+    (
+        for group in "${groups[@]}"; do
+            echo "$BASHPID" >"$group/cgroup.procs"
+        done
+        exec setpriv --reuid tester --regid tester --init-groups env -i HOME=/home/tester USER=tester LANG=C.UTF-8 \
+            PATH=/usr/bin:/bin XDG_RUNTIME_DIR="$runtime" "$@"
+    )
+}
+
 tryPackage() {
     makeUser
     apt-get update -qq
@@ -68,6 +94,8 @@ tryPackage() {
     say "The demonstration's own packages are there; it runs /usr/bin/orvesa-translate for an ordinary user"
     asUser bash -ec 'cd && /trial/orvesa-demo --program /usr/bin/orvesa-translate --screenshot /home/tester/panel.png'
     [[ -s /home/tester/panel.png ]] || fail "there is no screenshot"
+    asSessionUser bash /trial/trial-session.sh
+    say "The systemd unit ran in a session of systemd, with its limits"
 
     local -a files
     mapfile -t files < <(dpkg -L orvesa-translate | while read -r path; do if [[ -f "$path" ]]; then echo "$path"; fi; done)

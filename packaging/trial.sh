@@ -51,7 +51,7 @@ makeRoot() {
     # Services of packages are not started here.
     printf '#!/bin/sh\nexit 101\n' | asRoot install -m 755 /dev/stdin "$folder/root/usr/sbin/policy-rc.d"
     asRoot mkdir -p "$folder/root/trial"
-    asRoot cp "$projectRoot/packaging/trial-root.sh" "$folder/root/trial/"
+    asRoot cp "$projectRoot/packaging/trial-root.sh" "$projectRoot/packaging/trial-session.sh" "$folder/root/trial/"
 }
 
 # The same package under an earlier version, with a file that later versions no longer have.
@@ -76,6 +76,9 @@ inRoot() {
         mount --bind "$root" "$root"
         mount -t proc proc "$root/proc"
         mount -t sysfs -o ro sysfs "$root/sys"
+        if [[ -d /sys/fs/cgroup ]]; then
+            mount --rbind /sys/fs/cgroup "$root/sys/fs/cgroup"
+        fi
         mount --rbind /dev "$root/dev"
         mount -t tmpfs tmpfs "$root/dev/shm"
         mount -t tmpfs -o mode=755 tmpfs "$root/run"
@@ -92,13 +95,13 @@ installPackages build run test package
 case "$kind" in
     --package)
         makePackage "$folder/package"
-        buildPrograms orvesa-demo
+        buildPrograms orvesa-demo orvesa-service
         makeOlderPackage
         makeBase
         makeRoot
         asRoot cp "$packageFile" "$folder/root/trial/newer.deb"
         asRoot cp "$folder/older.deb" "$folder/root/trial/older.deb"
-        asRoot cp "$builtFolder/bin/orvesa-demo" "$folder/root/trial/"
+        asRoot cp "$builtFolder/bin/orvesa-demo" "$builtFolder/bin/orvesa-service" "$folder/root/trial/"
         # The demonstration looks for its helper where that was built.
         asRoot mkdir -p "$folder/root$builtFolder/bin"
         asRoot cp "$builtFolder/bin/orvesa-desktop-guard" "$folder/root$builtFolder/bin/"
@@ -120,5 +123,7 @@ case "$kind" in
         ;;
     *) fail "usage: packaging/trial.sh [--package | --tree | --demo]" ;;
 esac
+# The session of systemd leaves its cgroups, which are empty now.
+asRoot find /sys/fs/cgroup -depth -type d -path '*/orvesa-trial*' -exec rmdir {} + 2>/dev/null || true
 say "The trial ($kind) passed in $((SECONDS - begun)) s"
 asRoot rm -rf "$folder/root"
