@@ -7,6 +7,11 @@
 
 namespace orvesa {
 
+namespace {
+/// What can be told from its surroundings, as WCAG counts it.
+constexpr double leastRingContrast = 3;
+} // namespace
+
 SymbolButton::SymbolButton(QString symbol, Look look, QWidget *parent)
     : QAbstractButton(parent), m_symbol(std::move(symbol)), m_look(look)
 {
@@ -65,14 +70,16 @@ void SymbolButton::paintEvent(QPaintEvent *)
     painter.setOpacity(isEnabled() ? 1 : Style::disabledOpacity);
     const QRectF button = QRectF(rect()).adjusted(outset(), outset(), -outset(), -outset());
     if (hasFocus()) {
-        QColor ring = m_look == Look::plain ? QColor(Qt::white)
-                      : m_accent.isValid()  ? m_accent
-                                            : palette().color(QPalette::Highlight);
-        ring.setAlphaF(m_look == Look::plain ? 0.8F : 0.45F);
-        painter.setPen(QPen(ring, Style::focusRingWidth));
-        const qreal half = Style::focusRingWidth / 2.0;
-        const qreal radius = m_look == Look::plain ? button.width() / 2 + half : Style::controlRadius + half;
-        painter.drawRoundedRect(button.adjusted(-half, -half, half, half), radius, radius);
+        // A point apart from the button, which may have the same colour.
+        constexpr qreal width = Style::focusRingWidth - 1;
+        constexpr qreal distance = 1 + width / 2;
+        const QColor accent = m_accent.isValid() ? m_accent : palette().color(QPalette::Highlight);
+        const QColor ring = m_look == Look::plain
+                                ? QColor(Qt::white)
+                                : Style::readable(accent, Style::colors(palette()).window, leastRingContrast);
+        painter.setPen(QPen(ring, width));
+        const qreal radius = (m_look == Look::plain ? button.width() / 2 : Style::controlRadius) + distance;
+        painter.drawRoundedRect(button.adjusted(-distance, -distance, distance, distance), radius, radius);
     }
     if (m_look == Look::plain) {
         paintPlain(painter, button);
