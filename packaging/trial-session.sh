@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The optional systemd unit in a session of systemd: the part of packaging/trial.sh that runs in the clean root as an ordinary
-# user, whose runtime folder and cgroup are there, and nowhere else.
+# The optional systemd unit in a session of systemd: the part of packaging/trial.sh that runs in the clean root, as an
+# ordinary user whose runtime folder and cgroup are there, and nowhere else.
 set -euo pipefail
 
 fail() {
