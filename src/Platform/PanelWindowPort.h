@@ -51,6 +51,9 @@ public:
         Q_UNUSED(text)
     }
 
+    /// Whether the user asked the desktop to have nothing move that need not.
+    [[nodiscard]] virtual bool reducesMotion() const { return false; }
+
     /// Whether translucent windows are blended with what lies below them at this moment.
     [[nodiscard]] virtual bool isCompositing() const = 0;
 };

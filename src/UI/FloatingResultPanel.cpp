@@ -68,6 +68,8 @@ void FloatingResultPanel::orderFront(const QRect &frame)
     updateShape();
     m_shown.start();
     show();
+    // Asked while the window manager is at work.
+    m_content->setMotion(m_port.reducesMotion() ? Spinner::Motion::reduced : Spinner::Motion::full);
 }
 
 QRect FloatingResultPanel::frame() const

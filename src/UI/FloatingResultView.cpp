@@ -213,6 +213,11 @@ void FloatingResultView::setCorners(Corners corners)
     }
 }
 
+void FloatingResultView::setMotion(Spinner::Motion motion)
+{
+    m_loading->setMotion(motion);
+}
+
 void FloatingResultView::changeEvent(QEvent *event)
 {
     // Colour children only once they exist: Qt sends style and palette changes while the first ones are being made.

@@ -6,6 +6,7 @@
 // The owner calls refresh() after the model or the settings changed and then asks for idealSize(). Main thread only.
 
 #include "UI/FloatingResultViewModel.h"
+#include "UI/Spinner.h"
 
 #include <QWidget>
 
@@ -38,6 +39,7 @@ public:
     void refresh(int visibleScreenHeight);
 
     void setCorners(Corners corners);
+    void setMotion(Spinner::Motion motion);
 
     /// The size that fits the content rendered last.
     [[nodiscard]] QSize idealSize() const;

@@ -2,7 +2,6 @@
 
 #include "Core/Localization.h"
 #include "UI/PlainLabel.h"
-#include "UI/Spinner.h"
 #include "UI/Style.h"
 
 #include <QHBoxLayout>

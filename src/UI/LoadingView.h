@@ -2,13 +2,13 @@
 
 // A spinner and the word for thinking, shown while an answer is awaited.
 
+#include "UI/Spinner.h"
+
 #include <QWidget>
 
 class QLabel;
 
 namespace orvesa {
-
-class Spinner;
 
 class LoadingView final : public QWidget {
     Q_OBJECT
@@ -18,6 +18,8 @@ public:
 
     /// Takes the text from the interface language.
     void refresh(const QColor &textColor, const QColor &accent);
+
+    void setMotion(Spinner::Motion motion) { m_spinner->setMotion(motion); }
 
 private:
     Spinner *m_spinner;

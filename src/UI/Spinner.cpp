@@ -27,6 +27,24 @@ QSize Spinner::sizeHint() const
     return {Style::symbolSize, Style::symbolSize};
 }
 
+void Spinner::setMotion(Motion motion)
+{
+    m_motion = motion;
+    startOrStop();
+}
+
+void Spinner::startOrStop()
+{
+    if (!isVisible() || m_motion == Motion::reduced) {
+        m_timer.stop();
+        m_elapsed.invalidate();
+        update();
+    } else if (!m_timer.isActive()) {
+        m_elapsed.start();
+        m_timer.start(static_cast<int>(frameInterval.count()), this);
+    }
+}
+
 void Spinner::setAccent(const QColor &accent)
 {
     m_accent = accent;
@@ -48,8 +66,7 @@ void Spinner::paintEvent(QPaintEvent *)
 
 void Spinner::showEvent(QShowEvent *event)
 {
-    m_elapsed.start();
-    m_timer.start(static_cast<int>(frameInterval.count()), this);
+    startOrStop();
     QWidget::showEvent(event);
 }
 

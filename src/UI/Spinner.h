@@ -15,6 +15,9 @@ public:
     explicit Spinner(QWidget *parent = nullptr);
 
     [[nodiscard]] bool isSpinning() const { return m_timer.isActive(); }
+    /// Turning, or standing still for users who asked for less motion.
+    enum class Motion { full, reduced };
+    void setMotion(Motion motion);
     void setAccent(const QColor &accent);
     [[nodiscard]] QSize sizeHint() const override;
 
@@ -25,7 +28,10 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
+    void startOrStop();
+
     QColor m_accent;
+    Motion m_motion = Motion::full;
     QBasicTimer m_timer;
     QElapsedTimer m_elapsed;
 };

@@ -2,6 +2,7 @@
 
 #include "Core/SettingsStore.h"
 #include "UI/AdaptiveTextScrollView.h"
+#include "UI/Spinner.h"
 #include "fakes/FakeMouseMonitor.h"
 #include "fakes/FakePanelWindow.h"
 #include "fakes/FakePreferredLanguages.h"
@@ -249,6 +250,21 @@ TEST_F(FloatingResultPanelControllerTest, ShowsALateAnswerWhenItIsShownAgain)
     EXPECT_FALSE(controller.isVisible());
     controller.show(Position::keep);
     EXPECT_EQ(panel()->findChildren<AdaptiveTextScrollView *>().at(1)->content(), u"late"_s);
+}
+
+TEST_F(FloatingResultPanelControllerTest, HasNothingMoveForWhomMotionIsTooMuch)
+{
+    controller.show(Position::nearMouse);
+    EXPECT_TRUE(panel()->findChild<Spinner *>()->isSpinning());
+    controller.hide();
+    panelWindow.setReducesMotion(true);
+    controller.show(Position::nearMouse);
+    EXPECT_FALSE(panel()->findChild<Spinner *>()->isSpinning());
+    EXPECT_TRUE(panel()->findChild<Spinner *>()->isVisible());
+    controller.hide();
+    panelWindow.setReducesMotion(false);
+    controller.show(Position::nearMouse);
+    EXPECT_TRUE(panel()->findChild<Spinner *>()->isSpinning());
 }
 
 TEST_F(FloatingResultPanelControllerTest, EscapeClosesIt)

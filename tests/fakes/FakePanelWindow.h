@@ -20,6 +20,9 @@ public:
     [[nodiscard]] QRect visibleFrame(const QScreen &screen, QRect available) const override;
     [[nodiscard]] bool isCompositing() const override { return m_compositing == Compositing::on; }
 
+    [[nodiscard]] bool reducesMotion() const override { return m_reducesMotion; }
+    void setReducesMotion(bool reduces) { m_reducesMotion = reduces; }
+
     void announce(QObject &window, const QString &text) override;
     [[nodiscard]] const QStringList &announcements() const { return m_announcements; }
     /// What docks take at the bottom of every screen.
@@ -31,6 +34,7 @@ public:
 private:
     Compositing m_compositing;
     int m_dockHeight = 0;
+    bool m_reducesMotion = false;
     QStringList m_announcements;
     std::vector<const QWindow *> m_panels;
 };

@@ -2,6 +2,7 @@
 
 #include "Platform/linux/ATSPIAnnouncement.h"
 #include "Platform/linux/X11Struts.h"
+#include "Platform/linux/XSettings.h"
 
 #include <QByteArray>
 #include <QCoreApplication>
@@ -232,6 +233,28 @@ QRect X11PanelWindow::visibleFrame(const QScreen &screen, QRect available) const
 void X11PanelWindow::announce(QObject &window, const QString &text)
 {
     ATSPIAnnouncement::send(window, text);
+}
+
+bool X11PanelWindow::reducesMotion() const
+{
+    if (!m_connection.isValid()) {
+        return false;
+    }
+    constexpr quint32 mostWords = 64 * 1024;
+    const std::string selection = "_XSETTINGS_S" + std::to_string(m_connection.screenNumber());
+    xcb_connection_t *const connection = m_connection.connection();
+    const auto owner = m_connection.reply(xcb_get_selection_owner_reply,
+                                          xcb_get_selection_owner(connection, m_connection.atom(selection)));
+    if (!owner || owner->owner == XCB_WINDOW_NONE) {
+        return false;
+    }
+    const auto settings = m_connection.reply(
+        xcb_get_property_reply, xcb_get_property(connection, 0, owner->owner, m_connection.atom("_XSETTINGS_SETTINGS"),
+                                                 XCB_GET_PROPERTY_TYPE_ANY, 0, mostWords));
+    return settings && settings->format == 8 &&
+           XSettings::integer(QByteArray(static_cast<const char *>(xcb_get_property_value(settings.get())),
+                                         xcb_get_property_value_length(settings.get())),
+                              "Gtk/EnableAnimations") == 0;
 }
 
 bool X11PanelWindow::isCompositing() const

@@ -25,6 +25,7 @@ public:
     bool startMove(QWindow &window, QPoint pressed) override;
     [[nodiscard]] QRect visibleFrame(const QScreen &screen, QRect available) const override;
     void announce(QObject &window, const QString &text) override;
+    [[nodiscard]] bool reducesMotion() const override;
     [[nodiscard]] bool isCompositing() const override;
 
     bool eventFilter(QObject *watched, QEvent *event) override;
