@@ -23,10 +23,10 @@ public:
     struct Made {
         std::vector<AccessibilityElement> children;
     };
-    /// One of an element's own commands, as an item of a menu.
+    /// An element's own copy command, as an item of a menu.
     struct Command {
         ATSPIReference element;
-        int action = 0;
+        bool isEnabled = false;
     };
     /// A terminal that is not on the accessibility bus, as the element that has the focus.
     struct Terminal {

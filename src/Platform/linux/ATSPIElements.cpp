@@ -87,23 +87,24 @@ bool ATSPIElements::performAction(const AccessibilityElement &element, const QSt
     if (handle == nullptr || action != "AXPress"_L1) {
         return false;
     }
-    ATSPIElementHandle::Command command;
-    if (const auto *const given = std::get_if<ATSPIElementHandle::Command>(&handle->target())) {
-        // Commands that cannot be used are left out of the list, and the places of the others move. What was in this
-        // place some time ago may be another command by now.
-        const auto place = ATSPIMenus(*handle->client()).copyAction(given->element);
-        if (!place) {
+    ATSPIReference performer;
+    int place = 0;
+    if (const auto *const command = std::get_if<ATSPIElementHandle::Command>(&handle->target())) {
+        // Asked for only now: the places move with what can be used, and what was in one a moment ago may be "cut" now.
+        const auto copy = ATSPIMenus(*handle->client()).copyCommand(command->element);
+        if (!copy || !copy->action) {
             return false;
         }
-        command = {given->element, *place};
+        performer = command->element;
+        place = *copy->action;
     } else if (const auto *const item = std::get_if<ATSPIMenuItem>(&handle->target())) {
-        command.element = item->element;
+        performer = item->element;
     } else if (const auto *const reference = std::get_if<ATSPIReference>(&handle->target())) {
-        command.element = *reference;
+        performer = *reference;
     } else {
         return false;
     }
-    const auto answer = handle->client()->call(command.element, u"Action"_s, u"DoAction"_s, {command.action});
+    const auto answer = handle->client()->call(performer, u"Action"_s, u"DoAction"_s, {place});
     return answer && !answer->isEmpty() && answer->constFirst().toBool();
 }
 
@@ -189,11 +190,12 @@ AccessibilityValue ATSPIElements::menuBar(const ATSPIElementHandle &element)
         std::ranges::move(items(*bar, client), std::back_inserter(menus));
         return menus.size() > 2 ? AccessibilityValue(made(std::move(menus))) : AccessibilityValue();
     }
-    const auto action = focused ? ATSPIMenus(*client).copyAction(*focused) : std::nullopt;
-    if (!action) {
+    const auto copy = focused ? ATSPIMenus(*client).copyCommand(*focused) : std::nullopt;
+    if (!copy) {
         return {};
     }
-    const auto command = std::make_shared<ATSPIElementHandle>(ATSPIElementHandle::Command{*focused, *action}, client);
+    const auto command =
+        std::make_shared<ATSPIElementHandle>(ATSPIElementHandle::Command{*focused, copy->action.has_value()}, client);
     return made({made({AccessibilityElement(command)})});
 }
 
@@ -249,6 +251,9 @@ AccessibilityValue ATSPIElements::commandModifiers(const ATSPIElementHandle &ele
 
 AccessibilityValue ATSPIElements::isEnabled(const ATSPIElementHandle &element)
 {
+    if (const auto *const command = std::get_if<ATSPIElementHandle::Command>(&element.target())) {
+        return command->isEnabled;
+    }
     const auto *const item = std::get_if<ATSPIMenuItem>(&element.target());
     return item != nullptr ? AccessibilityValue(ATSPIMenus(*element.client()).isEnabled(item->element))
                            : AccessibilityValue();

@@ -138,7 +138,7 @@ bool ATSPIMenus::isEnabled(const ATSPIReference &item)
     return states.has(ATSPIState::enabled) && states.has(ATSPIState::sensitive);
 }
 
-std::optional<int> ATSPIMenus::copyAction(const ATSPIReference &element)
+std::optional<ATSPIMenus::CopyCommand> ATSPIMenus::copyCommand(const ATSPIReference &element)
 {
     const auto count = m_client.property(element, u"Action"_s, u"NActions"_s);
     if (!count) {
@@ -148,10 +148,20 @@ std::optional<int> ATSPIMenus::copyAction(const ATSPIReference &element)
     for (int index = 0; index < std::min(count->toInt(), mostItems); ++index) {
         questions.push_back({element, u"Action"_s, u"GetName"_s, {index}});
     }
+    std::optional<CopyCommand> command;
     const auto names = m_client.callTogether(questions);
-    const auto found = std::ranges::find_if(
-        names, [](const auto &name) { return name && name->value(0).toString() == "clipboard.copy"_L1; });
-    return found == names.end() ? std::nullopt : std::optional(static_cast<int>(found - names.begin()));
+    for (std::size_t index = 0; index < names.size(); ++index) {
+        const QString name = names[index] ? names[index]->value(0).toString() : QString();
+        if (name == "clipboard.copy"_L1) {
+            return CopyCommand{static_cast<int>(index)};
+        }
+        // Commands that cannot be used are left out. Whoever can select everything has a copy command.
+        if (name == "selection.select-all"_L1) {
+            command = CopyCommand{};
+        }
+    }
+    const bool isWhole = std::ranges::all_of(names, [](const auto &name) { return name.has_value(); });
+    return isWhole ? command : std::nullopt;
 }
 
 } // namespace orvesa

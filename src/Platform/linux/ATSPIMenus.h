@@ -33,8 +33,12 @@ public:
     /// What is in a menu or a menu bar. Everything about all of them is asked for at once.
     [[nodiscard]] std::vector<ATSPIMenuItem> items(const ATSPIReference &menu);
     [[nodiscard]] bool isEnabled(const ATSPIReference &item);
-    /// The place of the element's own copy command among its actions.
-    [[nodiscard]] std::optional<int> copyAction(const ATSPIReference &element);
+    /// An element's own copy command, by its place among the element's actions; without one it cannot be used now.
+    struct CopyCommand {
+        std::optional<int> action;
+    };
+    /// Nothing for an element that has no such command at all.
+    [[nodiscard]] std::optional<CopyCommand> copyCommand(const ATSPIReference &element);
 
 private:
     [[nodiscard]] bool isTrusted(const QString &busName);
