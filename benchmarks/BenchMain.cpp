@@ -42,6 +42,8 @@ int main(int argc, char *argv[])
         countOption(u"openings"_s, u"Openings of the panel between two looks at memory."_s, usual.openings);
     const auto answers = countOption(u"answers"_s, u"Answers of each size."_s, usual.answers);
     const QCommandLineOption captureOnly(u"capture-only"_s, u"Measures the capture of selections alone."_s);
+    const QCommandLineOption captureApps(
+        u"capture-apps"_s, u"The same for large applications, which ./test --apps installs, and nothing else."_s);
     const QCommandLineOption windowOnly(u"settings-window-only"_s,
                                         u"Measures the opening of the settings window alone."_s);
     const QCommandLineOption only(u"requests-only"_s, u"Measures requests alone, which needs no desktop."_s);
@@ -49,7 +51,7 @@ int main(int argc, char *argv[])
     parser.setApplicationDescription(u"Measures Orvesa Translate against a floor program on a private desktop."_s);
     parser.addHelpOption();
     parser.addOptions({rounds, presses, idle, instructions, requests, changes, openings, answers, only, settingsOnly,
-                       windowOnly, captureOnly, shortcutsOnly});
+                       windowOnly, captureOnly, captureApps, shortcutsOnly});
     parser.process(application);
 
     QTextStream output(stdout);
@@ -67,6 +69,12 @@ int main(int argc, char *argv[])
         if (parser.isSet(only)) {
             ReportTable table;
             Benchmark::measureRequests(table, requestCount);
+            output << table.text();
+            return 0;
+        }
+        if (parser.isSet(captureApps)) {
+            ReportTable table;
+            Benchmark::measureHeavyCapture(table, std::max(1, parser.value(presses).toInt()));
             output << table.text();
             return 0;
         }

@@ -111,6 +111,11 @@ void Benchmark::measureCapture(ReportTable &table, int rounds)
     CaptureMeasurement().measure(table, rounds);
 }
 
+void Benchmark::measureHeavyCapture(ReportTable &table, int rounds)
+{
+    CaptureMeasurement().measureHeavy(table, rounds);
+}
+
 void Benchmark::measureRequests(ReportTable &table, int rounds)
 {
     RequestMeasurement requests;

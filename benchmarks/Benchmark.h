@@ -31,6 +31,8 @@ public:
     [[nodiscard]] ReportTable runShortcuts();
     /// Only the part about the capture of selections, on a desktop of its own.
     static void measureCapture(ReportTable &table, int rounds);
+    /// The same for large applications, which must be installed.
+    static void measureHeavyCapture(ReportTable &table, int rounds);
     /// Only the part that needs no desktop: what requests cost, as rows of the table.
     static void measureRequests(ReportTable &table, int rounds);
     /// The same for what preferences cost.
