@@ -27,4 +27,14 @@ Mousepad::Mousepad(desktop::Desktop &desktop)
                        u"the editor's text to have the focus"_s);
 }
 
+desktop::DesktopOptions screenOnly()
+{
+    desktop::DesktopOptions options;
+    options.windowManager = desktop::WindowManager::none;
+    options.sessionBus = desktop::SessionBus::none;
+    options.accessibility = desktop::Accessibility::none;
+    options.keyStore = desktop::KeyStore::absent;
+    return options;
+}
+
 } // namespace orvesa::tests

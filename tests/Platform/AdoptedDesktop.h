@@ -28,4 +28,7 @@ struct Mousepad {
     desktop::Accessible content;
 };
 
+/// An X server and nothing else.
+[[nodiscard]] desktop::DesktopOptions screenOnly();
+
 } // namespace orvesa::tests

@@ -1,11 +1,8 @@
 #include "Platform/linux/X11HotKeys.h"
 
 #include "Platform/AdoptedDesktop.h"
-#include "Platform/linux/X11KeyboardGrab.h"
 
 #include <gtest/gtest.h>
-
-#include <QElapsedTimer>
 
 #include <algorithm>
 
@@ -18,6 +15,7 @@ using desktop::happensWithin;
 using desktop::processEventsFor;
 using desktop::waitUntil;
 using tests::AdoptedDesktop;
+using tests::screenOnly;
 
 namespace {
 
@@ -28,16 +26,6 @@ constexpr quint32 command = 0x100;
 constexpr quint32 shift = 0x200;
 constexpr quint32 control = 0x1000;
 constexpr quint32 signature = 0x4B56484B;
-
-desktop::DesktopOptions screenOnly()
-{
-    desktop::DesktopOptions options;
-    options.windowManager = desktop::WindowManager::none;
-    options.sessionBus = desktop::SessionBus::none;
-    options.accessibility = desktop::Accessibility::none;
-    options.keyStore = desktop::KeyStore::absent;
-    return options;
-}
 
 class X11HotKeysTest : public ::testing::Test {
 protected:
@@ -361,47 +349,6 @@ TEST(X11HotKeysOverAnEditor, LeaveItsMenuBarAlone)
     waitUntil([&presses] { return presses == rounds; }, u"every press"_s);
 }
 
-TEST(X11KeyboardGrabTest, TellsPlacesAndWhatTheLayoutTypesThere)
-{
-    AdoptedDesktop desktop(screenOnly());
-    X11KeyboardGrab grab;
-    std::vector<MonitoredKeyPress> presses;
-    const auto record = [&] {
-        ASSERT_TRUE(grab.begin([&presses](const MonitoredKeyPress &press) { presses.push_back(press); }));
-    };
-    struct Key {
-        QString layout;
-        xcb_keycode_t code;
-        bool shift;
-        quint32 macCode;
-        QString characters;
-    };
-    const std::vector<Key> keys{
-        {u"us"_s, 24, false, 12, u"q"_s},      {u"fr"_s, 24, false, 12, u"a"_s},    {u"fr"_s, 10, false, 18, u"&"_s},
-        {u"fr"_s, 10, true, 18, u"1"_s},       {u"de"_s, 29, false, 16, u"z"_s},    {u"de"_s, 20, false, 27, u"ß"_s},
-        {u"de"_s, 21, false, 24, u"\u00B4"_s}, {u"fr"_s, 34, false, 33, u"^"_s},    {u"de"_s, 94, false, 10, u"<"_s},
-        {u"jp"_s, 132, false, 93, u"\\"_s},    {u"jp"_s, 97, false, 94, u"\\"_s},   {u"ru"_s, 40, false, 2, u"в"_s},
-        {u"us"_s, 87, false, 83, u"1"_s},      {u"us"_s, 9, false, 53, u"\u001b"_s}};
-    for (const Key &key : keys) {
-        ASSERT_EQ(desktop->runToEnd(u"setxkbmap"_s, {key.layout}).exitCode, 0);
-        presses.clear();
-        record();
-        if (key.shift) {
-            desktop->keyboard().keyDown(u"Shift"_s);
-        }
-        desktop->keyboard().pressCode(key.code);
-        if (key.shift) {
-            desktop->keyboard().keyUp(u"Shift"_s);
-        }
-        waitUntil([&presses] { return !presses.empty(); }, u"the press"_s);
-        ASSERT_EQ(presses.size(), 1U);
-        EXPECT_EQ(presses[0].keyCode, key.macCode) << key.layout.toStdString() << ' ' << int{key.code};
-        EXPECT_EQ(presses[0].characters.toStdString(), key.characters.toStdString());
-        EXPECT_EQ(presses[0].modifierFlags, key.shift ? 0x20000U : 0U);
-        grab.end();
-    }
-}
-
 TEST(X11HotKeysWithoutDisplay, AreNotAvailable)
 {
     qunsetenv("DISPLAY");
@@ -410,43 +357,6 @@ TEST(X11HotKeysWithoutDisplay, AreNotAvailable)
     EXPECT_FALSE(connection.isValid());
     EXPECT_EQ(hotKeys.installHandler([](HotKeyID) { return HotKeyStatus::noErr; }), HotKeyStatus::notAvailable);
     EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {}).status, HotKeyStatus::notAvailable);
-}
-
-TEST(X11ConnectionTest, IsNotHeldUpByAServerThatAnotherProgramKeepsToItself)
-{
-    AdoptedDesktop desktop(screenOnly());
-    X11Connection connection;
-    X11Connection other;
-    ASSERT_NE(connection.atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_NONE);
-    xcb_grab_server(other.connection());
-    (void)other.atom("_ANYTHING"); // the server has seen the grab
-    const auto query = [&] {
-        return connection.reply(xcb_query_pointer_reply, xcb_query_pointer(connection.connection(), connection.root()));
-    };
-    QElapsedTimer timer;
-    timer.start();
-    EXPECT_FALSE(query());
-    EXPECT_GE(timer.elapsed(), 240);
-    EXPECT_LT(timer.elapsed(), 400);
-    xcb_ungrab_server(other.connection());
-    other.settle();
-    EXPECT_TRUE(query());
-    EXPECT_TRUE(connection.isValid());
-}
-
-TEST(X11ConnectionTest, OutlivesTheServer)
-{
-    auto desktop = std::make_unique<AdoptedDesktop>(screenOnly());
-    X11Connection connection;
-    X11HotKeys hotKeys(connection);
-    const HotKeyRegistration registration = hotKeys.registerHotKey(keyD, option, {signature, 1});
-    ASSERT_EQ(registration.status, HotKeyStatus::noErr);
-    desktop.reset();
-    waitUntil([&connection] { return !connection.isValid(); }, u"the connection to notice"_s);
-    EXPECT_EQ(hotKeys.registerHotKey(keyS, option, {signature, 2}).status, HotKeyStatus::notAvailable);
-    EXPECT_EQ(hotKeys.unregisterHotKey(registration.reference), HotKeyStatus::noErr);
-    EXPECT_TRUE(connection.property(connection.root(), "_NET_ACTIVE_WINDOW").empty());
-    processEventsFor(std::chrono::milliseconds(50));
 }
 
 } // namespace orvesa

@@ -3,6 +3,7 @@
 #include "Platform/linux/KeySymbols.h"
 #include "Platform/linux/MacKeyCodes.h"
 
+#include <chrono>
 #include <utility>
 
 // The header names a member with a C++ keyword.
@@ -16,6 +17,9 @@ namespace {
 
 constexpr quint8 eventTypeMask = 0x7f; // the eighth bit says that another client sent the event
 constexpr quint32 macEscape = 0x35;
+/// How long keys that are still down may keep the keyboard from everybody else. The server takes a key for held for
+/// ever when its release was lost, with the board that was unplugged or the program that had pressed it.
+constexpr std::chrono::seconds longestHold{2};
 
 constexpr quint32 capsLockFlag = 0x10000;
 constexpr quint32 shiftFlag = 0x20000;
@@ -36,6 +40,16 @@ quint32 flags(quint16 state, const X11Modifiers &modifiers)
 }
 
 } // namespace
+
+X11KeyboardGrab::X11KeyboardGrab()
+{
+    m_patience.setSingleShot(true);
+    m_patience.setInterval(longestHold);
+    QObject::connect(&m_patience, &QTimer::timeout, &m_patience, [this] {
+        m_heldKeys.clear();
+        giveBackWhenIdle();
+    });
+}
 
 X11KeyboardGrab::~X11KeyboardGrab()
 {
@@ -73,6 +87,7 @@ bool X11KeyboardGrab::begin(KeyMonitorPort::Handler handler)
         return false;
     }
     m_handler = std::move(handler);
+    m_patience.stop();
     if (m_isGrabbed) { // the last key of the time before is still down
         return true;
     }
@@ -115,6 +130,9 @@ void X11KeyboardGrab::end()
 {
     m_handler = nullptr;
     giveBackWhenIdle();
+    if (m_isGrabbed) {
+        m_patience.start();
+    }
 }
 
 void X11KeyboardGrab::giveBackWhenIdle()
@@ -123,6 +141,7 @@ void X11KeyboardGrab::giveBackWhenIdle()
         return;
     }
     m_isGrabbed = false;
+    m_patience.stop();
     if (m_connection.isValid()) {
         xcb_ungrab_keyboard(m_connection.connection(), XCB_CURRENT_TIME);
         m_connection.settle();

@@ -5,13 +5,15 @@
 //
 // Main thread. It uses a connection of its own, so that its keys are not mistaken for presses of shortcuts, opened at
 // the first use and silent in between. The keyboard is held on the window that has the input focus, which therefore
-// does not lose it. It is given back only when the last key that was pressed meanwhile is up: what is left of a held
-// key, its repeats above all, must not reach anybody.
+// does not lose it. It is given back only when the last key that was pressed meanwhile is up, or after two seconds:
+// what is left of a held key, its repeats above all, must not reach anybody.
 
 #include "Platform/KeyMonitorPort.h"
 #include "Platform/linux/X11Connection.h"
 #include "Platform/linux/X11KeyFaces.h"
 #include "Platform/linux/X11Modifiers.h"
+
+#include <QTimer>
 
 #include <optional>
 #include <set>
@@ -20,7 +22,7 @@ namespace orvesa {
 
 class X11KeyboardGrab final {
 public:
-    X11KeyboardGrab() = default;
+    X11KeyboardGrab();
     ~X11KeyboardGrab();
     Q_DISABLE_COPY_MOVE(X11KeyboardGrab)
 
@@ -47,6 +49,7 @@ private:
     X11Modifiers m_modifiers;
     std::set<xcb_keycode_t> m_heldKeys; ///< modifiers not included
     KeyMonitorPort::Handler m_handler;
+    QTimer m_patience; ///< with keys that do not come up
 };
 
 } // namespace orvesa
