@@ -1,4 +1,4 @@
-// orvesa-bench-ocr: how well and how fast screen text is recognised, beside the engine alone, over three sets of
+// orvesa-bench-ocr: how well and how fast screen text is recognised, beside the engine alone, over four sets of
 // pictures.
 
 #include "ocr/RecognitionFigures.h"
@@ -40,6 +40,10 @@ int main(int argc, char *argv[])
         figures.measureFolder(u"development"_s, QStringLiteral(ORVESA_OCR_FOLDER "/samples"));
         output << figures.takeReport() << Qt::flush;
         figures.measureRendered(QStringLiteral(ORVESA_OCR_FOLDER "/texts.json"));
+        output << figures.takeReport() << Qt::flush;
+        figures.measureFresh(QStringLiteral(ORVESA_OCR_FOLDER "/fresh-texts.json"));
+        output << figures.takeReport() << Qt::flush;
+        figures.measureFolder(u"screens of applications"_s, QStringLiteral(ORVESA_OCR_FOLDER "/screens"));
         output << figures.takeReport() << Qt::flush;
         output << screenPathReport() << timer.elapsed() / 1000 << " s\n";
         return figures.missedGoals() == 0 ? 0 : 1;

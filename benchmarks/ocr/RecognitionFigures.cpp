@@ -101,12 +101,21 @@ void RecognitionFigures::count(Counts &counts, const QString &reader, const QStr
 
 void RecognitionFigures::measureRendered(const QString &texts)
 {
+    draw(u"rendered"_s, texts, {u"2"_s});
+}
+
+void RecognitionFigures::measureFresh(const QString &texts)
+{
+    draw(u"rendered in any look"_s, texts, {u"1"_s, u"77"_s});
+}
+
+void RecognitionFigures::draw(const QString &title, const QString &texts, const QStringList &more)
+{
     const QTemporaryDir folder;
-    const QString looks = u"2"_s;
-    if (QProcess::execute(programBeside(u"orvesa-render-samples"_s), {texts, folder.path(), looks}) != 0) {
+    if (QProcess::execute(programBeside(u"orvesa-render-samples"_s), QStringList{texts, folder.path()} + more) != 0) {
         throw std::runtime_error("the pictures could not be drawn");
     }
-    measureFolder(u"rendered"_s, folder.path());
+    measureFolder(title, folder.path());
 }
 
 void RecognitionFigures::measureFolder(const QString &title, const QString &folder)

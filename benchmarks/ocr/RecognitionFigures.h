@@ -23,8 +23,10 @@ public:
 
     /// Pictures with their texts beside them and a list of cases.
     void measureFolder(const QString &title, const QString &folder);
-    /// Draws the pictures first.
+    /// Draws the pictures first, in looks of a fixed order.
     void measureRendered(const QString &texts);
+    /// The same in looks by a seed.
+    void measureFresh(const QString &texts);
 
     /// The tables since the last call.
     [[nodiscard]] QString takeReport();
@@ -38,6 +40,7 @@ private:
     /// For each reader, by group.
     using Counts = std::map<QString, std::map<QString, Count>>;
 
+    void draw(const QString &title, const QString &texts, const QStringList &more);
     void count(Counts &counts, const QString &reader, const QStringList &groups, const QString &reference,
                const QString &text) const;
     void addTables(const QString &title, const Counts &counts, const std::map<QString, Samples> &times,

@@ -127,4 +127,13 @@ TEST(LineText, WidensAllDigitsOfANumberOrNone)
     EXPECT_TRUE(lineText(number).contains(u"１２８"_s));
 }
 
+TEST(LineText, SeesTheCommaAtTheEndOfAWideLine)
+{
+    EXPECT_EQ(lineText(glyphs({{u"用"_s, 0}, {u"C"_s, 0.3}, {u"*"_s, 0.35}})), u"用 C，"_s);
+    EXPECT_EQ(lineText(glyphs({{u"B"_s, 0}, {u"C"_s, 0.1}, {u"*"_s, 0.35}})), u"BC *"_s);
+    std::vector<SpacedGlyph> compared = glyphs({{u"a"_s, 0}, {u">"_s, 0.35}, {u"用"_s, 0.4}});
+    compared[1].width = 0.6;
+    EXPECT_EQ(lineText(compared), u"a > 用"_s);
+}
+
 } // namespace orvesa

@@ -176,6 +176,28 @@ TEST(Marks, KeepTheIdeographThatLooksLikeABox)
     EXPECT_EQ(marksOn(image).size(), text.size() + 2);
 }
 
+TEST(Marks, TakeTheCursorOffTheLetterThatItTouches)
+{
+    QImage image = page(0xffffffff);
+    const Marks text = addStrokes(image, 20, 20, 8, 0xff000000);
+    const QRect first = text.front();
+    fill(image, QRect(first.left() - 4, first.top() + 3, 4, 2), 0xff000000); // what reaches the cursor
+    fill(image, QRect(first.left() - 5, first.top() - 3, 1, first.height() + 6), 0xff000000);
+    Marks expected = text;
+    expected.front() |= QRect(first.left() - 4, first.top() + 3, 4, 2);
+    EXPECT_EQ(marksOn(image), expected);
+}
+
+TEST(Marks, KeepTheStemOfALargeLetter)
+{
+    QImage image = page(0xffffffff);
+    addStrokes(image, 40, 20, 8, 0xff000000);
+    fill(image, QRect(20, 10, 2, 30), 0xff000000); // a b beside smaller ones
+    fill(image, QRect(22, 24, 12, 2), 0xff000000);
+    fill(image, QRect(22, 38, 12, 2), 0xff000000);
+    EXPECT_EQ(marksOn(image).front(), QRect(20, 10, 14, 30));
+}
+
 TEST(Marks, OfABlankPageAreNone)
 {
     EXPECT_TRUE(marksOn(page(0xff1e1e1e)).empty());

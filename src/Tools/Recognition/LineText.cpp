@@ -36,19 +36,27 @@ void replaceText(SpacedGlyph &glyph, QChar character)
     glyph.text = character;
 }
 
+/// What the engine takes a comma in the middle of its square for.
+bool isSpeck(const SpacedGlyph &glyph)
+{
+    constexpr double mostWidth = 0.36;
+    return glyph.text.size() == 1 && u"»›>'’‘°*`\""_s.contains(glyph.text[0]) && glyph.width <= mostWidth;
+}
+
 /// Sentence marks that follow a wide character are wide themselves, unless the room says otherwise.
 void widenSentenceMarks(std::vector<SpacedGlyph> &glyphs)
 {
     constexpr double besideWide = 0.24;
+    const bool holdsWide = std::ranges::any_of(glyphs, isWideCharacter);
     for (std::size_t index = 0; index < glyphs.size(); ++index) {
         SpacedGlyph &glyph = glyphs[index];
         const bool afterWide = index > 0 && isWideAt(glyphs, index - 1);
         const bool beforeWide = isWideAt(glyphs, index + 1);
         // Chinese commas stand in the middle of their square; after a Latin word the engine takes them for anything
         // small.
-        const bool isLoneSpeck = glyph.text.size() == 1 && u"»'’‘°*`"_s.contains(glyph.text[0]) && index > 0 &&
-                                 !afterWide && beforeWide && glyph.gapBefore >= besideWide &&
-                                 glyphs[index + 1].gapBefore >= besideWide;
+        const bool isLoneSpeck =
+            isSpeck(glyph) && index > 0 && !afterWide && glyph.gapBefore >= besideWide &&
+            (beforeWide ? glyphs[index + 1].gapBefore >= besideWide : index + 1 == glyphs.size() && holdsWide);
         if (isLoneSpeck || (glyph.text == ","_L1 && (afterWide || beforeWide))) {
             replaceText(glyph, u'，');
         } else if (glyph.text == "!"_L1 && afterWide) {
@@ -166,11 +174,12 @@ bool hasBlankBefore(const std::vector<SpacedGlyph> &glyphs, std::size_t index, d
         return glyph.gapBefore >= std::max(leastBlank, usual + 0.2);
     }
     if (isWideCharacter(before) || isWideCharacter(glyph)) {
-        // Thin characters have room of their own on both sides.
+        // The digit one has the width of the others, and room of its own on both sides.
         constexpr double leastBlank = 0.2;
         constexpr double usualWidth = 0.45;
-        const double width = isWideCharacter(before) ? glyph.width : before.width;
-        const double thin = width > 0 ? std::max(0.0, (usualWidth - width) / 2) : 0;
+        const SpacedGlyph &narrow = isWideCharacter(before) ? glyph : before;
+        const double thin =
+            narrow.text == "1"_L1 && narrow.width > 0 ? std::max(0.0, (usualWidth - narrow.width) / 2) : 0;
         return glyph.gapBefore >= leastBlank + thin;
     }
     return glyph.beginsWord;

@@ -172,6 +172,52 @@ bool isTickBox(const RegionMap &map, std::int32_t number, int text)
     return isFirst && next < map.width && next - box.right() - 1 >= leastGap * box.width();
 }
 
+/// Takes the text cursor off the first letter of its line: a bar at the side of a mark, taller than what it touches.
+bool takeCursors(Writing &writing, const RegionMap &map, int text)
+{
+    constexpr double leastHeight = 1.2; // of a full-size character
+    constexpr int mostWidth = 2;
+    bool found = false;
+    for (std::size_t number = 0; number < map.regions.size(); ++number) {
+        const QRect box = map.regions[number].box;
+        if (box.height() < leastHeight * text || box.height() > 3 * text || box.width() < text / 4 ||
+            box.width() > 3 * text) {
+            continue;
+        }
+        const auto isOwn = [&](int x, int y) { return map.at(x, y) == static_cast<std::int32_t>(number); };
+        int bar = 0;
+        int first = box.bottom();
+        int last = box.top();
+        for (int x = box.left(); x <= box.right(); ++x) {
+            int own = 0;
+            for (int y = box.top(); y <= box.bottom(); ++y) {
+                own += isOwn(x, y) ? 1 : 0;
+            }
+            if (x - box.left() < mostWidth && own == box.height()) {
+                ++bar;
+                continue;
+            }
+            for (int y = box.top(); y <= box.bottom(); ++y) {
+                first = isOwn(x, y) ? std::min(first, y) : first;
+                last = isOwn(x, y) ? std::max(last, y) : last;
+            }
+        }
+        // Bowls and arms of letters reach one end of their stem at least.
+        const int beyond = std::max(2, box.height() / 10);
+        if (bar == 0 || first - box.top() < beyond || box.bottom() - last < beyond) {
+            continue;
+        }
+        found = true;
+        for (int y = box.top(); y <= box.bottom(); ++y) {
+            for (int x = box.left(); x < box.left() + bar; ++x) {
+                writing.ink.at(x, y) = 0;
+                writing.mask.at(x, y) = 0;
+            }
+        }
+    }
+    return found;
+}
+
 /// On a photograph, specks that are far smaller than the dot of an i.
 bool isNoise(const Region &region, int text)
 {
@@ -210,13 +256,16 @@ int typicalHeight(const Marks &marks)
 
 Marks takeMarks(Writing &writing)
 {
-    const RegionMap map = markedRegions(writing.mask);
+    RegionMap map = markedRegions(writing.mask);
     Marks all;
     all.reserve(map.regions.size());
     for (const Region &region : map.regions) {
         all.push_back(region.box);
     }
     const int text = typicalHeight(all);
+    if (takeCursors(writing, map, text)) {
+        map = markedRegions(writing.mask);
+    }
     std::vector<bool> dropped = onEdges(map, writing);
     const std::vector<bool> isRim = onRims(map, writing);
     const bool isPhotograph = writing.surface.empty();
