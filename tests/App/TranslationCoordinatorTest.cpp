@@ -4,7 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QCursor>
+#include <QWidget>
+
+#include <algorithm>
 
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
@@ -182,6 +186,39 @@ TEST_F(TranslationCoordinatorTest, RetriesTheLastTextThatWasCaptured)
     EXPECT_EQ(calls()[1]->text, u"Hola"_s);
     EXPECT_EQ(calls()[1]->task, calls()[0]->task);
     EXPECT_EQ(model().sourceText(), u"Hola"_s);
+}
+
+TEST_F(TranslationCoordinatorTest, RetriesTheTaskThatCapturedAndNotTheOneThatFailedTo)
+{
+    runTranslate(u"Hola"_s);
+    calls()[0]->succeed(u"Hello"_s);
+    elements.focusSelectedText(u""_s);
+    coordinator->run(PolishTask{PolishMode::concise}, 0ms);
+    clock.advance(1s); // the copy brings nothing
+    ASSERT_EQ(model().sourceText(), QString());
+    model().onRetry();
+    ASSERT_EQ(calls().size(), 2U);
+    EXPECT_EQ(calls()[1]->task, calls()[0]->task);
+}
+
+TEST_F(TranslationCoordinatorTest, LeavesThePanelWhereItIsForARetryAndAPicker)
+{
+    const auto place = [] {
+        const auto windows = QApplication::topLevelWidgets();
+        const auto found = std::ranges::find_if(
+            windows, [](const QWidget *window) { return window->windowType() == Qt::Tool && window->isVisible(); });
+        return found == windows.end() ? QPoint(-1, -1) : (*found)->pos();
+    };
+    QCursor::setPos(100, 100);
+    runTranslate(u"Hola"_s);
+    EXPECT_EQ(place(), QPoint(112, 112));
+    QCursor::setPos(300, 200);
+    model().onRetry();
+    EXPECT_EQ(place(), QPoint(112, 112));
+    model().onLanguageChange(TargetLanguage::japanese);
+    EXPECT_EQ(place(), QPoint(112, 112));
+    runTranslate(u"Adiós"_s);
+    EXPECT_EQ(place(), QPoint(312, 212));
 }
 
 TEST_F(TranslationCoordinatorTest, HasNothingToRetryAtFirst)

@@ -159,6 +159,37 @@ TEST_F(FloatingResultPanelControllerTest, HidesOnAClickElsewhereOnly)
     EXPECT_FALSE(mouse.isMonitoring());
 }
 
+TEST_F(FloatingResultPanelControllerTest, TakesAClickOnWhatCoversItForOneInside)
+{
+    QCursor::setPos(100, 100);
+    controller.show(Position::nearMouse);
+    QWidget cover;
+    cover.setGeometry(panel()->geometry());
+    cover.show();
+    cover.raise();
+    const QPoint inside = panel()->geometry().center();
+    ASSERT_EQ(QApplication::topLevelAt(inside), &cover);
+    QCursor::setPos(inside);
+    mouse.pressAt(inside);
+    settle();
+    EXPECT_TRUE(controller.isVisible());
+}
+
+TEST_F(FloatingResultPanelControllerTest, HidesOnAClickInATitledWindowOfOurs)
+{
+    QCursor::setPos(100, 100);
+    controller.show(Position::nearMouse);
+    QWidget settingsWindow;
+    settingsWindow.setGeometry(550, 400, 100, 60);
+    settingsWindow.show();
+    const QPoint inside = settingsWindow.geometry().center();
+    ASSERT_EQ(QApplication::topLevelAt(inside), &settingsWindow);
+    QCursor::setPos(inside);
+    mouse.pressAt(inside);
+    settle();
+    EXPECT_FALSE(controller.isVisible());
+}
+
 TEST_F(FloatingResultPanelControllerTest, StaysWhileAMenuOfOursIsClicked)
 {
     QCursor::setPos(100, 100);
