@@ -109,8 +109,7 @@ void nameApplication()
 void migratePreferences(UserDefaultsPort &defaults)
 {
     LegacyMigration::migrateUserDefaultsIfNeeded(
-        defaults,
-        QStringList{text(BuildIdentity::firstLegacyIdentifier), text(BuildIdentity::secondLegacyIdentifier)});
+        defaults, QStringList{text(BuildIdentity::firstLegacyIdentifier), text(BuildIdentity::secondLegacyIdentifier)});
 }
 
 DeferredDeletion::~DeferredDeletion()

@@ -6,8 +6,9 @@ namespace orvesa {
 
 Utility::Utility(const Ports &ports)
     : m_keyStore(ports.keyStore), m_services(ports.userDefaults, ports.preferredLanguages, ports.keyStore),
-      m_clipboard(ports.pasteboard), m_selection({ports.accessibilityElements, ports.accessibilityTrust, ports.workspace,
-                                                  ports.keyboardEvents, ports.pasteboard, ports.clock}),
+      m_clipboard(ports.pasteboard),
+      m_selection({ports.accessibilityElements, ports.accessibilityTrust, ports.workspace, ports.keyboardEvents,
+                   ports.pasteboard, ports.clock}),
       m_ocr(ports.screenCapture, ports.textRecognition),
       m_panel(m_services.settings, ports.panelWindow, ports.mouseMonitor),
       m_coordinator({ports.accessibilityTrust, m_selection, m_clipboard, m_ocr, m_services.settings,

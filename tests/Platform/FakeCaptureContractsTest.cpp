@@ -20,9 +20,8 @@ using namespace Qt::StringLiterals;
 TEST(FakeAccessibilityElementsContract, IsKept)
 {
     FakeAccessibilityElements elements;
-    const AccessibilityElement copy = elements.makeElement({{u"AXMenuItemCmdChar"_s, u"C"_s},
-                                                            {u"AXMenuItemCmdModifiers"_s, qint64{0}},
-                                                            {u"AXEnabled"_s, true}});
+    const AccessibilityElement copy = elements.makeElement(
+        {{u"AXMenuItemCmdChar"_s, u"C"_s}, {u"AXMenuItemCmdModifiers"_s, qint64{0}}, {u"AXEnabled"_s, true}});
     const AccessibilityElement edit = elements.makeElement({{u"AXChildren"_s, std::vector{copy}}});
     const AccessibilityElement menuBar = elements.makeElement({{u"AXChildren"_s, std::vector{edit}}});
     elements.setApplication(7, elements.makeElement({{u"AXMenuBar"_s, menuBar}}));

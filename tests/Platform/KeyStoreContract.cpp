@@ -106,8 +106,8 @@ void expectKeyStoreClosingContract(KeyStorePort &store)
     EXPECT_FALSE(reading.isReady());
     EXPECT_FALSE(writing.isReady());
     store.close();
-    EXPECT_TRUE(reading.isReady()) << "whoever waits hears of it before those whom it touches are gone";
-    EXPECT_TRUE(writing.isReady());
+    ASSERT_TRUE(reading.isReady()) << "whoever waits hears of it before those whom it touches are gone";
+    ASSERT_TRUE(writing.isReady());
     EXPECT_EQ(awaited(std::move(reading)).status, KeyStoreStatus::userCanceled);
     EXPECT_EQ(awaited(std::move(writing)), KeyStoreStatus::userCanceled);
 

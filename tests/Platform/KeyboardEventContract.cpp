@@ -11,7 +11,8 @@ constexpr quint16 keyV = 9;
 
 std::vector<ReceivedKey> stroke(quint16 keyCode)
 {
-    return {{keyCode, KeyTransition::down, KeyboardFlags::command}, {keyCode, KeyTransition::up, KeyboardFlags::command}};
+    return {{keyCode, KeyTransition::down, KeyboardFlags::command},
+            {keyCode, KeyTransition::up, KeyboardFlags::command}};
 }
 
 } // namespace

@@ -13,6 +13,8 @@ struct PasteboardBench {
     std::function<void(const QString &text)> copyFromOutside;
     /// Another program's view of the plain text, if there is one.
     std::function<std::optional<QString>()> pasteOutside;
+    /// Returns when the count is another one; for desktops where emptying waits for a write() that may follow.
+    std::function<void(qint64 count)> awaitChange = [](qint64) {};
 };
 
 void expectPasteboardContract(PasteboardPort &pasteboard, const PasteboardBench &bench);

@@ -140,6 +140,9 @@ TYPED_TEST_P(UserDefaultsContract, ObserverMaySetValues)
     this->port().setExternalChangeHandler({});
 }
 
-REGISTER_TYPED_TEST_SUITE_P(UserDefaultsContract, HasNothingAtFirst, GivesBackEveryTypeAsItWasSet, TellsApartKeysByEveryCharacter, ReadsOtherDomainsAndKeepsThemApart, TellsOfChangesFromOutsideOnly, CallsTheLastHandlerWhichMayRemoveItself, ObserverMaySetValues);
+REGISTER_TYPED_TEST_SUITE_P(UserDefaultsContract, HasNothingAtFirst, GivesBackEveryTypeAsItWasSet,
+                            TellsApartKeysByEveryCharacter, ReadsOtherDomainsAndKeepsThemApart,
+                            TellsOfChangesFromOutsideOnly, CallsTheLastHandlerWhichMayRemoveItself,
+                            ObserverMaySetValues);
 
 } // namespace orvesa::tests

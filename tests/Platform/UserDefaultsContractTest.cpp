@@ -59,7 +59,8 @@ private:
 
 /// Where writing can fail.
 template <typename Database>
-class UserDefaultsRefusal : public UserDefaultsContract<Database> {};
+class UserDefaultsRefusal : public UserDefaultsContract<Database> {
+};
 
 using Databases = ::testing::Types<FakeDatabase, FileDatabase>;
 

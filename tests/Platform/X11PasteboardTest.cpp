@@ -1,6 +1,7 @@
 #include "Platform/linux/X11Pasteboard.h"
 
 #include "Platform/AdoptedDesktop.h"
+#include "Platform/PasteboardContract.h"
 #include "fakes/Awaited.h"
 #include "fakes/QtPrinting.h"
 
@@ -125,6 +126,23 @@ protected:
 };
 
 } // namespace
+
+TEST_F(X11PasteboardTest, KeepsTheContract)
+{
+    X11Connection connection;
+    X11Pasteboard other(connection);
+    const auto awaitChange = [this](qint64 count) {
+        waitUntil([&] { return m_pasteboard->changeCount() != count; }, u"the change"_s);
+    };
+    const auto copy = [&](const QString &text) {
+        const qint64 before = m_pasteboard->changeCount();
+        EXPECT_TRUE(other.write({{{QString::fromLatin1(pasteboardPlainText), {text.toUtf8(), {}}}}}));
+        awaitChange(before);
+    };
+    const auto paste = [&other] { return awaited(other.string()); };
+    tests::expectPasteboardContract(*m_pasteboard,
+                                    {.copyFromOutside = copy, .pasteOutside = paste, .awaitChange = awaitChange});
+}
 
 TEST_F(X11PasteboardTest, ReadsNothingFromAnEmptyClipboard)
 {

@@ -203,8 +203,8 @@ TEST_F(AXTrustTest, KeepsTheContract)
                      .decide = [this](bool isGiven) { m_accessibility.isTrusted = isGiven; },
                      .requests =
                          [] {
-                             return static_cast<int>(
-                                 std::ranges::count(recorders::calls(), "AXIsProcessTrustedWithOptions "
+                             return static_cast<int>(std::ranges::count(recorders::calls(),
+                                                                        "AXIsProcessTrustedWithOptions "
                                                                         "{AXTrustedCheckOptionPrompt: true}"));
                          },
                  });

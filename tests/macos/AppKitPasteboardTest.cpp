@@ -29,11 +29,14 @@ TEST_F(AppKitPasteboardTest, KeepsTheContract)
     tests::expectPasteboardContract(
         m_pasteboard, {
                           .copyFromOutside =
-                              [this](const QString &text) { m_general.copyFromOutside({{{nativeText, text.toUtf8()}}}); },
+                              [this](const QString &text) {
+                                  m_general.copyFromOutside({{{nativeText, text.toUtf8()}}});
+                              },
                           .pasteOutside = [this]() -> std::optional<QString> {
                               const auto contents = m_general.contents();
-                              return contents.empty() ? std::nullopt
-                                                      : std::optional(QString::fromUtf8(contents.front().front().second));
+                              return contents.empty()
+                                         ? std::nullopt
+                                         : std::optional(QString::fromUtf8(contents.front().front().second));
                           },
                       });
 }

@@ -65,9 +65,8 @@ TEST_F(FoundationUserDefaultsTest, LeavesNothingBehind)
         database.port().setExternalChangeHandler([&changes] { ++changes; });
         database.port().setExternalChangeHandler([&changes] { changes += 10; });
         EXPECT_EQ(recorders::observers(), 1U);
-        for (const DefaultsValue &value :
-             {DefaultsValue(true), DefaultsValue(qint64{5}), DefaultsValue(2.5), DefaultsValue(u"x"_s),
-              DefaultsValue(QByteArray("[]"))}) {
+        for (const DefaultsValue &value : {DefaultsValue(true), DefaultsValue(qint64{5}), DefaultsValue(2.5),
+                                           DefaultsValue(u"x"_s), DefaultsValue(QByteArray("[]"))}) {
             database.port().set(u"settings.a"_s, value);
             EXPECT_EQ(database.port().value(u"settings.a"_s), value);
         }

@@ -71,7 +71,8 @@ QCoro::Task<std::optional<QStringList>> VisionTextRecognition::recognize(QString
     std::function<std::optional<QStringList>()> call = [recognition, imagePath] {
         return perform(*recognition, imagePath);
     };
-    std::optional<std::optional<QStringList>> lines = co_await callInBackground(std::move(call), bound, std::move(stop));
+    std::optional<std::optional<QStringList>> lines =
+        co_await callInBackground(std::move(call), bound, std::move(stop));
     if (!lines) {
         [recognition->request cancel]; // which ends the thread soon
         co_return std::nullopt;

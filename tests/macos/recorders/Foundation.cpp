@@ -115,17 +115,17 @@ unsigned long enumerateDictionary(const DictionaryObject *self, const Selector *
 
 Object *dictionaryValue(const DictionaryObject *self, const Selector *, const Object *key)
 {
-    const auto found = std::ranges::find_if(self->entries, [key](const auto &entry) { return isEqual(entry.first, key); });
+    const auto found =
+        std::ranges::find_if(self->entries, [key](const auto &entry) { return isEqual(entry.first, key); });
     return found == self->entries.end() ? nullptr : found->second;
 }
 
 signed char isEqualDictionary(const DictionaryObject *self, const Selector *selector, const DictionaryObject *other)
 {
-    const bool hasAll =
-        other != nullptr && self->entries.size() == other->entries.size() &&
-        std::ranges::all_of(self->entries, [&](const auto &entry) {
-            return isEqual(dictionaryValue(other, selector, entry.first), entry.second);
-        });
+    const bool hasAll = other != nullptr && self->entries.size() == other->entries.size() &&
+                        std::ranges::all_of(self->entries, [&](const auto &entry) {
+                            return isEqual(dictionaryValue(other, selector, entry.first), entry.second);
+                        });
     return hasAll ? 1 : 0;
 }
 

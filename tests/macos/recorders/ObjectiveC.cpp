@@ -23,7 +23,7 @@ struct Block {
         unsigned long size;
         void (*copy)(void *to, const void *from);
         void (*dispose)(const void *block);
-    } *descriptor;
+    } * descriptor;
 };
 
 constexpr int hasHelpers = 1 << 25;

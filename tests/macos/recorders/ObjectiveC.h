@@ -1,7 +1,7 @@
 #pragma once
 
-// The stand-in for the Objective-C runtime, as clang's "objfw" code calls it: messages go to functions in a table, by the
-// class of the receiver, and counting goes to the recorders' objects. Main thread.
+// The stand-in for the Objective-C runtime, as clang's "objfw" code calls it: messages go to functions in a table, by
+// the class of the receiver, and counting goes to the recorders' objects. Main thread.
 
 #include "macos/recorders/Object.h"
 
@@ -29,8 +29,7 @@ template <typename Function>
 
 class ClassObject final : public Object {
 public:
-    explicit ClassObject(const char *shownName)
-        : Object(Kind::objectiveCClass, Life::forEver), name(shownName) {}
+    explicit ClassObject(const char *shownName) : Object(Kind::objectiveCClass, Life::forEver), name(shownName) {}
     [[nodiscard]] std::string description() const override { return name; }
 
     const std::string name;
