@@ -321,7 +321,7 @@ QRect ReadingMatter::show(const Scene &scene)
             const QImage now = area.width() < leastWidth ? QImage() : m_desktop.windows().picture(area);
             same = !now.isNull() && now == last ? same + 1 : 0;
             last = now;
-            constexpr int enough = 3;
+            constexpr int enough = 2; // within half a blink of a cursor
             return same >= enough;
         },
         scene.id + u" on the screen"_s, startBound);
