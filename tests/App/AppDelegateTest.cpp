@@ -117,6 +117,30 @@ TEST_F(AppDelegateTest, RegistersFromScratchWhenShortcutsOrPromptsChange)
     EXPECT_TRUE(hotKeys.press(35, CarbonModifier::option));
 }
 
+TEST_F(AppDelegateTest, RegistersAllAnewWhenOnlyAPromptsTextChanges)
+{
+    std::vector<CustomPrompt> prompts{prompt(u"One"_s, controlOptionS)};
+    settings.setCustomPrompts(prompts);
+    delegate.applicationDidFinishLaunching();
+    EXPECT_TRUE(hotKeys.unregistered().empty());
+    prompts.front().promptTemplate = u"Otherwise"_s;
+    settings.setCustomPrompts(prompts);
+    settle();
+    EXPECT_EQ(hotKeys.unregistered().size(), 4U);
+    EXPECT_EQ(hotKeys.liveRegistrations(), 4U);
+    elements.focusSelectedText(u"Hola"_s);
+    EXPECT_EQ(hotKeys.fire({HotKeyService::signature, 1000}), HotKeyStatus::noErr);
+    settle();
+    ASSERT_EQ(calls().size(), 1U);
+    EXPECT_EQ(calls()[0]->task, AITask(CustomTask{u"One"_s, u"Otherwise"_s}));
+    // A prompt that keeps its place and loses its shortcut gives it back.
+    prompts.front().hotKey.reset();
+    settings.setCustomPrompts(prompts);
+    settle();
+    EXPECT_EQ(hotKeys.liveRegistrations(), 3U);
+    EXPECT_FALSE(hotKeys.press(controlOptionS.keyCode, controlOptionS.carbonModifiers));
+}
+
 TEST_F(AppDelegateTest, LogsAShortcutThatTheSystemRefusesAndGoesOn)
 {
     hotKeys.takeByAnother(2, CarbonModifier::option);
