@@ -6,6 +6,7 @@ set -euo pipefail
 fail() {
     printf 'error: %s\n' "$*" >&2
     systemctl --user --no-pager status orvesa-translate >&2 || true
+    cat "$XDG_RUNTIME_DIR/unit.log" >&2 || true
     exit 1
 }
 
@@ -25,7 +26,7 @@ timeout 60 cat "$XDG_RUNTIME_DIR/ready" >/dev/null || fail "systemd does not sta
 export DBUS_SESSION_BUS_ADDRESS="unix:path=$XDG_RUNTIME_DIR/bus"
 
 # What a session has: a display, an unlocked key store, and a target that desktops bind to the graphical session's.
-Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$XDG_RUNTIME_DIR/display" 2>/dev/null &
+Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp -noreset 3>"$XDG_RUNTIME_DIR/display" 2>/dev/null &
 server=$!
 DISPLAY=":$(timeout 60 head -1 "$XDG_RUNTIME_DIR/display")"
 export DISPLAY XDG_SESSION_TYPE=x11
@@ -38,6 +39,10 @@ service=$!
 port="$(timeout 60 head -1 "$XDG_RUNTIME_DIR/port")"
 printf 'a-made-up-key' | orvesa-translate key set openAI
 orvesa-translate settings set settings.defaultProvider openAI
+
+# There is no journal here.
+mkdir "$units/orvesa-translate.service.d"
+printf '[Service]\nStandardError=append:%%t/unit.log\n' >"$units/orvesa-translate.service.d/log.conf"
 
 # The unit comes with the session and goes with it. It is started when it has its name on the bus.
 systemctl --user --quiet enable orvesa-translate
