@@ -8,8 +8,8 @@
 #include <QtGlobal>
 
 #include <array>
+#include <csignal>
 
-#include <signal.h>
 #include <termios.h>
 
 namespace orvesa {

@@ -6,10 +6,10 @@
 #include <QStringDecoder>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <utility>
 
-#include <signal.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
