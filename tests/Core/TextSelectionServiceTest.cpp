@@ -396,6 +396,7 @@ TEST_F(TextSelectionServiceEndTest, pressesNoKeysAfterIt)
     m_clock.advance(40ms);
     m_ending.reset();
     expectNothing(result);
+    EXPECT_EQ(m_pasteboard.snapshots(), 0) << "nor is the pasteboard read";
     EXPECT_THAT(m_keyboard.posted(), IsEmpty());
 }
 
