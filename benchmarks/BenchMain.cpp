@@ -36,6 +36,7 @@ int main(int argc, char *argv[])
     const auto requests = countOption(u"requests"_s, u"Requests of each size and program."_s, usual.requests);
     const auto changes = countOption(u"changes"_s, u"Changes and readings of the preferences."_s, usual.changes);
     const QCommandLineOption settingsOnly(u"settings-only"_s, u"Measures preferences alone, likewise."_s);
+    const QCommandLineOption startOnly(u"start-only"_s, u"Measures starts alone."_s);
     const QCommandLineOption shortcutsOnly(u"shortcuts-only"_s,
                                            u"Measures shortcuts and what they bring about alone."_s);
     const auto openings =
@@ -51,7 +52,7 @@ int main(int argc, char *argv[])
     parser.setApplicationDescription(u"Measures Orvesa Translate against a floor program on a private desktop."_s);
     parser.addHelpOption();
     parser.addOptions({rounds, presses, idle, instructions, requests, changes, openings, answers, only, settingsOnly,
-                       windowOnly, captureOnly, captureApps, shortcutsOnly});
+                       windowOnly, captureOnly, captureApps, shortcutsOnly, startOnly});
     parser.process(application);
 
     QTextStream output(stdout);
@@ -99,6 +100,10 @@ int main(int argc, char *argv[])
                                    .requests = requestCount,
                                    .changes = changeCount,
                                    .instructionRounds = std::max(0, parser.value(instructions).toInt())};
+        if (parser.isSet(startOnly)) {
+            output << Benchmark(QCoreApplication::applicationDirPath(), options).runStart().text();
+            return 0;
+        }
         if (parser.isSet(shortcutsOnly)) {
             output << Benchmark(QCoreApplication::applicationDirPath(), options).runShortcuts().text();
             return 0;

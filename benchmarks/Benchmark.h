@@ -27,6 +27,8 @@ public:
     Benchmark(const QString &programFolder, BenchOptions options);
 
     [[nodiscard]] ReportTable run();
+    /// Only the starts.
+    [[nodiscard]] ReportTable runStart();
     /// Only the part from a press of the shortcut to the answer in the panel.
     [[nodiscard]] ReportTable runShortcuts();
     /// Only the part about the capture of selections, on a desktop of its own.
@@ -56,6 +58,7 @@ private:
     void measurePanel(ReportTable &table);
     void measureIdle();
     void measureInstructions(const QString &program, ProgramSamples &samples);
+    [[nodiscard]] ReportRow startRow() const;
     void fillStartRows(ReportTable &table) const;
     void fillShortcutRows(ReportTable &table) const;
 
