@@ -43,23 +43,39 @@ bool isSurface(const Region &region, const QRect &image)
 struct Background {
     std::vector<QRgb> colors;          ///< of the surface below each pixel
     std::vector<std::int32_t> surface; ///< its number
+    std::int32_t surfaces = 0;         ///< how many there are
 };
 
 /// Lets each surface's colour flow from its edges over everything that is part of none.
 Background spread(const QImage &image, const RegionMap &flat, const std::vector<bool> &isSurfaceNumber)
 {
     const std::size_t count = flat.labels.size();
-    Background background{std::vector<QRgb>(count), std::vector<std::int32_t>(count, RegionMap::none)};
+    Background background{std::vector<QRgb>(count), std::vector<std::int32_t>(count, RegionMap::none), 0};
     std::deque<std::size_t> edge;
     const auto stride = static_cast<std::size_t>(flat.width);
+    // Surfaces are few; letters and blends, which are regions too, are many.
+    std::vector<std::int32_t> numbers(isSurfaceNumber.size(), RegionMap::none);
+    for (std::size_t region = 0; region < numbers.size(); ++region) {
+        numbers[region] = isSurfaceNumber[region] ? background.surfaces++ : RegionMap::none;
+    }
+    const auto numberAt = [&](std::size_t index) { return numbers[static_cast<std::size_t>(flat.labels[index])]; };
+    const auto isInside = [&](std::size_t index, std::size_t x) {
+        return (x == 0 || numberAt(index - 1) != RegionMap::none) &&
+               (x + 1 == stride || numberAt(index + 1) != RegionMap::none) &&
+               (index < stride || numberAt(index - stride) != RegionMap::none) &&
+               (index + stride >= count || numberAt(index + stride) != RegionMap::none);
+    };
     for (int y = 0; y < flat.height; ++y) {
         const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
         for (int x = 0; x < flat.width; ++x) {
             const std::size_t index = static_cast<std::size_t>(y) * stride + static_cast<std::size_t>(x);
-            const std::int32_t label = flat.labels[index];
-            if (isSurfaceNumber[static_cast<std::size_t>(label)]) {
-                background.colors[index] = line[x];
-                background.surface[index] = label;
+            const std::int32_t number = numberAt(index);
+            if (number == RegionMap::none) {
+                continue;
+            }
+            background.colors[index] = line[x];
+            background.surface[index] = number;
+            if (!isInside(index, static_cast<std::size_t>(x))) {
                 edge.push_back(index);
             }
         }
@@ -99,9 +115,10 @@ std::uint8_t distance(QRgb first, QRgb second)
 }
 
 /// Nearly the strongest ink on each surface; a few stray pixels do not count.
-std::vector<int> strongestInk(const GrayImage &ink, const Background &background, std::size_t surfaces)
+std::vector<int> strongestInk(const GrayImage &ink, const Background &background)
 {
     constexpr int strayPixels = 4;
+    const auto surfaces = static_cast<std::size_t>(background.surfaces);
     std::vector<std::array<int, 256>> histograms(surfaces);
     for (std::size_t index = 0; index < background.surface.size(); ++index) {
         ++histograms[static_cast<std::size_t>(background.surface[index])][ink.pixels()[index]];
@@ -177,7 +194,7 @@ Writing onSurfaces(const QImage &image, const RegionMap &flat, const std::vector
             writing.ink.at(x, y) = distance(line[x], background.colors[index]);
         }
     }
-    const std::vector<int> strongest = strongestInk(writing.ink, background, flat.regions.size());
+    const std::vector<int> strongest = strongestInk(writing.ink, background);
     index = 0;
     for (int y = 0; y < flat.height; ++y) {
         for (int x = 0; x < flat.width; ++x, ++index) {
