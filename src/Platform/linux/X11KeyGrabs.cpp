@@ -86,6 +86,9 @@ bool X11KeyGrabs::open()
     // keyboard, and with it that terminal, where alone it could be let go on.
     ::signal(SIGTSTP, SIG_IGN);
     m_root = rootOf(connection, screenNumber);
+    for (xcb_extension_t *const extension : {&xcb_xkb_id, &xcb_input_id}) {
+        xcb_prefetch_extension_data(connection, extension); // one wait for both
+    }
     announceKeyboardExtension(connection);
     m_inputOpcode = announceInputExtension(connection);
     m_wakeWindow = xcb_generate_id(connection);
