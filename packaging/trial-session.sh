@@ -37,8 +37,7 @@ printf '[Unit]\nBindsTo=graphical-session.target\nBefore=graphical-session.targe
 /trial/orvesa-service --answer 'The library has many books.' >"$XDG_RUNTIME_DIR/port" &
 service=$!
 port="$(timeout 60 head -1 "$XDG_RUNTIME_DIR/port")"
-printf 'a-made-up-key' | orvesa-translate key set openAI
-orvesa-translate settings set settings.defaultProvider openAI
+printf 'a-made-up-key' | orvesa-translate key set gemini
 
 # There is no journal here.
 mkdir "$units/orvesa-translate.service.d"
@@ -52,7 +51,7 @@ process="$(systemctl --user show --property=MainPID --value orvesa-translate)"
 grep -qE '^NoNewPrivs:\s1$' "/proc/$process/status" || fail "it may gain privileges"
 grep -qE '^Seccomp:\s2$' "/proc/$process/status" || fail "its system calls are not filtered"
 page="$(orvesa-translate doctor || true)"
-for line in 'Utility: running' 'translateSelection: held by the utility' 'Key store: running, unlocked' 'OpenAI: stored'; do
+for line in 'Utility: running' 'translateSelection: held by the utility' 'Key store: running, unlocked' 'Gemini: stored'; do
     grep -q "$line" <<<"$page" || { echo "$page" >&2; fail "the doctor does not say: $line"; }
 done
 orvesa-translate --perform settings || fail "it does not answer"
@@ -64,9 +63,9 @@ mapfile -t limits < <(sed -n '/^\[Service\]/,/^\[/p' /usr/lib/systemd/user/orves
 [[ ${#limits[@]} -ge 12 ]] || fail "the unit has only ${#limits[@]} limits"
 limited() {
     timeout 60 systemd-run --user --wait --pipe --quiet --collect "${limits[@]}" \
-        --setenv=OPENAI_BASE_URL="http://127.0.0.1:$port/v1" --setenv=LANG=C.UTF-8 "$@" </dev/null
+        --setenv=GOOGLE_GEMINI_BASE_URL="http://127.0.0.1:$port" --setenv=LANG=C.UTF-8 "$@" </dev/null
 }
-answer="$(limited orvesa-translate translate --provider openAI 'La biblioteca tiene muchos libros.')" ||
+answer="$(limited orvesa-translate translate 'La biblioteca tiene muchos libros.')" ||
     fail "the limits keep it from asking a service"
 [[ "$answer" == 'The library has many books.' ]] || fail "the answer is: $answer"
 text="$(limited orvesa-translate recognize "$HOME/panel.png")" || fail "the limits keep it from reading a picture"
