@@ -117,16 +117,10 @@ void FloatingResultPanelController::prepare()
     }
 }
 
-/// Every part of the panel has fonts, symbols and styles of its own to load and lay out. Nothing is mapped.
+/// Lays the panel out and paints it as a task is going to begin, for fonts, symbols and styles are loaded then. Nothing is
+/// mapped.
 void FloatingResultPanelController::rehearse()
 {
-    const auto perform = [this](FloatingResultViewModel::Phase phase) {
-        m_viewModel.setPhase(std::move(phase));
-        if (const auto size = idealFrameSize()) {
-            panel().resize(*size);
-        }
-        panel().grab();
-    };
     if (!m_viewModel.taskTitle().isEmpty()) {
         return; // a task was faster
     }
@@ -135,13 +129,13 @@ void FloatingResultPanelController::rehearse()
     // The title names a language and so has letters as texts have them.
     m_viewModel.setSourceText(m_viewModel.taskTitle());
     m_viewModel.setTranslationLanguage(language);
-    perform(FloatingResultViewModel::Success{m_viewModel.taskTitle()});
-    m_viewModel.setPolishMode(m_settings.polishMode());
-    perform(FloatingResultViewModel::Loading{});
+    if (const auto size = idealFrameSize()) {
+        panel().resize(*size);
+    }
+    panel().grab();
     m_viewModel.setTaskTitle(QString());
     m_viewModel.setSourceText(QString());
     m_viewModel.setTranslationLanguage(std::nullopt);
-    m_viewModel.setPolishMode(std::nullopt);
 }
 
 bool FloatingResultPanelController::isVisible() const
