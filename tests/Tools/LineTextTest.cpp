@@ -109,10 +109,13 @@ TEST(LineText, SeesNoBlankBesideAThinDigit)
     EXPECT_EQ(lineText(date), u"月 1 日"_s);
 }
 
-TEST(LineText, WidensParenthesesAroundWideCharactersAlone)
+TEST(LineText, WidensParenthesesAroundWhatBeginsWide)
 {
     EXPECT_EQ(lineText(glyphs({{u"日"_s, 0}, {u"("_s, 0.3}, {u"月"_s, 0.1}, {u")"_s, 0.1}, {u"か"_s, 0.3}})),
               u"日（月）か"_s);
+    EXPECT_EQ(lineText(glyphs({{u"誤"_s, 0}, {u"("_s, 0.3}, {u"碼"_s, 0.1}, {u"4"_s, 0.1}, {u")"_s, 0.1}})),
+              u"誤（碼4）"_s);
+    EXPECT_EQ(lineText(glyphs({{u"存"_s, 0}, {u"("_s, 0.3}, {u"S"_s, 0.1}, {u")"_s, 0.1}})), u"存 (S)"_s);
     EXPECT_EQ(lineText(glyphs({{u"f"_s, 0}, {u"("_s, 0.05}, {u"x"_s, 0.1}, {u")"_s, 0.1}, {u";"_s, 0.3}})),
               u"f(x) ;"_s);
 }

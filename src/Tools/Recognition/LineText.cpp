@@ -98,15 +98,12 @@ void widenParentheses(std::vector<SpacedGlyph> &glyphs)
         const bool afterWide = open > 0 && isWideAt(glyphs, open - 1);
         const bool holdsWide = isWideAt(glyphs, open + 1) || isWideAt(glyphs, index - 1);
         const bool wideRoomBefore = open > 0 && glyphs[open].gapBefore >= emptyHalf;
-        // What holds wide characters alone is set in wide marks; the room differs from font to font.
+        // What begins with a wide character is set in wide marks; the room differs from font to font.
         constexpr double someRoom = 0.26;
-        const auto isWideOrMark = [](const SpacedGlyph &glyph) { return isWide(glyph.text); };
-        const bool holdsWideAlone =
-            index > open + 1 && std::all_of(glyphs.begin() + static_cast<std::ptrdiff_t>(open) + 1,
-                                            glyphs.begin() + static_cast<std::ptrdiff_t>(index), isWideOrMark);
+        const bool beginsWide = index > open + 1 && isWideAt(glyphs, open + 1);
         const bool someRoomAround =
             (open == 0 || glyphs[open].gapBefore >= someRoom) && (next == nullptr || next->gapBefore >= someRoom);
-        const bool wide = (holdsWideAlone && afterWide && someRoomAround) || (afterWide && wideRoomBefore) ||
+        const bool wide = (beginsWide && afterWide && someRoomAround) || (afterWide && wideRoomBefore) ||
                           (wideRoomAfter && (afterWide || holdsWide)) || (open == 0 && holdsWide);
         replaceText(glyphs[open], wide ? u'（' : u'(');
         replaceText(glyphs[index], wide ? u'）' : u')');
