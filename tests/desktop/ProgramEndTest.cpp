@@ -125,7 +125,8 @@ TEST_F(ProgramEnd, GoesOnWithoutTheSessionBus)
     EXPECT_TRUE(program->process().isRunning());
     EXPECT_TRUE(desktop->keyboard().isTaken(u"Alt+d"_s));
     // It can read nothing any more, and says so.
-    desktop->keyboard().press(u"Escape"_s);
+    desktop->pointer().clickAt(QPoint(1270, 890));
+    waitUntil([&] { return !program->isPanelShown(); }, u"the panel to go"_s);
     pressTranslate();
     waitUntil([&] { return program->isPanelShown() || !program->process().isRunning(); }, u"the panel"_s);
     EXPECT_TRUE(program->process().isRunning());
