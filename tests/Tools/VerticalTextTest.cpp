@@ -13,7 +13,7 @@ constexpr int width = 20;
 
 class Columns final {
 public:
-    Columns() : m_ink(200, 400)
+    Columns() : m_ink(200, 600)
     {
         m_block.direction = TextBlock::Direction::down;
         m_block.text = width;
