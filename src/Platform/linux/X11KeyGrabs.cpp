@@ -5,6 +5,7 @@
 #include <QMetaObject>
 
 #include <chrono>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -23,7 +24,7 @@ namespace {
 
 constexpr quint8 eventTypeMask = 0x7f; // the eighth bit says that another client sent the event
 constexpr unsigned keyShift = 16;
-/// Qt 5 has every key go round through the accessibility bus before it looks at it, and loses the order in which keys
+/// Qt has every key go round through the accessibility bus before it looks at it, and loses the order in which keys
 /// came when they came at the same moment, as from another program. Nothing tells when it is done; this is longer than
 /// it takes, and shorter than any finger.
 constexpr std::chrono::milliseconds timeForTheTap{3};
@@ -60,6 +61,13 @@ quint8 announceInputExtension(xcb_connection_t *connection)
     return reply ? extension->major_opcode : quint8{0};
 }
 
+xcb_atom_t atomOf(xcb_connection_t *connection, std::string_view name)
+{
+    const X11Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
+        connection, xcb_intern_atom(connection, 0, static_cast<quint16>(name.size()), name.data()), nullptr));
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
 } // namespace
 
 X11KeyGrabs::X11KeyGrabs(PressHandler handler) : m_handler(std::move(handler)) {}
@@ -91,6 +99,7 @@ bool X11KeyGrabs::open()
     }
     announceKeyboardExtension(connection);
     m_inputOpcode = announceInputExtension(connection);
+    m_embeddingInfo = atomOf(connection, "_XEMBED_INFO");
     m_wakeWindow = xcb_generate_id(connection);
     xcb_create_window(connection, XCB_COPY_FROM_PARENT, m_wakeWindow, m_root, 0, 0, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
@@ -188,7 +197,7 @@ void X11KeyGrabs::press(const xcb_key_press_event_t &event)
     const bool isRepeat = !m_heldKeys.insert(event.detail).second;
     if (!isRepeat) {
         listenForReleases(Listening::on);
-        if (tapInFront(event)) {
+        if (tapInFront(event) == Tapped::windowOfQt) {
             std::this_thread::sleep_for(timeForTheTap);
         }
     }
@@ -232,18 +241,18 @@ void X11KeyGrabs::listenForReleases(Listening listening) const
     xcb_flush(m_connection);
 }
 
-bool X11KeyGrabs::tapInFront(const xcb_key_press_event_t &event)
+X11KeyGrabs::Tapped X11KeyGrabs::tapInFront(const xcb_key_press_event_t &event)
 {
     const quint32 lone = m_loneModifier;
     const auto modifier = static_cast<quint16>(lone & maskOfModifier);
     // Control that is held is not alone with it either; and after its tap it would pass for let go.
     if (modifier == 0 || (event.state & modifier) == 0 || (event.state & XCB_MOD_MASK_CONTROL) != 0) {
-        return false;
+        return Tapped::nothing;
     }
     const X11Reply<xcb_get_input_focus_reply_t> focus(
         xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
     if (!focus || focus->focus <= XCB_INPUT_FOCUS_FOLLOW_KEYBOARD) {
-        return false;
+        return Tapped::nothing;
     }
     // Sent, not typed: it changes nothing in the server, where a layout may well have put a meaning on it.
     xcb_key_press_event_t tap = event;
@@ -257,7 +266,15 @@ bool X11KeyGrabs::tapInFront(const xcb_key_press_event_t &event)
         tap.state = static_cast<quint16>(tap.state | XCB_MOD_MASK_CONTROL);
     }
     xcb_flush(m_connection);
-    return true;
+    return isOfQt(focus->focus) ? Tapped::windowOfQt : Tapped::otherWindow;
+}
+
+bool X11KeyGrabs::isOfQt(xcb_window_t window) const
+{
+    // Qt alone gives every window of its own this property; elsewhere only windows made to be embedded have it.
+    const X11Reply<xcb_get_property_reply_t> property(xcb_get_property_reply(
+        m_connection, xcb_get_property(m_connection, 0, window, m_embeddingInfo, m_embeddingInfo, 0, 0), nullptr));
+    return property && property->type == m_embeddingInfo && m_embeddingInfo != XCB_ATOM_NONE;
 }
 
 } // namespace orvesa

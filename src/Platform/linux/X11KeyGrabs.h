@@ -51,8 +51,10 @@ private:
     /// Whether releases of keys are told of.
     enum class Listening { off, on };
     void listenForReleases(Listening listening) const;
-    /// Whether there was anybody to tap for.
-    bool tapInFront(const xcb_key_press_event_t &event);
+    /// Whom the tap went to.
+    enum class Tapped { nothing, windowOfQt, otherWindow };
+    Tapped tapInFront(const xcb_key_press_event_t &event);
+    [[nodiscard]] bool isOfQt(xcb_window_t window) const;
     void stop();
 
     PressHandler m_handler;
@@ -60,7 +62,8 @@ private:
     xcb_window_t m_root = XCB_WINDOW_NONE;
     xcb_window_t m_wakeWindow = XCB_WINDOW_NONE; ///< gets the message that ends the thread
     bool m_opened = false;
-    quint8 m_inputOpcode = 0;               ///< of the input extension's events
+    quint8 m_inputOpcode = 0; ///< of the input extension's events
+    xcb_atom_t m_embeddingInfo = XCB_ATOM_NONE;
     std::set<xcb_keycode_t> m_heldKeys;     ///< the thread's own
     std::atomic<quint32> m_loneModifier{0}; ///< the modifier's bit, and the tapped key above it
     QObject m_receiver;                     ///< of the thread's calls; they end with it
