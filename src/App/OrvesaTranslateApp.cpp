@@ -27,7 +27,9 @@ ExitCode printed(const QString &text)
 /// The program proper. It stays loaded to the end.
 int runLoaded(int &argc, char **argv)
 {
-    void *const library = ::dlopen(orvesa::programLibrary, RTLD_NOW | RTLD_LOCAL);
+    // Lazily: otherwise every function of the libraries below is looked up at once too, which nobody waits for
+    // elsewhere.
+    void *const library = ::dlopen(orvesa::programLibrary, RTLD_LAZY | RTLD_LOCAL);
     void *const entry = library != nullptr ? ::dlsym(library, orvesa::programEntry) : nullptr;
     if (entry == nullptr) {
         StandardStreams::writeError(

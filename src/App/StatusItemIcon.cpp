@@ -10,6 +10,7 @@
 #include <QIcon>
 #include <QPixmap>
 #include <QScreen>
+#include <QStandardPaths>
 #include <QSystemTrayIcon>
 
 using namespace Qt::StringLiterals;
@@ -24,11 +25,13 @@ bool isEmbeddedIcon(const QObject *object)
     return object->isWidgetType() && object->inherits("QSystemTrayIconSys");
 }
 
-/// In the installed icon theme: nothing, when the program runs from where it was built.
+/// The name of the installed icon: nothing, when the program runs from where it was built. Its file in the theme that
+/// stands behind every other is looked for, since to ask the theme means to read all of it, at every start.
 QString symbolicIcon()
 {
     const QString name = QGuiApplication::desktopFileName() + u"-symbolic"_s;
-    return QIcon::hasThemeIcon(name) ? name : QString();
+    const QString file = u"icons/hicolor/symbolic/apps/%1.svg"_s.arg(name);
+    return QStandardPaths::locate(QStandardPaths::GenericDataLocation, file).isEmpty() ? QString() : name;
 }
 
 } // namespace
