@@ -1,11 +1,14 @@
 #include "Platform/FakePortal.h"
 
+#include "Platform/FakePortalSession.h"
+
 #include <QCoreApplication>
 #include <QDBusMessage>
 #include <QSocketNotifier>
 
 #include <array>
 #include <iostream>
+#include <utility>
 
 #include <unistd.h>
 
@@ -42,12 +45,17 @@ void FakePortal::answer(const QString &request, const QVariantMap &results)
 {
     QDBusMessage signal = QDBusMessage::createSignal(request, u"org.freedesktop.portal.Request"_s, u"Response"_s);
     signal.setArguments({m_response, results});
-    m_bus.send(signal);
+    if (m_holds) {
+        m_held.append(signal);
+    } else {
+        m_bus.send(signal);
+    }
 }
 
 QDBusObjectPath FakePortal::CreateSession(const QVariantMap &options)
 {
     m_session = pathFor(u"session"_s, options.value(u"session_handle_token"_s).toString());
+    m_bus.registerObject(m_session, new FakePortalSession(this), QDBusConnection::ExportAllSlots);
     say(u"session"_s);
     const QString request = pathFor(u"request"_s, options.value(u"handle_token"_s).toString());
     answer(request, {{u"session_handle"_s, m_session}});
@@ -74,6 +82,18 @@ void FakePortal::obey(const QString &order)
     if (order == "refuse"_L1) {
         m_response = 1;
         say(u"refusing"_s);
+        return;
+    }
+    if (order == "hold"_L1) {
+        m_holds = true;
+        say(u"holding"_s);
+        return;
+    }
+    if (order == "go on"_L1) {
+        m_holds = false;
+        for (const QDBusMessage &answer : std::exchange(m_held, {})) {
+            m_bus.send(answer);
+        }
         return;
     }
     QDBusMessage signal =

@@ -2,14 +2,16 @@
 
 // The global shortcuts of a Wayland desktop's portal, as far as a program sees them, for a bus of the tests' own.
 //
-// It says on standard output what it is asked for, and does what standard input tells it: "press ID" and "refuse". Main
-// thread of its own process.
+// It says on standard output what it is asked for, and does what standard input tells it: "press ID", "refuse", "hold"
+// (keep answers back, as long as a person is asked) and "go on". Main thread of its own process.
 
 #include "Platform/linux/PortalShortcut.h"
 
 #include <QDBusConnection>
 #include <QDBusContext>
+#include <QDBusMessage>
 #include <QDBusObjectPath>
+#include <QList>
 #include <QObject>
 
 namespace orvesa::tests {
@@ -40,6 +42,8 @@ private:
     QDBusConnection m_bus;
     QString m_session;
     uint m_response = 0;
+    bool m_holds = false;
+    QList<QDBusMessage> m_held;
 };
 
 } // namespace orvesa::tests

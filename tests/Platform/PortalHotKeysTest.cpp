@@ -98,9 +98,49 @@ TEST_F(PortalHotKeysTest, BindsWhatIsRegisteredInOneGoAndHearsOfPresses)
     const HotKeyRegistration again = hotKeys.registerHotKey(keyD, option, {signature, 1});
     desktop::processEventsFor(std::chrono::milliseconds(100));
     EXPECT_EQ(hotKeys.unregisterHotKey(again.reference), HotKeyStatus::noErr);
+    EXPECT_EQ(portal.readLine(), "close");
     EXPECT_EQ(portal.readLine(), "session");
     EXPECT_EQ(portal.readLine(), "bind hotkey-2=CTRL+ALT+SHIFT+LOGO+s (Polish Selection)");
     EXPECT_TRUE(m_log.isEmpty());
+}
+
+TEST_F(PortalHotKeysTest, LeavesNoSessionBehindThatALaterChangeHasReplaced)
+{
+    desktop::Process &portal = startPortal();
+    portal.write("hold\n");
+    EXPECT_EQ(portal.readLine(), "holding");
+    PortalHotKeys hotKeys;
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    EXPECT_EQ(portal.readLine(), "session");
+    EXPECT_EQ(hotKeys.registerHotKey(keyS, option, {signature, 2}).status, HotKeyStatus::noErr);
+    EXPECT_EQ(portal.readLine(), "session");
+    portal.write("go on\n");
+    EXPECT_EQ(portal.readLine(), "close");
+    EXPECT_EQ(portal.readLine(), "bind hotkey-1=ALT+d (), hotkey-2=ALT+s ()");
+    EXPECT_TRUE(m_log.isEmpty());
+}
+
+TEST_F(PortalHotKeysTest, ChangesShortcutsWhileTheUserIsAskedAboutThoseBefore)
+{
+    desktop::Process &portal = startPortal();
+    PortalHotKeys hotKeys;
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    EXPECT_EQ(portal.readLine(), "session");
+    EXPECT_EQ(portal.readLine(), "bind hotkey-1=ALT+d ()");
+    portal.write("hold\n");
+    EXPECT_EQ(portal.readLine(), "holding");
+    const HotKeyRegistration second = hotKeys.registerHotKey(keyS, option, {signature, 2});
+    EXPECT_EQ(second.status, HotKeyStatus::noErr);
+    EXPECT_EQ(portal.readLine(), "close");
+    EXPECT_EQ(portal.readLine(), "session");
+    portal.write("go on\nhold\n");
+    EXPECT_EQ(portal.readLine(), "holding");
+    EXPECT_EQ(portal.readLine(), "bind hotkey-1=ALT+d (), hotkey-2=ALT+s ()");
+    EXPECT_EQ(hotKeys.unregisterHotKey(second.reference), HotKeyStatus::noErr);
+    EXPECT_EQ(portal.readLine(), "close");
+    EXPECT_EQ(portal.readLine(), "session");
+    portal.write("go on\n");
+    EXPECT_EQ(portal.readLine(), "bind hotkey-1=ALT+d ()");
 }
 
 TEST_F(PortalHotKeysTest, SaysWhenTheUserRefuses)

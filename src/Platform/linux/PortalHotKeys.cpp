@@ -154,7 +154,7 @@ void PortalHotKeys::bind()
         return;
     }
     // A session takes one set of shortcuts; another set needs another session.
-    const QString token = expectAnswer(SLOT(sessionAnswered(uint, QVariantMap)));
+    const QString token = expectAnswer(SLOT(sessionAnswered(uint, QVariantMap, QDBusMessage)));
     const QVariantMap options{{u"handle_token"_s, token}, {u"session_handle_token"_s, token}};
     bus->asyncCall(portalCall(u"CreateSession"_s, {options}));
 }
@@ -173,15 +173,26 @@ QString PortalHotKeys::expectAnswer(const char *slot)
     return token;
 }
 
-void PortalHotKeys::sessionAnswered(uint response, const QVariantMap &results)
+bool PortalHotKeys::isAwaited(const QDBusMessage &answer, const char *slot)
 {
+    if (auto bus = SessionBus::connection()) {
+        bus->disconnect(service(), answer.path(), requestInterface(), u"Response"_s, this, slot);
+    }
+    return answer.path() == m_awaitedRequest;
+}
+
+void PortalHotKeys::sessionAnswered(uint response, const QVariantMap &results, const QDBusMessage &answer)
+{
+    const QString session = results.value(u"session_handle"_s).toString();
+    if (!isAwaited(answer, SLOT(sessionAnswered(uint, QVariantMap, QDBusMessage)))) {
+        close(session); // the shortcuts have changed since
+        return;
+    }
     auto bus = SessionBus::connection();
     if (!bus) {
         return;
     }
-    bus->disconnect(service(), m_awaitedRequest, requestInterface(), u"Response"_s, this,
-                    SLOT(sessionAnswered(uint, QVariantMap)));
-    m_session = results.value(u"session_handle"_s).toString();
+    m_session = session;
     if (response != 0 || m_session.isEmpty()) {
         qWarning("OrvesaTranslate: the desktop refused a session for global shortcuts");
         return;
@@ -193,20 +204,16 @@ void PortalHotKeys::sessionAnswered(uint response, const QVariantMap &results)
              .properties = {{u"description"_s, m_descriptions[id]},
                             {u"preferred_trigger"_s, PortalShortcut::trigger(hotKey.keyCode, hotKey.modifiers)}}});
     }
-    const QString token = expectAnswer(SLOT(bindingAnswered(uint, QVariantMap)));
+    const QString token = expectAnswer(SLOT(bindingAnswered(uint, QVariantMap, QDBusMessage)));
     bus->asyncCall(
         portalCall(u"BindShortcuts"_s, {QVariant::fromValue(QDBusObjectPath(m_session)), QVariant::fromValue(shortcuts),
                                         QString(), QVariantMap{{u"handle_token"_s, token}}}));
 }
 
-void PortalHotKeys::bindingAnswered(uint response, const QVariantMap &results)
+void PortalHotKeys::bindingAnswered(uint response, const QVariantMap &results, const QDBusMessage &answer)
 {
     Q_UNUSED(results)
-    if (auto bus = SessionBus::connection()) {
-        bus->disconnect(service(), m_awaitedRequest, requestInterface(), u"Response"_s, this,
-                        SLOT(bindingAnswered(uint, QVariantMap)));
-    }
-    if (response != 0) {
+    if (isAwaited(answer, SLOT(bindingAnswered(uint, QVariantMap, QDBusMessage))) && response != 0) {
         qWarning("OrvesaTranslate: the desktop did not confirm the global shortcuts");
     }
 }
@@ -226,12 +233,17 @@ void PortalHotKeys::activated(const QDBusMessage &signal)
 
 void PortalHotKeys::closeSession()
 {
+    m_awaitedRequest.clear();
+    close(std::exchange(m_session, {}));
+}
+
+void PortalHotKeys::close(const QString &session)
+{
     auto bus = SessionBus::connection();
-    if (m_session.isEmpty() || !bus) {
+    if (session.isEmpty() || !bus) {
         return;
     }
-    bus->send(QDBusMessage::createMethodCall(service(), std::exchange(m_session, {}),
-                                             u"org.freedesktop.portal.Session"_s, u"Close"_s));
+    bus->send(QDBusMessage::createMethodCall(service(), session, u"org.freedesktop.portal.Session"_s, u"Close"_s));
 }
 
 } // namespace orvesa

@@ -33,8 +33,8 @@ public:
     void describe(HotKeyID id, const QString &description) override;
 
 private Q_SLOTS:
-    void sessionAnswered(uint response, const QVariantMap &results);
-    void bindingAnswered(uint response, const QVariantMap &results);
+    void sessionAnswered(uint response, const QVariantMap &results, const QDBusMessage &answer);
+    void bindingAnswered(uint response, const QVariantMap &results, const QDBusMessage &answer);
     void activated(const QDBusMessage &signal);
 
 private:
@@ -53,8 +53,11 @@ private:
     void scheduleBinding();
     void bind();
     void closeSession();
+    static void close(const QString &session);
     /// Announces the slot that takes the answer to the next request, and returns that request's token.
     [[nodiscard]] QString expectAnswer(const char *slot);
+    /// Whether the answer is to the last request. One before it may be answered late: a person may be asked first.
+    [[nodiscard]] bool isAwaited(const QDBusMessage &answer, const char *slot);
 
     Handler m_handler;
     HotKeys m_hotKeys;

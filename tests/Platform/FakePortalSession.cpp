@@ -1,0 +1,16 @@
+#include "Platform/FakePortalSession.h"
+
+#include <iostream>
+
+namespace orvesa::tests {
+
+FakePortalSession::FakePortalSession(QObject *parent) : QObject(parent) {}
+
+FakePortalSession::~FakePortalSession() = default;
+
+void FakePortalSession::Close()
+{
+    std::cout << "close" << std::endl;
+}
+
+} // namespace orvesa::tests
