@@ -7,11 +7,16 @@
 
 #include <QPoint>
 
+#include <chrono>
+
 namespace orvesa::desktop {
 
 class XSession;
 
 enum class MouseButton { left = 1, middle = 2, right = 3, wheelUp = 4, wheelDown = 5 };
+
+/// Clicks that are this far apart are not two of one double click.
+inline constexpr std::chrono::milliseconds doubleClick{500};
 
 class Pointer final {
 public:

@@ -14,9 +14,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Clicks that follow within this time belong together.
-constexpr auto doubleClick = 500ms;
-
 struct Terminal {
     const char *name;
     QString windowClass;
