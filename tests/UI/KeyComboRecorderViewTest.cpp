@@ -1,25 +1,10 @@
-#include "UI/HotKeyRecorderView.h"
-
-#include "Core/HotKeyRecordingState.h"
-#include "Core/SettingsStore.h"
-#include "UI/Style.h"
-#include "fakes/FakeKeyMonitor.h"
-#include "fakes/FakePreferredLanguages.h"
-#include "fakes/FakeUserDefaults.h"
-#include "fakes/QtPrinting.h"
+#include "UI/RecorderTest.h"
 
 #include <gtest/gtest.h>
 
-#include <QAccessible>
 #include <QApplication>
-#include <QDeadlineTimer>
-#include <QKeyEvent>
-#include <QMouseEvent>
-#include <QVBoxLayout>
 
-#include <algorithm>
-#include <cmath>
-#include <vector>
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
@@ -37,106 +22,6 @@ constexpr quint32 keyEscape = 53;
 constexpr quint32 keyF5 = 96;
 
 const QString needModifier = u"Shortcuts must include ⌘, ⌥ or ⌃ (function keys excepted)."_s;
-
-double luminance(const QColor &color)
-{
-    const auto linear = [](double part) {
-        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
-
-/// WCAG's.
-double contrast(const QColor &one, const QColor &other)
-{
-    const double first = luminance(one);
-    const double second = luminance(other);
-    return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
-}
-
-class RecorderTest : public testing::Test {
-protected:
-    RecorderTest()
-    {
-        auto *column = new QVBoxLayout(&window);
-        column->addWidget(&translate);
-        column->addWidget(&polish);
-        column->addWidget(&prompt);
-        window.show();
-        window.activateWindow();
-        QCoreApplication::processEvents();
-        EXPECT_TRUE(window.isActiveWindow());
-    }
-
-    ~RecorderTest() override
-    {
-        // Children of the window by its layout, members here: the window must not delete them.
-        for (QWidget *child :
-             {static_cast<QWidget *>(&translate), static_cast<QWidget *>(&polish), static_cast<QWidget *>(&prompt)}) {
-            child->setParent(nullptr);
-        }
-    }
-
-    KeyComboRecorderView::Feedback feedback()
-    {
-        return [this](const std::optional<QString> &message) { messages.push_back(message); };
-    }
-
-    static void clickWithMouse(QWidget &widget)
-    {
-        const QPointF place = widget.rect().center();
-        QMouseEvent press(QEvent::MouseButtonPress, place, widget.mapToGlobal(place), Qt::LeftButton, Qt::LeftButton,
-                          Qt::NoModifier);
-        QMouseEvent release(QEvent::MouseButtonRelease, place, widget.mapToGlobal(place), Qt::LeftButton, Qt::NoButton,
-                            Qt::NoModifier);
-        QCoreApplication::sendEvent(&widget, &press);
-        QCoreApplication::sendEvent(&widget, &release);
-    }
-
-    static void type(QWidget &widget, Qt::Key key)
-    {
-        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
-        QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier);
-        QCoreApplication::sendEvent(&widget, &press);
-        QCoreApplication::sendEvent(&widget, &release);
-    }
-
-    void expectIdle() const
-    {
-        EXPECT_FALSE(translate.isRecording());
-        EXPECT_FALSE(polish.isRecording());
-        EXPECT_FALSE(prompt.isRecording());
-        EXPECT_FALSE(state.isRecording());
-        EXPECT_FALSE(keys.isMonitored());
-    }
-
-    FakeUserDefaults defaults;
-    FakePreferredLanguages languages;
-    SettingsStore settings{defaults, languages};
-    HotKeyRecordingState state;
-    FakeKeyMonitor keys;
-    std::vector<std::optional<QString>> messages;
-    std::optional<KeyCombo> promptCombo;
-    QWidget window;
-    HotKeyRecorderView translate{HotKeyAction::translateSelection, settings, feedback(), state, keys};
-    HotKeyRecorderView polish{HotKeyAction::polishSelection, settings, feedback(), state, keys};
-    KeyComboRecorderView prompt{
-        {[this] { return promptCombo; }, [this](const KeyCombo &combo) { promptCombo = combo; }},
-        u"None"_s,
-        {},
-        {},
-        state,
-        keys};
-};
-
-TEST_F(RecorderTest, ShowsTheCombinationOrThePlaceholder)
-{
-    EXPECT_EQ(translate.shownText(), u"⌥D"_s);
-    EXPECT_EQ(prompt.shownText(), u"None"_s);
-    promptCombo = KeyCombo{40, 0x1B00, u"K"_s};
-    EXPECT_EQ(prompt.shownText(), u"⌃⌥⇧⌘K"_s);
-    EXPECT_EQ(translate.toolTip(), u"Click, then press the new shortcut. Press ⎋ to cancel."_s);
-}
 
 TEST_F(RecorderTest, StoresThePressedCombination)
 {
@@ -334,68 +219,6 @@ TEST_F(RecorderTest, IsReachedAndUsedByKeyboard)
         expectIdle();
         EXPECT_TRUE(translate.hasFocus());
     }
-}
-
-TEST_F(RecorderTest, TellsScreenReadersItsPurposeAndItsState)
-{
-    QAccessibleInterface *const accessible = QAccessible::queryAccessibleInterface(&translate);
-    ASSERT_NE(accessible, nullptr);
-    EXPECT_EQ(accessible->role(), QAccessible::Button);
-    EXPECT_EQ(accessible->text(QAccessible::Name), u"Translate Selection, ⌥D"_s);
-    EXPECT_EQ(accessible->text(QAccessible::Description), translate.toolTip());
-    accessible->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    // It stays down for a moment, as pressed by a finger.
-    const QDeadlineTimer deadline(std::chrono::seconds(2));
-    while (!translate.isRecording() && !deadline.hasExpired()) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
-    }
-    EXPECT_TRUE(translate.isRecording());
-    EXPECT_EQ(accessible->text(QAccessible::Name), u"Translate Selection, Type shortcut…"_s);
-    EXPECT_EQ(QAccessible::queryAccessibleInterface(&prompt)->text(QAccessible::Name), u"None"_s);
-}
-
-TEST_F(RecorderTest, KeepsItsSizeWhenItListens)
-{
-    const QSize resting = translate.sizeHint();
-    clickWithMouse(translate);
-    EXPECT_EQ(translate.sizeHint(), resting);
-    EXPECT_GE(resting.width(), 112 + 2 * KeyComboRecorderView::outset());
-    EXPECT_EQ(resting.height(), 30 + 2 * KeyComboRecorderView::outset());
-}
-
-TEST_F(RecorderTest, IsReadWhileItListensInEveryTheme)
-{
-    for (const AppTheme theme : allCases<AppTheme>()) {
-        for (const Style::Appearance appearance : {Style::Appearance::light, Style::Appearance::dark}) {
-            const QColor themeAccent = Style::color(accent(theme));
-            window.setPalette(Style::palette(appearance, themeAccent));
-            translate.setAccent(themeAccent);
-            clickWithMouse(translate);
-            ASSERT_TRUE(translate.isRecording());
-            const QImage picture = translate.grab().toImage();
-            const QColor background = picture.pixelColor(12, picture.height() / 2);
-            // Strokes at this size are no more than a pixel wide, and few of their pixels have the pen's whole colour.
-            double greatest = 0;
-            for (int y = 8; y < picture.height() - 8; ++y) {
-                for (int x = 12; x < picture.width() - 12; ++x) {
-                    greatest = std::max(greatest, contrast(picture.pixelColor(x, y), background));
-                }
-            }
-            EXPECT_GE(greatest, 4.3) << static_cast<int>(theme) << ' ' << static_cast<int>(appearance);
-            clickWithMouse(translate);
-        }
-    }
-}
-
-TEST_F(RecorderTest, FollowsTheSettingsAndTheLanguage)
-{
-    settings.setCombo({keyT, 0x100, u"T"_s}, HotKeyAction::translateSelection);
-    EXPECT_EQ(translate.accessibleName(), u"Translate Selection, ⌘T"_s);
-    settings.setAppLanguage(AppLanguage::japanese);
-    EXPECT_TRUE(translate.accessibleName().endsWith(u", ⌘T"_s));
-    EXPECT_FALSE(translate.accessibleName().startsWith(u"Translate"_s));
-    EXPECT_NE(translate.toolTip(), u"Click, then press the new shortcut. Press ⎋ to cancel."_s);
-    settings.setAppLanguage(AppLanguage::english);
 }
 
 } // namespace

@@ -3,23 +3,21 @@
 #include "desktop/BusClient.h"
 #include "desktop/DesktopEnvironment.h"
 #include "desktop/DesktopGuard.h"
+#include "desktop/DisplayPipe.h"
 #include "desktop/MarkedProcesses.h"
 #include "desktop/Monitors.h"
 #include "desktop/XSession.h"
 
 #include <QDBusVariant>
 #include <QFile>
-#include <QSocketNotifier>
 #include <QUuid>
 
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
 #include <ranges>
 
 #include <fcntl.h>
 #include <signal.h>
-#include <unistd.h>
 
 namespace orvesa::desktop {
 
@@ -113,45 +111,19 @@ void Desktop::endAll()
 
 void Desktop::startServer()
 {
-    // The server picks a free display itself and writes its number to this pipe once it accepts clients.
-    std::array<int, 2> pipe{};
-    if (pipe2(pipe.data(), O_CLOEXEC) != 0)
-        throw DesktopError(u"no pipe for the display number"_s);
-    const int readEnd = pipe[0];
-    const int writeEnd = pipe[1];
+    DisplayPipe pipe;
     const bool hasMonitors = m_options.server == Server::monitors;
     const QString screen = u"%1x%2x24"_s.arg(m_options.screenSize.width()).arg(m_options.screenSize.height());
     const QStringList picture =
         hasMonitors ? Monitors::serverArguments(m_folders)
                     : QStringList{u"-screen"_s, u"0"_s, screen, u"+extension"_s, u"RANDR"_s, u"+extension"_s, u"GLX"_s};
     const double dotsPerInch = standardDotsPerInch * m_options.scale;
-    const QStringList arguments{u"-displayfd"_s,
-                                QString::number(writeEnd),
-                                u"-nolisten"_s,
-                                u"tcp"_s,
-                                u"-noreset"_s,
-                                u"-dpi"_s,
-                                QString::number(std::lround(dotsPerInch))};
+    const QStringList arguments{
+        u"-displayfd"_s, QString::number(pipe.writeEnd()),         u"-nolisten"_s, u"tcp"_s, u"-noreset"_s,
+        u"-dpi"_s,       QString::number(std::lround(dotsPerInch))};
     const Process &server = start(hasMonitors ? u"Xorg"_s : u"Xvfb"_s, picture + arguments + m_options.serverArguments,
-                                  m_environment, [writeEnd] { fcntl(writeEnd, F_SETFD, 0); });
-    ::close(writeEnd);
-    QByteArray number;
-    {
-        QSocketNotifier notifier(readEnd, QSocketNotifier::Read);
-        QObject::connect(&notifier, &QSocketNotifier::activated, &notifier, [&] {
-            std::array<char, 16> buffer{};
-            const ssize_t count = ::read(readEnd, buffer.data(), buffer.size());
-            if (count > 0)
-                number.append(buffer.data(), count);
-            else
-                notifier.setEnabled(false);
-        });
-        waitUntil([&] { return number.endsWith('\n') || !server.isRunning(); }, u"the X server"_s);
-    }
-    ::close(readEnd);
-    if (!number.endsWith('\n'))
-        throw DesktopError(u"the X server ended: %1"_s.arg(QString::fromUtf8(server.standardError())));
-    m_display = u':' + QString::fromLatin1(number.trimmed());
+                                  m_environment, [inherited = pipe.writeEnd()] { fcntl(inherited, F_SETFD, 0); });
+    m_display = pipe.awaitDisplay(server);
     m_environment.insert(u"DISPLAY"_s, m_display);
     m_session = std::make_unique<XSession>(m_display);
     m_keyboard = std::make_unique<Keyboard>(*m_session);
