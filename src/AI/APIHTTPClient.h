@@ -3,7 +3,7 @@
 // The one place where the program talks HTTP.
 //
 // A thin layer over one shared QNetworkAccessManager: no retries, no cookies, no cache. Main thread; any number of
-// operations may run at once. Every failure is an AppError. A body larger than maximumBodyBytes() is refused and never
+// operations may run at once. Every failure is an AppError. A body larger than maximumBodyBytes is refused and never
 // held in memory whole. Redirects are followed, but headers given by the caller never go to another origin.
 
 #include "AI/HTTPRequest.h"
@@ -32,7 +32,7 @@ public:
     /// Time without a byte after which a transfer fails.
     static constexpr std::chrono::milliseconds defaultTimeout = std::chrono::seconds(60);
     /// An answer's greatest size, after decompression.
-    static constexpr qint64 maximumBodyBytes = 16 * 1024 * 1024;
+    static constexpr qint64 maximumBodyBytes = qint64{16} * 1024 * 1024;
     /// How much of an error's body reaches the message.
     static constexpr qsizetype maximumErrorBytes = 500;
 

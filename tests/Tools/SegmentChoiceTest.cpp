@@ -1,6 +1,7 @@
 // Whose reading of a segment is taken, and what is read again.
 
 #include "Tools/Recognition/SegmentChoice.h"
+#include "Tools/GlyphText.h"
 
 #include <gtest/gtest.h>
 

@@ -3,6 +3,7 @@
 #include "Tools/Recognition/LanguageVote.h"
 #include "Tools/Recognition/Segment.h"
 #include "Tools/Recognition/SegmentImage.h"
+#include "Tools/GlyphText.h"
 
 #include <gtest/gtest.h>
 

@@ -163,12 +163,6 @@ bool Accessible::doAction() const
            m_tree->call(m_bus, m_path, named(actionInterface), u"DoAction"_s, {0}).arguments().value(0).toBool();
 }
 
-bool Accessible::grabFocus() const
-{
-    return m_tree &&
-           m_tree->call(m_bus, m_path, named(componentInterface), u"GrabFocus"_s).arguments().value(0).toBool();
-}
-
 bool Accessible::setText(const QString &text) const
 {
     return m_tree && m_tree->call(m_bus, m_path, u"org.a11y.atspi.EditableText"_s, u"SetTextContents"_s, {text})

@@ -57,7 +57,6 @@ public:
     /// Performs the action of that name; false when there is none or it was refused.
     bool doAction(const QString &action) const;
     bool doAction() const; ///< the first one
-    bool grabFocus() const;
     bool setText(const QString &text) const;
 
     [[nodiscard]] Accessible parent() const;

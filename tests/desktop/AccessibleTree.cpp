@@ -14,13 +14,15 @@ constexpr int callTimeoutMilliseconds = 2'000;
 
 } // namespace
 
-AccessibleTree::AccessibleTree(const QString &address)
+AccessibleTree::AccessibleTree(const QString &address, Listening listening)
     : m_connectionName(u"desktop-accessibility-"_s + QUuid::createUuid().toString(QUuid::WithoutBraces)),
       m_connection(QDBusConnection::connectToBus(address, m_connectionName))
 {
     if (!m_connection.isConnected())
         throw DesktopError(u"no connection to the accessibility bus: %1"_s.arg(m_connection.lastError().message()));
-    for (const QString &events : {u"Object"_s, u"Window"_s, u"Focus"_s}) {
+    const QStringList kinds =
+        listening == Listening::present ? QStringList{u"Object"_s, u"Window"_s, u"Focus"_s} : QStringList();
+    for (const QString &events : kinds) {
         m_connection.connect({}, {}, u"org.a11y.atspi.Event."_s + events, {}, this, SLOT(noteEvent()));
         call(u"org.a11y.atspi.Registry"_s, u"/org/a11y/atspi/registry"_s, u"org.a11y.atspi.Registry"_s,
              u"RegisterEvent"_s, {events.toLower() + u':'});
@@ -37,7 +39,7 @@ AccessibleTree::~AccessibleTree()
 
 void AccessibleTree::noteEvent()
 {
-    ++m_events;
+    // A wait looks again at whatever has come in.
 }
 
 QDBusMessage AccessibleTree::call(const QString &bus, const QString &path, const QString &interface,
@@ -87,11 +89,6 @@ Accessible AccessibleTree::await(const std::function<Accessible()> &look, const 
     Accessible found;
     waitUntil([&] { return !(found = look()).isNull(); }, what, deadline);
     return found;
-}
-
-Accessible AccessibleTree::awaitApplication(qint64 pid, std::chrono::milliseconds deadline)
-{
-    return await([&] { return application(pid); }, u"process %1 on the accessibility bus"_s.arg(pid), deadline);
 }
 
 Accessible AccessibleTree::await(qint64 pid, const QString &role, const QString &name,

@@ -6,6 +6,7 @@
 // Waits are driven by the bus's object, window and focus events.
 
 #include "desktop/Accessible.h"
+#include "desktop/DesktopOptions.h"
 #include "desktop/Waiting.h"
 
 #include <QDBusConnection>
@@ -24,8 +25,8 @@ class AccessibleTree final : public QObject {
     Q_OBJECT
 
 public:
-    /// Connects to the accessibility bus at `address` and registers for its events.
-    explicit AccessibleTree(const QString &address);
+    /// Connects to the accessibility bus at `address`, and registers for its events where it is to listen.
+    AccessibleTree(const QString &address, Listening listening);
     ~AccessibleTree() override;
 
     [[nodiscard]] std::vector<Accessible> applications() const;
@@ -37,7 +38,6 @@ public:
     /// Waits until `look` gives an object, and gives it. Throws DeadlineError with `what`.
     Accessible await(const std::function<Accessible()> &look, const QString &what,
                      std::chrono::milliseconds deadline = usualDeadline);
-    Accessible awaitApplication(qint64 pid, std::chrono::milliseconds deadline = usualDeadline);
     /// A showing object anywhere in that process' windows.
     Accessible await(qint64 pid, const QString &role, const QString &name = {},
                      std::chrono::milliseconds deadline = usualDeadline);
@@ -45,7 +45,6 @@ public:
     QString awaitReadable(const Accessible &accessible, const std::function<bool(const QString &)> &condition,
                           const QString &what, std::chrono::milliseconds deadline = usualDeadline);
 
-    [[nodiscard]] quint64 eventsReceived() const { return m_events; }
     QDBusMessage call(const QString &bus, const QString &path, const QString &interface, const QString &method,
                       const QVariantList &arguments = {}) const;
     [[nodiscard]] QVariant property(const QString &bus, const QString &path, const QString &interface,
@@ -57,7 +56,6 @@ private Q_SLOTS:
 private:
     QString m_connectionName;
     QDBusConnection m_connection;
-    quint64 m_events = 0;
 };
 
 } // namespace orvesa::desktop

@@ -119,10 +119,4 @@ bool KeyStoreItems::isDefaultCollectionLocked()
     return reply.arguments().value(0).value<QDBusVariant>().variant().toBool();
 }
 
-void KeyStoreItems::lockDefaultCollection()
-{
-    call(QString::fromLatin1(servicePath), u"Service"_s, u"Lock"_s,
-         {QVariant::fromValue(QList{QDBusObjectPath(QString::fromLatin1(defaultCollectionPath))})});
-}
-
 } // namespace orvesa::desktop

@@ -28,7 +28,6 @@ public:
     /// Locked and unlocked items of the service; of one account when given.
     [[nodiscard]] int count(const QString &service, const QString &account = {});
     [[nodiscard]] bool isDefaultCollectionLocked();
-    void lockDefaultCollection();
 
 private:
     [[nodiscard]] QList<QDBusObjectPath> items(const QString &service, const QString &account);

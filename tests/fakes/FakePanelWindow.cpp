@@ -2,8 +2,6 @@
 
 namespace orvesa {
 
-FakePanelWindow::FakePanelWindow(Compositing compositing) : m_compositing(compositing) {}
-
 void FakePanelWindow::makePanel(QWindow &window)
 {
     m_panels.push_back(&window);

@@ -12,13 +12,9 @@ namespace orvesa {
 
 class FakePanelWindow final : public PanelWindowPort {
 public:
-    enum class Compositing { on, off };
-
-    explicit FakePanelWindow(Compositing compositing = Compositing::on);
-
     void makePanel(QWindow &window) override;
     [[nodiscard]] QRect visibleFrame(const QScreen &screen, QRect available) const override;
-    [[nodiscard]] bool isCompositing() const override { return m_compositing == Compositing::on; }
+    [[nodiscard]] bool isCompositing() const override { return true; }
 
     [[nodiscard]] bool reducesMotion() const override { return m_reducesMotion; }
     void setReducesMotion(bool reduces) { m_reducesMotion = reduces; }
@@ -27,12 +23,10 @@ public:
     [[nodiscard]] const QStringList &announcements() const { return m_announcements; }
     /// What docks take at the bottom of every screen.
     void setDockHeight(int height) { m_dockHeight = height; }
-    void setCompositing(Compositing compositing) { m_compositing = compositing; }
     /// In the order of the calls; a window may be in it more than once. May have been destroyed since.
     [[nodiscard]] const std::vector<const QWindow *> &panels() const { return m_panels; }
 
 private:
-    Compositing m_compositing;
     int m_dockHeight = 0;
     bool m_reducesMotion = false;
     QStringList m_announcements;

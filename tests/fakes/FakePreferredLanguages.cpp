@@ -6,9 +6,4 @@ namespace orvesa {
 
 FakePreferredLanguages::FakePreferredLanguages(QStringList languages) : m_languages(std::move(languages)) {}
 
-void FakePreferredLanguages::setLanguages(QStringList languages)
-{
-    m_languages = std::move(languages);
-}
-
 } // namespace orvesa

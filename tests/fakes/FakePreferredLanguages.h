@@ -1,6 +1,6 @@
 #pragma once
 
-// Preferred languages that a test sets.
+// Preferred languages of the test's own.
 
 #include "Platform/PreferredLanguagesPort.h"
 
@@ -11,7 +11,6 @@ public:
     explicit FakePreferredLanguages(QStringList languages = {});
 
     [[nodiscard]] QStringList preferredLanguages() const override { return m_languages; }
-    void setLanguages(QStringList languages);
 
 private:
     QStringList m_languages;

@@ -27,7 +27,6 @@ public:
     void cancel();
 
     [[nodiscard]] State state() const { return m_state; }
-    [[nodiscard]] bool isDragging() const { return m_dragging; }
     /// Empty while there is none.
     [[nodiscard]] QRect rectangle() const;
 

@@ -43,16 +43,4 @@ double weakestOf(const Reading &reading)
     return weakest.value_or(0);
 }
 
-QString textOf(const ReadLine &line)
-{
-    QString text;
-    for (const Glyph &glyph : line.glyphs) {
-        if (glyph.beginsWord && !text.isEmpty()) {
-            text += u' ';
-        }
-        text += glyph.text;
-    }
-    return text;
-}
-
 } // namespace orvesa

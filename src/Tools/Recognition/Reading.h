@@ -35,6 +35,5 @@ struct Reading {
 [[nodiscard]] double wordConfidenceOf(const Reading &reading);
 /// The least of all glyphs' confidences; 0 without any.
 [[nodiscard]] double weakestOf(const Reading &reading);
-[[nodiscard]] QString textOf(const ReadLine &line);
 
 } // namespace orvesa

@@ -11,6 +11,9 @@ namespace orvesa {
 
 namespace {
 
+/// White that a run gets on its left and on its right before it is read, in pixels of its image.
+constexpr int border = 10;
+
 template <typename Test>
 bool anyGlyph(const Reading &reading, Test test)
 {
@@ -28,7 +31,6 @@ QRect partOf(const std::vector<Span> &places, std::size_t first, std::size_t las
 
 GrayImage bordered(const GrayImage &image, const QRect &part)
 {
-    constexpr int border = 10;
     GrayImage result(part.width() + 2 * border, part.height(), 255);
     for (int y = 0; y < part.height(); ++y) {
         const std::uint8_t *source = image.row(part.top() + y) + part.left();
@@ -96,7 +98,6 @@ std::vector<NarrowRun> narrowRunsIn(const Reading &reading, const GrayImage &ima
 
 void mergeRuns(Reading &reading, const std::vector<NarrowRun> &runs)
 {
-    constexpr int border = 10;
     // From the last, so that earlier places stay right.
     for (auto run = runs.rbegin(); run != runs.rend(); ++run) {
         if (run->english.lines.size() != 1 || hasWide(run->english)) {
@@ -166,12 +167,6 @@ bool isStrayKana(const Reading &reading)
     }
     constexpr int most = 2;
     return wide == kana && kana <= most;
-}
-
-bool hasKana(const Reading &reading)
-{
-    return anyGlyph(reading,
-                    [](const Glyph &glyph) { return !glyph.text.isEmpty() && Scripts::isKana(glyph.text[0]); });
 }
 
 std::size_t glyphCount(const Reading &reading)

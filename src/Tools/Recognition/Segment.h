@@ -60,7 +60,6 @@ void mergeRuns(Reading &reading, const std::vector<NarrowRun> &runs);
 [[nodiscard]] bool hasWide(const Reading &reading);
 /// One or two kana among nothing wide: what a bracket or an asterisk looks like to an engine for Japanese.
 [[nodiscard]] bool isStrayKana(const Reading &reading);
-[[nodiscard]] bool hasKana(const Reading &reading);
 [[nodiscard]] std::size_t glyphCount(const Reading &reading);
 
 } // namespace orvesa
