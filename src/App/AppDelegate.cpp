@@ -5,6 +5,7 @@
 #include "Core/HotKeyError.h"
 #include "Core/HotKeyRecordingState.h"
 #include "Core/Localization.h"
+#include "Models/Text.h"
 #include "Platform/AccessibilityTrustPort.h"
 #include "Platform/TrayPort.h"
 
@@ -91,7 +92,7 @@ void AppDelegate::performNamed(const QString &name)
     } else if (name == "settings"_L1) {
         openSettings();
     } else if (!name.startsWith(promptPrefix) || !runPrompt(name.mid(promptPrefix.size()))) {
-        qWarning("OrvesaTranslate: unknown action %s", qUtf8Printable(name.left(100)));
+        qWarning("OrvesaTranslate: unknown action %s", qUtf8Printable(printable(name.left(100))));
     }
 }
 
@@ -167,8 +168,10 @@ void AppDelegate::registerHotKey(quint32 id, const KeyCombo &combo, std::functio
     try {
         m_hotKeyService.registerHotKey(id, combo, std::move(scheduled));
     } catch (const HotKeyError &error) {
-        qWarning("OrvesaTranslate: failed to register hotkey %s for %s: %s", qUtf8Printable(combo.displayText()),
-                 qUtf8Printable(failurePrefix), qUtf8Printable(error.errorDescription()));
+        // Names and labels come from a file that anybody may have written into.
+        qWarning("OrvesaTranslate: failed to register hotkey %s for %s: %s",
+                 qUtf8Printable(printable(combo.displayText())), qUtf8Printable(printable(failurePrefix)),
+                 qUtf8Printable(error.errorDescription()));
     }
 }
 

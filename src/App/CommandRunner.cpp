@@ -16,19 +16,23 @@ using CommandLine::ExitCode;
 
 namespace {
 
-/// The text to work on, exactly as given; nothing when standard input cannot be read as UTF-8.
-std::optional<QString> sourceText(const QList<CommandLine::TextArgument> &arguments)
+/// The text to work on, exactly as given; what is said when standard input does not give its part is in `trouble`.
+std::optional<QString> sourceText(const QList<CommandLine::TextArgument> &arguments, QString &trouble)
 {
-    std::optional<QString> input;
+    QString input;
     if (arguments.contains(std::nullopt)) {
-        input = StandardStreams::readAll();
-        if (!input) {
+        auto read = StandardStreams::readAll();
+        if (const auto *failed = std::get_if<StandardStreams::InputTrouble>(&read)) {
+            trouble = *failed == StandardStreams::InputTrouble::tooLarge
+                          ? u"Standard input is larger than %1 MB."_s.arg(StandardStreams::mostInput >> 20)
+                          : u"Standard input could not be read as UTF-8 text."_s;
             return std::nullopt;
         }
+        input = std::get<QString>(std::move(read));
     }
     QStringList words;
     for (const CommandLine::TextArgument &argument : arguments) {
-        words.append(argument ? *argument : *input);
+        words.append(argument ? *argument : input);
     }
     return words.join(u' ');
 }
@@ -70,9 +74,10 @@ QCoro::Task<ExitCode> CommandRunner::run(CommandLine::Request request) const
 QCoro::Task<ExitCode> CommandRunner::generate(QList<CommandLine::TextArgument> arguments, AITask task,
                                               CommandLine::Overrides overrides) const
 {
-    const std::optional<QString> text = sourceText(arguments);
+    QString trouble;
+    const std::optional<QString> text = sourceText(arguments, trouble);
     if (!text) {
-        StandardStreams::writeError(u"Standard input could not be read as UTF-8 text."_s);
+        StandardStreams::writeError(trouble);
         co_return ExitCode::failure;
     }
     if (isBlank(*text)) {

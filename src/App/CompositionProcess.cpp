@@ -14,6 +14,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QLoggingCategory>
+#include <QScopeGuard>
 #include <QSslConfiguration>
 #include <QTimer>
 
@@ -148,8 +149,9 @@ ExitCode run(const CommandPorts &ports, const CommandLine::Request &request)
     ExitCode result = ExitCode::failure;
     QTimer::singleShot(std::chrono::milliseconds::zero(), QCoreApplication::instance(), [&] {
         (void)Job::start([&](std::stop_token) -> QCoro::Task<void> {
+            // Also when it throws, or nobody would ever end the program.
+            const auto end = qScopeGuard([] { QCoreApplication::quit(); });
             result = co_await runSuspending(ports, services, request);
-            QCoreApplication::quit();
         });
     });
     QCoreApplication::exec();

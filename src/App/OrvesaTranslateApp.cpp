@@ -66,5 +66,6 @@ int run(int &argc, char **argv)
 
 int main(int argc, char *argv[])
 {
+    StandardStreams::reserveMissing();
     return run(argc, argv);
 }

@@ -1,53 +1,84 @@
 #include "App/StandardStreams.h"
 
+#include "Models/Text.h"
+
 #include <QByteArray>
-#include <QFile>
 #include <QStringDecoder>
 
+#include <array>
+#include <cerrno>
 #include <cstdio>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace orvesa::StandardStreams {
 
 namespace {
 
+constexpr QStringView harmless = u"\n\t";
+
 bool write(std::FILE *stream, const QString &text)
 {
     const QByteArray line = text.toUtf8() + '\n';
-    const bool written = std::fwrite(line.constData(), 1, static_cast<std::size_t>(line.size()), stream) ==
-                         static_cast<std::size_t>(line.size());
-    return std::fflush(stream) == 0 && written;
+    std::clearerr(stream);
+    (void)std::fwrite(line.constData(), 1, static_cast<std::size_t>(line.size()), stream);
+    // A stream that is buffered by lines has dropped what it could not write by now, and the counts do not tell.
+    return std::fflush(stream) == 0 && std::ferror(stream) == 0;
 }
 
 } // namespace
 
-std::optional<QString> readAll()
+void reserveMissing()
 {
-    QFile input;
-    if (!input.open(stdin, QIODevice::ReadOnly)) {
-        return std::nullopt;
+    // In this order: each opening takes the lowest place that is free.
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        const bool isMissing = ::fcntl(descriptor, F_GETFD) < 0 && errno == EBADF;
+        if (isMissing && ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY) < 0) {
+            return; // nothing can be opened here, so nothing can take the place either
+        }
     }
-    const QByteArray bytes = input.readAll();
-    if (input.error() != QFileDevice::NoError) {
-        return std::nullopt;
+}
+
+std::variant<QString, InputTrouble> readAll()
+{
+    constexpr std::size_t blockSize = 65536;
+    static std::array<char, blockSize> block;
+    QByteArray bytes;
+    for (;;) {
+        const ssize_t count = ::read(STDIN_FILENO, block.data(), block.size());
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0) {
+            return InputTrouble::unreadable;
+        }
+        if (count == 0) {
+            break;
+        }
+        if (bytes.size() + count > mostInput) {
+            return InputTrouble::tooLarge;
+        }
+        bytes.append(block.data(), count);
     }
     // A byte order mark is a character like any other here: the text goes on exactly as it came.
     QStringDecoder decoder(QStringDecoder::Utf8,
                            QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
-    const QString text = decoder.decode(bytes);
+    QString text = decoder.decode(bytes);
     if (decoder.hasError()) {
-        return std::nullopt;
+        return InputTrouble::unreadable;
     }
     return text;
 }
 
 bool writeOutput(const QString &text)
 {
-    return write(stdout, text);
+    return write(stdout, ::isatty(STDOUT_FILENO) == 1 ? printable(text, harmless) : text);
 }
 
 void writeError(const QString &text)
 {
-    (void)write(stderr, text);
+    (void)write(stderr, printable(text, harmless));
 }
 
 } // namespace orvesa::StandardStreams

@@ -42,4 +42,15 @@ qsizetype characterCount(QStringView text)
     return graphemeClusterCount(text);
 }
 
+QString printable(QStringView text, QStringView harmless)
+{
+    QString result = text.toString();
+    for (QChar &character : result) {
+        if (character.category() == QChar::Other_Control && !harmless.contains(character)) {
+            character = QChar::ReplacementCharacter;
+        }
+    }
+    return result;
+}
+
 } // namespace orvesa

@@ -1,7 +1,7 @@
 #pragma once
 
-// The two questions that rules ask of a text: what is left without its outer blanks, and how long it is for a reader.
-// Pure functions, any thread.
+// What rules ask of a text: what is left without its outer blanks, how long it is for a reader, and how it can be
+// printed where characters may command. Pure functions, any thread.
 
 #include <QString>
 #include <QStringView>
@@ -16,5 +16,8 @@ namespace orvesa {
 
 /// Length in user-perceived characters: extended grapheme clusters (Unicode UAX #29).
 [[nodiscard]] qsizetype characterCount(QStringView text);
+
+/// For terminals and logs, which obey control characters: each is replaced by U+FFFD, but those in `harmless`.
+[[nodiscard]] QString printable(QStringView text, QStringView harmless = {});
 
 } // namespace orvesa

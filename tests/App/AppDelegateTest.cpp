@@ -153,6 +153,19 @@ TEST_F(AppDelegateTest, LogsAShortcutThatTheSystemRefusesAndGoesOn)
                              u"Failed to register global hotkey (status: -9878)"_s));
 }
 
+TEST_F(AppDelegateTest, LogsOneLineWhateverANameHolds)
+{
+    hotKeys.takeByAnother(2, CarbonModifier::option);
+    settings.setCustomPrompts({prompt(u"Taken\nOrvesaTranslate: \x1b[2Jforged"_s, optionD)});
+    delegate.applicationDidFinishLaunching();
+    EXPECT_TRUE(log.contains(u"OrvesaTranslate: failed to register hotkey ⌥D for prompt "
+                             u"Taken\uFFFDOrvesaTranslate: \uFFFD[2Jforged: "
+                             u"Failed to register global hotkey (status: -9878)"_s))
+        << log.join(u'|').toStdString();
+    delegate.performNamed(u"no\nsuch"_s);
+    EXPECT_EQ(log.constLast(), u"OrvesaTranslate: unknown action no\uFFFDsuch"_s);
+}
+
 TEST_F(AppDelegateTest, AsksForTrustAtLaunchWhenItIsMissing)
 {
     trust.setTrust(FakeAccessibilityTrust::Trust::missing);

@@ -53,6 +53,13 @@ TEST(BlankText, isATextOfWhichNothingIsLeft)
     EXPECT_FALSE(isBlank(u"\u200B"_s));
 }
 
+TEST(PrintableText, hasNoControlCharacters)
+{
+    EXPECT_EQ(printable(u"a\x1b]0;b\a\u0085\u007f c\n"_s), u"a\uFFFD]0;b\uFFFD\uFFFD\uFFFD c\uFFFD"_s);
+    EXPECT_EQ(printable(u"a\tb\nc\r"_s, u"\n\t"), u"a\tb\nc\uFFFD"_s);
+    EXPECT_EQ(printable(u"한글 \u200D 😀"_s), u"한글 \u200D 😀"_s);
+}
+
 TEST(CharacterCount, isZeroForNothingAndOnePerOrdinaryLetter)
 {
     EXPECT_EQ(characterCount(u""), 0);
