@@ -131,7 +131,36 @@ tryTree() {
     fi
 }
 
+# One of packaging/desktops: installed with the program, started for an ordinary user, and checked from within.
+tryDesktop() {
+    local name=$1 runtime=/run/user/1000
+    local -a packages=() needed
+    # shellcheck source=/dev/null
+    source "/trial/desktops/$name.sh"
+    makeUser
+    apt-get update -qq
+    mapfile -t needed </trial/desktop-packages.txt
+    install --no-install-recommends "${needed[@]}" "${packages[@]}"
+    install /trial/newer.deb
+    if declare -F prepareRoot >/dev/null; then
+        prepareRoot
+    fi
+    say "Installed $name: $(dpkg-query -W -f='.\n' | wc -l) packages in the root"
+    command install -d -o tester -g tester -m 755 /trial/pictures
+    command install -d -o tester -g tester -m 700 "$runtime"
+    command install -d -m 1777 /tmp/.X11-unix /tmp/.ICE-unix
+    # Without a manager of units it starts its services itself.
+    mkdir -p /run/dbus
+    dbus-uuidgen --ensure
+    dbus-daemon --system --fork
+    setpriv --reuid tester --regid tester --init-groups env -i HOME=/home/tester USER=tester LOGNAME=tester \
+        SHELL=/bin/bash LANG=C.UTF-8 PATH=/usr/local/bin:/usr/bin:/bin:/usr/games XDG_RUNTIME_DIR="$runtime" \
+        bash /trial/trial-desktop.sh "$name" || fail "$name: not everything passed"
+    say "$name passed"
+}
+
 case "$1" in
+    desktop) tryDesktop "$2" ;;
     package) tryPackage ;;
     tree | demo) tryTree "$1" ;;
     *) fail "what is to be tried?" ;;

@@ -4,13 +4,18 @@
 #   packaging/trial.sh            the package: install an older version, run, upgrade, translate, remove
 #   packaging/trial.sh --tree     the tree: ./run --demo and ./test from nothing, as a user with sudo
 #   packaging/trial.sh --demo     the tree, without ./test
+#   packaging/trial.sh --desktops [NAME...]
+#                                 the package in real desktops, those of packaging/desktops or the ones named, each in a
+#                                 root of its own; pictures of them are under build/trial/pictures then
+# ORVESA_TRIAL names another folder in place of build/trial.
 # What is kept for the next time: build/trial/base.tar, the clean Debian. Remove it to have it made anew.
 set -euo pipefail
 # shellcheck source=packaging/setup.sh
 source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
 
-folder="$projectRoot/build/trial"
+folder="${ORVESA_TRIAL-$projectRoot/build/trial}"
 kind="${1---package}"
+shift || true
 codename="$(. /etc/os-release && echo "$VERSION_CODENAME")"
 
 # The mirrors that this machine itself uses, as lines for apt.
@@ -82,12 +87,43 @@ inRoot() {
         mount --rbind /dev "$root/dev"
         mount -t tmpfs tmpfs "$root/dev/shm"
         mount -t tmpfs -o mode=755 tmpfs "$root/run"
+        if [[ -d "$root/../archives" ]]; then
+            mount --bind "$root/../archives" "$root/var/cache/apt/archives"
+        fi
         cd "$root"
         pivot_root . .
         umount --lazy .
         cd /
         exec /usr/bin/env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LANG=C.UTF-8 \
             DEBIAN_FRONTEND=noninteractive "$@"' bash "$folder/root" "$@"
+}
+
+# tryDesktops [NAME...]: every desktop is tried, whatever became of those before it.
+tryDesktops() {
+    local -a names=("$@") failed=()
+    local name file
+    if [[ ${#names[@]} -eq 0 ]]; then
+        for file in "$projectRoot"/packaging/desktops/*.sh; do
+            names+=("$(basename "$file" .sh)")
+        done
+    fi
+    # What was downloaded for one root serves the others, too.
+    mkdir -p "$folder/pictures" "$folder/archives/partial"
+    for name in "${names[@]}"; do
+        [[ -e "$projectRoot/packaging/desktops/$name.sh" ]] || fail "there is no packaging/desktops/$name.sh"
+        say "Desktop: $name"
+        makeRoot
+        asRoot cp -r "$projectRoot/packaging/desktops" "$projectRoot/packaging/trial-desktop.sh" "$folder/root/trial/"
+        asRoot cp "$packageFile" "$folder/root/trial/newer.deb"
+        asRoot cp "$builtFolder/bin/orvesa-session-check" "$builtFolder/bin/orvesa-service" "$folder/root/trial/"
+        packagesOf desktops | asRoot tee "$folder/root/trial/desktop-packages.txt" >/dev/null
+        inRoot bash /trial/trial-root.sh desktop "$name" || failed+=("$name")
+        if [[ -d "$folder/root/trial/pictures" ]]; then
+            asRoot cp -r "$folder/root/trial/pictures/." "$folder/pictures/"
+        fi
+    done
+    asRoot rm -rf "$folder/archives"
+    [[ ${#failed[@]} -eq 0 ]] || fail "not everything passed in: ${failed[*]}"
 }
 
 mkdir -p "$folder"
@@ -121,7 +157,14 @@ case "$kind" in
         begun=$SECONDS
         inRoot bash /trial/trial-root.sh "${kind#--}"
         ;;
-    *) fail "usage: packaging/trial.sh [--package | --tree | --demo]" ;;
+    --desktops)
+        makePackage "$folder/package"
+        buildPrograms orvesa-session-check orvesa-service
+        makeBase
+        begun=$SECONDS
+        tryDesktops "$@"
+        ;;
+    *) fail "usage: packaging/trial.sh [--package | --tree | --demo | --desktops [NAME...]]" ;;
 esac
 # The session of systemd leaves its cgroups, which are empty now.
 asRoot find /sys/fs/cgroup -depth -type d -path '*/orvesa-trial*' -exec rmdir {} + 2>/dev/null || true

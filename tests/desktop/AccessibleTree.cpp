@@ -65,14 +65,19 @@ std::vector<Accessible> AccessibleTree::applications() const
 
 Accessible AccessibleTree::application(qint64 pid) const
 {
+    Accessible empty;
     for (const Accessible &application : applications()) {
         const QDBusMessage reply =
             call(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s,
                  u"GetConnectionUnixProcessID"_s, {application.bus()});
-        if (reply.type() == QDBusMessage::ReplyMessage && reply.arguments().value(0).toLongLong() == pid)
+        if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().value(0).toLongLong() != pid)
+            continue;
+        if (!application.children().empty())
             return application;
+        if (empty.isNull())
+            empty = application;
     }
-    return {};
+    return empty;
 }
 
 std::vector<Accessible> AccessibleTree::windows(qint64 pid, const QString &name) const

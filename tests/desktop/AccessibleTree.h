@@ -30,7 +30,8 @@ public:
     ~AccessibleTree() override;
 
     [[nodiscard]] std::vector<Accessible> applications() const;
-    /// The application with that process id; null when it is not on the bus.
+    /// The application with that process id; null when it is not on the bus. A process can be there twice, since each
+    /// of its toolkits comes for itself: the one with windows counts.
     [[nodiscard]] Accessible application(qint64 pid) const;
     /// Top-level windows of that process; with a title only those whose name is exactly it.
     [[nodiscard]] std::vector<Accessible> windows(qint64 pid, const QString &name = {}) const;
