@@ -194,6 +194,15 @@ TEST_F(ToolAdapters, AreNotHeldUpByWhatIsNoImage)
     EXPECT_TRUE(readImageFile(u"/nowhere"_s).failure.contains(u"opened"_s));
     EXPECT_TRUE(readImageFile(u"/etc/hostname"_s).failure.contains(u"no image"_s));
     EXPECT_EQ(readImageFile(image).size, QSize(40, 20));
+    for (const QByteArrayView drawing : {QByteArrayView("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"9\"/>"),
+                                         QByteArrayView("\x1f\x8b\x08 and so on, which may become any size")}) {
+        const QString path = folder.filePath(u"drawing"_s);
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        ASSERT_EQ(file.write(drawing.data(), drawing.size()), drawing.size());
+        file.close();
+        EXPECT_TRUE(readImageFile(path).failure.contains(u"drawing"_s)) << drawing.data();
+    }
     const QString huge = folder.filePath(u"huge"_s);
     QFile file(huge);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));

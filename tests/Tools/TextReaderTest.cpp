@@ -129,6 +129,15 @@ TEST(RecognitionServer, AnswersOneImageAfterTheOther)
                                   QByteArray::number(last.size()) + '\n' + last);
 }
 
+TEST(RecognitionServer, TakesNoDrawings)
+{
+    const QByteArray drawing = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"90\" height=\"30\">"
+                               "<text x=\"5\" y=\"20\">word</text></svg>";
+    const Outcome outcome = run({u"--serve"_s}, request(drawing));
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.output, "FAILED the file is no image that can be read\n");
+}
+
 TEST(RecognitionServer, EndsAtRubbish)
 {
     EXPECT_EQ(run({u"--serve"_s}, "GIVE ME TEXT\n").exitCode, 1);

@@ -17,8 +17,14 @@ namespace orvesa {
 
 namespace {
 
-constexpr qint64 mostBytes = 64 * 1024 * 1024;
+constexpr qint64 mostBytes = qint64{64} * 1024 * 1024;
 constexpr double mostPixels = 100e6;
+
+/// Drawings are programs of a kind, whose size says nothing about what they become; and they need fonts of ours.
+bool isDrawing(QByteArrayView format)
+{
+    return format.startsWith("svg") || format == "pdf";
+}
 
 ImageFile failed(const QString &reason)
 {
@@ -49,6 +55,10 @@ ImageFile readImageFile(const QString &path)
     ImageFile result;
     result.bytes = file.read(mostBytes);
     QBuffer buffer(&result.bytes);
+    buffer.open(QIODevice::ReadOnly);
+    if (isDrawing(QImageReader::imageFormat(&buffer))) {
+        return failed(u"the file is a drawing and no image of pixels"_s);
+    }
     QImageReader reader(&buffer);
     result.size = reader.size();
     if (!result.size.isValid()) {

@@ -22,6 +22,11 @@ std::optional<QImage> decoded(const QByteArray &file)
 {
     QBuffer buffer;
     buffer.setData(file);
+    buffer.open(QIODevice::ReadOnly);
+    const QByteArray format = QImageReader::imageFormat(&buffer);
+    if (format.startsWith("svg") || format == "pdf") {
+        return std::nullopt; // a drawing, which needs fonts and more memory than its size tells
+    }
     QImageReader::setAllocationLimit(mostMegabytesDecoded);
     QImageReader reader(&buffer);
     QImage image = reader.read();
