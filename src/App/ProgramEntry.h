@@ -2,6 +2,7 @@
 
 // Where the process entry finds the program proper: in a library of its own, looked for beside the executable and where
 // an installation puts it. The build says in which; null stands for the executable itself.
+// Main thread, before anything else runs.
 
 namespace orvesa {
 

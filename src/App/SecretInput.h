@@ -1,7 +1,7 @@
 #pragma once
 
 // Reads a secret from standard input: all of it, or from a terminal one line that is not shown while it is typed.
-// Blocks until it is there.
+// Blocks until it is there. Main thread, without an event loop.
 
 #include <QString>
 

@@ -1,6 +1,7 @@
 #pragma once
 
 // The languages of the user interface and the rule that picks one from the user's preferred languages.
+// Constant data and pure functions, any thread.
 
 #include "Core/RawValue.h"
 

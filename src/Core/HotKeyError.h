@@ -1,6 +1,7 @@
 #pragma once
 
 // A global shortcut could not be set up. The wording is English only and carries the platform's status.
+// Value type, any thread.
 
 #include "Core/LocalizedError.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 // A key store operation that ended with a status other than success. The wording is English only and carries the
-// number.
+// number. Value type, any thread.
 
 #include "Core/LocalizedError.h"
 

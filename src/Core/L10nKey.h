@@ -1,6 +1,7 @@
 #pragma once
 
-// The names of all texts of the user interface. A key's raw value is its own name.
+// The names of all texts of the user interface. A key's raw value is its own name. Constant data, any
+// thread.
 
 #include "Core/RawValue.h"
 

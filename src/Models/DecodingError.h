@@ -1,7 +1,7 @@
 #pragma once
 
 // A stored or received value does not have the shape that a record needs. Never shown to the user; whoever decodes
-// decides what a failure means.
+// decides what a failure means. Value type, any thread.
 
 #include <stdexcept>
 

@@ -1,6 +1,7 @@
 #pragma once
 
-// An opaque colour in the sRGB space, components 0 to 1, and a two-stop gradient of such colours. Value types.
+// An opaque colour in the sRGB space, components 0 to 1, and a two-stop gradient of such colours. Value types, any
+// thread.
 
 namespace orvesa {
 

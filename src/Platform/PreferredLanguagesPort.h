@@ -1,6 +1,6 @@
 #pragma once
 
-// The user's preferred languages, most preferred first.
+// The user's preferred languages, most preferred first. Any thread.
 
 #include <QStringList>
 
@@ -10,7 +10,7 @@ class PreferredLanguagesPort {
 public:
     virtual ~PreferredLanguagesPort() = default;
 
-    /// BCP 47 tags such as "zh-Hant-TW" or "ja-JP". May be empty. Any thread.
+    /// BCP 47 tags such as "zh-Hant-TW" or "ja-JP". May be empty.
     [[nodiscard]] virtual QStringList preferredLanguages() const = 0;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// A hairline between sections.
+// A hairline between sections. Main thread.
 
 #include <QWidget>
 

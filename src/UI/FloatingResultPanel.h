@@ -3,6 +3,8 @@
 // The small floating window that shows an answer. It never activates the program when it appears, stays above ordinary
 // windows, and takes the keyboard only when the user clicks into it. Escape and the key for closing windows close it
 // while it has the keyboard. It is dragged by its header and by every other place that is not text or a control.
+//
+// Main thread.
 
 #include "UI/WindowDragArea.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// A menu-style picker for the panel's coloured header: a pill with the current choice and a chevron.
+// A menu-style picker for the panel's coloured header: a pill with the current choice and a chevron. Main thread.
 
 #include <QComboBox>
 

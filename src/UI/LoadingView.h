@@ -1,6 +1,6 @@
 #pragma once
 
-// A spinner and the word for thinking, shown while an answer is awaited.
+// A spinner and the word for thinking, shown while an answer is awaited. Main thread.
 
 #include "UI/Spinner.h"
 

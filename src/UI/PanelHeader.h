@@ -1,7 +1,8 @@
 #pragma once
 
 // The panel's header row: title, the picker that fits the task, close button. The panel is dragged by it. It is
-// transparent: the panel paints the gradient below it, so that both share one rounded shape.
+// transparent: the panel paints the gradient below it, so that both share one rounded shape. Main
+// thread.
 
 #include "UI/FloatingResultViewModel.h"
 #include "UI/WindowDragArea.h"

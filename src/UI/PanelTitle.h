@@ -1,7 +1,7 @@
 #pragma once
 
 // The panel's title: one line of white text with a soft shadow. A long one gets a slightly smaller font first, and an
-// ellipsis at its end when that is not enough. Screen readers get the whole title.
+// ellipsis at its end when that is not enough. Screen readers get the whole title. Main thread.
 
 #include <QWidget>
 

@@ -1,6 +1,7 @@
 #pragma once
 
 // Labels that show their text as it is. Qt guesses rich text by default; texts from outside must never be interpreted.
+// Main thread.
 
 #include <QLabel>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// A narrow vertical scroll bar that is only a handle, so that a long text keeps its width and its calm.
+// A narrow vertical scroll bar that is only a handle, so that a long text keeps its width and its calm. Main thread.
 
 #include <QScrollBar>
 

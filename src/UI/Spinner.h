@@ -1,6 +1,6 @@
 #pragma once
 
-// A compact progress indicator. It runs only while it can be seen.
+// A compact progress indicator. It runs only while it can be seen. Main thread.
 
 #include <QBasicTimer>
 #include <QElapsedTimer>

@@ -1,6 +1,6 @@
 #pragma once
 
-// A small button that shows one symbol. Its text is its tooltip and its name for screen readers.
+// A small button that shows one symbol. Its text is its tooltip and its name for screen readers. Main thread.
 
 #include "UI/Style.h"
 

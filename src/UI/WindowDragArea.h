@@ -1,6 +1,6 @@
 #pragma once
 
-// A widget by which the user drags the window that it is in. It draws nothing.
+// A widget by which the user drags the window that it is in. It draws nothing. Main thread.
 
 #include <QPoint>
 #include <QWidget>

@@ -1,6 +1,7 @@
 #pragma once
 
-// One entry of an application's list of accessibles (org.a11y.atspi.Cache.GetItems). Value type.
+// One entry of an application's list of accessibles (org.a11y.atspi.Cache.GetItems). Value type, any
+// thread.
 
 #include "Platform/linux/ATSPIClient.h"
 

@@ -30,10 +30,10 @@ struct ATSPIReference {
 /// Takes one reference off the front of what is being read.
 const QDBusArgument &operator>>(const QDBusArgument &argument, ATSPIReference &reference);
 
-/// Bits of a state set.
+/// Bits of a state set, by their numbers in the protocol (AtspiStateType in atspi-constants.h).
 enum class ATSPIState { active = 1, enabled = 8, focused = 12, sensitive = 24, showing = 25, managesDescendants = 31 };
 
-/// Roles by their numbers in the protocol.
+/// Roles by their numbers in the protocol (AtspiRole in atspi-constants.h).
 namespace ATSPIRole {
 inline constexpr quint32 menu = 33;
 inline constexpr quint32 menuBar = 34;

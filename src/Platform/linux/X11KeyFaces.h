@@ -1,6 +1,7 @@
 #pragma once
 
-// What the keys of the X server's keyboard type, by key code, group and level. Value type.
+// What the keys of the X server's keyboard type, by key code, group and level. Value type, any thread;
+// read() on that of its connection.
 
 #include <QString>
 

@@ -1,6 +1,7 @@
 #pragma once
 
-// Which of the server's eight modifier bits stand for which modifier key, read from the modifier map. Value type.
+// Which of the server's eight modifier bits stand for which modifier key, read from the modifier map. Value type,
+// any thread; read() on that of its connection.
 
 #include <QtGlobal>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 // The rectangle that the user is choosing, by pointer or keyboard, in device pixels of the whole screen. A value
-// without any idea of a display.
+// without any idea of a display; any thread.
 
 #include <QPoint>
 #include <QRect>

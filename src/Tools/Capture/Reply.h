@@ -1,6 +1,6 @@
 #pragma once
 
-// Ownership of what XCB allocates.
+// Owner of what xcb allocates with malloc: replies, errors and events. Any thread.
 
 #include <cstdlib>
 #include <memory>
