@@ -9,6 +9,7 @@
 #   session      the command that starts the session, as the login manager's entry has it
 #   editor       an editor of that desktop, and editorClass, part of its window's class
 #   tray         notifier, embedding or none
+#   dismiss      a key that puts away what the desktop greets its users with
 #   doctorLines  what the doctor has to say there, besides what it says everywhere
 # and may define
 #   prepareRoot     as root, after the packages
@@ -27,8 +28,13 @@ fail() {
 name=$1
 pictures=/trial/pictures
 answer='What the service answers.'
-doctorLines=()
 variables=()
+session=()
+editor=
+editorClass=
+tray=none
+dismiss=
+doctorLines=()
 
 startDisplay() {
     Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp -noreset +extension RANDR +extension GLX \
@@ -48,7 +54,7 @@ checkSession() {
         'ocrTranslate: held by the utility' 'Key store: running, unlocked' 'OpenAI: stored' "${doctorLines[@]}"; do
         wanted+=(--doctor "$line")
     done
-    /trial/orvesa-session-check --name "$name" --editor "$editor" --editor-class "$editorClass" --tray "$tray" \
+    /trial/orvesa-session-check --name "$name" --editor "$editor" --editor-class "$editorClass" --tray "$tray" --dismiss "$dismiss" \
         --answer "$answer" --pictures "$pictures" "${wanted[@]}"
 }
 
@@ -85,6 +91,4 @@ orvesa-translate settings set settings.appLanguage en
 orvesa-translate autostart on
 
 "${session[@]}" >"/trial/pictures/$name.log" 2>&1 &
-if ! checkSession; then
-    exit 1
-fi
+checkSession

@@ -131,17 +131,24 @@ tryTree() {
     fi
 }
 
-# One of packaging/desktops: installed with the program, started for an ordinary user, and checked from within.
-tryDesktop() {
-    local name=$1 runtime=/run/user/1000
-    local -a packages=() needed
-    # shellcheck source=/dev/null
-    source "/trial/desktops/$name.sh"
+# What every desktop's root has.
+prepareDesktops() {
+    local -a needed
     makeUser
     apt-get update -qq
     mapfile -t needed </trial/desktop-packages.txt
-    install --no-install-recommends "${needed[@]}" "${packages[@]}"
+    install --no-install-recommends "${needed[@]}"
     install /trial/newer.deb
+    say "Installed the program"
+}
+
+# One of packaging/desktops: installed, started for an ordinary user, and checked from within.
+tryDesktop() {
+    local name=$1 runtime=/run/user/1000
+    local -a packages=()
+    # shellcheck source=/dev/null
+    source "/trial/desktops/$name.sh"
+    install --no-install-recommends "${packages[@]}"
     if declare -F prepareRoot >/dev/null; then
         prepareRoot
     fi
@@ -160,6 +167,7 @@ tryDesktop() {
 }
 
 case "$1" in
+    desktops) prepareDesktops ;;
     desktop) tryDesktop "$2" ;;
     package) tryPackage ;;
     tree | demo) tryTree "$1" ;;

@@ -55,6 +55,8 @@ makeRoot() {
     echo '127.0.1.1 clean' | asRoot tee -a "$folder/root/etc/hosts" >/dev/null
     # Services of packages are not started here.
     printf '#!/bin/sh\nexit 101\n' | asRoot install -m 755 /dev/stdin "$folder/root/usr/sbin/policy-rc.d"
+    # Nothing of it has to outlive a power cut.
+    echo force-unsafe-io | asRoot tee "$folder/root/etc/dpkg/dpkg.cfg.d/trial" >/dev/null
     asRoot mkdir -p "$folder/root/trial"
     asRoot cp "$projectRoot/packaging/trial-root.sh" "$projectRoot/packaging/trial-session.sh" "$folder/root/trial/"
 }
@@ -107,22 +109,29 @@ tryDesktops() {
             names+=("$(basename "$file" .sh)")
         done
     fi
-    # What was downloaded for one root serves the others, too.
-    mkdir -p "$folder/pictures" "$folder/archives/partial"
     for name in "${names[@]}"; do
         [[ -e "$projectRoot/packaging/desktops/$name.sh" ]] || fail "there is no packaging/desktops/$name.sh"
+    done
+    # What all of them have is installed once, and what was downloaded for one root serves the others.
+    mkdir -p "$folder/pictures" "$folder/archives/partial"
+    makeRoot
+    asRoot cp "$packageFile" "$folder/root/trial/newer.deb"
+    packagesOf desktops | asRoot tee "$folder/root/trial/desktop-packages.txt" >/dev/null
+    inRoot bash /trial/trial-root.sh desktops
+    asRoot rm -rf "$folder/common"
+    asRoot mv "$folder/root" "$folder/common"
+    for name in "${names[@]}"; do
         say "Desktop: $name"
-        makeRoot
+        asRoot rm -rf "$folder/root"
+        asRoot cp --archive --reflink=auto "$folder/common" "$folder/root"
         asRoot cp -r "$projectRoot/packaging/desktops" "$projectRoot/packaging/trial-desktop.sh" "$folder/root/trial/"
-        asRoot cp "$packageFile" "$folder/root/trial/newer.deb"
         asRoot cp "$builtFolder/bin/orvesa-session-check" "$builtFolder/bin/orvesa-service" "$folder/root/trial/"
-        packagesOf desktops | asRoot tee "$folder/root/trial/desktop-packages.txt" >/dev/null
         inRoot bash /trial/trial-root.sh desktop "$name" || failed+=("$name")
         if [[ -d "$folder/root/trial/pictures" ]]; then
             asRoot cp -r "$folder/root/trial/pictures/." "$folder/pictures/"
         fi
     done
-    asRoot rm -rf "$folder/archives"
+    asRoot rm -rf "$folder/archives" "$folder/common"
     [[ ${#failed[@]} -eq 0 ]] || fail "not everything passed in: ${failed[*]}"
 }
 

@@ -105,6 +105,8 @@ void SessionCheck::opensTheEditor()
     QFile file(QDir::homePath() + u"/document.txt"_s);
     require(file.open(QFile::WriteOnly) && file.write(copiedText.toUtf8()) > 0, u"no document"_s);
     file.close();
+    if (!m_options.dismiss.isEmpty())
+        m_session.keyboard().press(m_options.dismiss);
     const QString program = m_options.editor.front();
     m_session.launch(program, m_options.editor.mid(1) + QStringList{file.fileName()});
     const auto find = [this] {

@@ -22,6 +22,7 @@ struct SessionCheckOptions {
     QStringList editor;  ///< its command line; a document is added
     QString editorClass; ///< part of its window's class
     SessionTray tray = SessionTray::notifier;
+    QString dismiss;         ///< a key that puts away what the desktop greets its users with; empty for none
     QString answer;          ///< what the service answers
     QString pictures;        ///< the folder for screenshots
     QStringList doctorLines; ///< what the doctor's page must have
