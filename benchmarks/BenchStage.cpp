@@ -19,11 +19,19 @@ namespace {
 
 constexpr auto provider = AIProviderType::openAI;
 
+/// As most desktops are: applications can be read, and no screen reader has them tell of every change.
+desktop::DesktopOptions desktopOptions()
+{
+    desktop::DesktopOptions options;
+    options.listening = desktop::Listening::none;
+    return options;
+}
+
 } // namespace
 
 BenchStage::BenchStage(QString programFolder)
     : m_programFolder(std::move(programFolder)), m_service(service::LoopbackService::Transport::tls),
-      m_tray(m_desktop.sessionBusAddress())
+      m_desktop(desktopOptions()), m_tray(m_desktop.sessionBusAddress())
 {
     m_service.setResponder([](const service::ServiceRequest &request) {
         return service::protocolResponse(request, u"The weather is fine today, and the train was on time."_s);

@@ -191,7 +191,7 @@ void Desktop::startAccessibility()
                                     .value(0)
                                     .toString();
     setAccessibilityEnabled(m_options.accessibility == Accessibility::enabled);
-    m_accessibles = std::make_unique<AccessibleTree>(m_accessibilityBusAddress);
+    m_accessibles = std::make_unique<AccessibleTree>(m_accessibilityBusAddress, m_options.listening);
 }
 
 void Desktop::setAccessibilityEnabled(bool enabled)

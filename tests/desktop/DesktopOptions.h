@@ -20,6 +20,9 @@ enum class Accessibility {
     disabled, ///< it runs, org.a11y.Status.IsEnabled is false
     enabled,  ///< it runs, IsEnabled is true
 };
+/// Whether an assistive technology listens, as a screen reader does. While one does, applications tell of everything that
+/// changes in them, which takes their time.
+enum class Listening { none, present };
 enum class KeyStore {
     absent,   ///< nothing owns or can be activated as org.freedesktop.secrets
     unlocked, ///< a running store with an unlocked default collection
@@ -41,6 +44,7 @@ struct DesktopOptions {
     SessionBus sessionBus =
         SessionBus::present; ///< without it there is no accessibility bus, key store or StatusNotifier tray
     Accessibility accessibility = Accessibility::enabled;
+    Listening listening = Listening::present; ///< without it, waiting for something in accessibles() takes longer
     KeyStore keyStore = KeyStore::unlocked;
     Tray tray = Tray::none;
     QString language = QStringLiteral("C.UTF-8"); ///< LANG
