@@ -109,6 +109,22 @@ TEST_F(ATSPIElementsTest, ReadsTheWindowThatIsInFront)
     awaitRead(u"first"_s);
 }
 
+TEST_F(ATSPIElementsTest, FollowsTheFocusWithinAWindow)
+{
+    const Mousepad editor(*m_desktop);
+    m_desktop->keyboard().type(u"one two"_s);
+    m_desktop->keyboard().press(u"Ctrl+a"_s);
+    awaitRead(u"one two"_s);
+    m_desktop->keyboard().press(u"Ctrl+f"_s);
+    m_desktop->keyboard().type(u"search"_s);
+    m_desktop->keyboard().press(u"Ctrl+a"_s);
+    awaitRead(u"search"_s);
+    awaitRead(u"search"_s); // where it was found the last time
+    m_desktop->keyboard().press(u"Escape"_s);
+    m_desktop->keyboard().press(u"Ctrl+a"_s);
+    awaitRead(u"one two"_s);
+}
+
 TEST_F(ATSPIElementsTest, GivesUpOnAFrozenApplicationInTime)
 {
     const Mousepad editor(*m_desktop);

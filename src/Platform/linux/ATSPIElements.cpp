@@ -135,22 +135,49 @@ std::optional<ATSPIReference> ATSPIElements::focusedElement(qint64 processIdenti
     // Bus names are never given out twice: a remembered one that has an answer is still that process.
     if (const auto known = m_applications.find(processIdentifier); known != m_applications.end()) {
         Application &application = known->second;
-        auto focused = ATSPIFocus(client).find(application.busName, application.window);
+        auto focused = focusedStill(application, client);
+        if (!focused) {
+            focused = find(application, client);
+        }
         if (focused || client.processIdentifier(application.busName) == processIdentifier) {
             return focused;
         }
         m_applications.erase(known);
     }
-    Application application{busName(processIdentifier, client), std::nullopt};
+    Application application{busName(processIdentifier, client), std::nullopt, std::nullopt};
     if (application.busName.isEmpty()) {
         return std::nullopt;
     }
-    auto focused = ATSPIFocus(client).find(application.busName, application.window);
+    auto focused = find(application, client);
     if (m_applications.size() >= mostApplications) {
         m_applications.clear(); // most of them have ended
     }
     m_applications.insert_or_assign(processIdentifier, std::move(application));
     return focused;
+}
+
+std::optional<ATSPIReference> ATSPIElements::find(Application &application, ATSPIClient &client)
+{
+    const auto found = ATSPIFocus(client).find(application.busName, application.window);
+    application.focused = found && found->isOnlyClaim ? std::optional(found->element) : std::nullopt;
+    return found ? std::optional(found->element) : std::nullopt;
+}
+
+std::optional<ATSPIReference> ATSPIElements::focusedStill(Application &application, ATSPIClient &client)
+{
+    if (!application.window || !application.focused) {
+        return std::nullopt;
+    }
+    auto confirmation = ATSPIFocus(client).confirm(*application.window, *application.focused);
+    if (confirmation.still == ATSPIFocus::Still::focused) {
+        m_ahead = Ahead{*application.focused, std::move(confirmation.selection), {}};
+        m_ahead->age.start();
+        return application.focused;
+    }
+    if (confirmation.still == ATSPIFocus::Still::inAnotherWindow) {
+        application.window.reset();
+    }
+    return std::nullopt;
 }
 
 AccessibilityValue ATSPIElements::selectedText(const ATSPIElementHandle &element)
@@ -163,7 +190,10 @@ AccessibilityValue ATSPIElements::selectedText(const ATSPIElementHandle &element
     if (reference == nullptr) {
         return {};
     }
-    auto text = ATSPISelection(*element.client()).read(*reference);
+    ATSPISelection selection(*element.client());
+    const auto ahead = std::exchange(m_ahead, std::nullopt);
+    const bool isAnswered = ahead && ahead->element == *reference && !ahead->age.hasExpired(aheadLife.count());
+    auto text = isAnswered ? selection.read(*reference, ahead->answers) : selection.read(*reference);
     return text ? AccessibilityValue(*std::move(text)) : AccessibilityValue();
 }
 

@@ -11,6 +11,7 @@
 #include "Platform/WorkspacePort.h"
 #include "Platform/linux/ATSPIBus.h"
 #include "Platform/linux/ATSPIClient.h"
+#include "Platform/linux/ATSPISelection.h"
 
 #include <QElapsedTimer>
 
@@ -43,6 +44,13 @@ public:
 private:
     using Reader = AccessibilityValue (ATSPIElements::*)(const ATSPIElementHandle &element);
 
+    /// What is known of an application from its last read, so that the next one takes fewer questions.
+    struct Application {
+        QString busName;
+        std::optional<ATSPIReference> window;  ///< the one that was active
+        std::optional<ATSPIReference> focused; ///< the one in it that had the focus, where no other claimed it
+    };
+
     /// A capture may wait for keys and for the pasteboard between two questions.
     static constexpr std::chrono::milliseconds budgetLife{5000};
 
@@ -51,6 +59,10 @@ private:
     [[nodiscard]] static const std::map<QString, Reader> &readers();
     [[nodiscard]] AccessibilityValue focusedElement(const ATSPIElementHandle &element);
     [[nodiscard]] std::optional<ATSPIReference> focusedElement(qint64 processIdentifier, ATSPIClient &client);
+    /// By searching for it.
+    [[nodiscard]] std::optional<ATSPIReference> find(Application &application, ATSPIClient &client);
+    /// The same where it is the element that had the focus at the last read.
+    [[nodiscard]] std::optional<ATSPIReference> focusedStill(Application &application, ATSPIClient &client);
     [[nodiscard]] AccessibilityValue selectedText(const ATSPIElementHandle &element);
     [[nodiscard]] AccessibilityValue menuBar(const ATSPIElementHandle &element);
     [[nodiscard]] AccessibilityValue children(const ATSPIElementHandle &element);
@@ -69,12 +81,17 @@ private:
     ATSPIBus &m_bus;
     const WorkspacePort &m_workspace;
     X11TerminalSelection *m_terminals;
-    /// What is known of an application from its last read, so that the next one takes fewer questions.
-    struct Application {
-        QString busName;
-        std::optional<ATSPIReference> window; ///< the one that was active
-    };
     std::map<qint64, Application> m_applications; ///< by process
+
+    /// What the focused element said of its selection when it was asked whether it is the focused one.
+    struct Ahead {
+        ATSPIReference element;
+        ATSPISelection::Answers answers;
+        QElapsedTimer age;
+    };
+    /// Who has found the focus asks for its selection at once.
+    static constexpr std::chrono::milliseconds aheadLife{50};
+    std::optional<Ahead> m_ahead;
 };
 
 } // namespace orvesa

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
 
 namespace orvesa {
 
@@ -34,7 +35,31 @@ bool isPassedOver(std::optional<quint32> role)
 
 ATSPIFocus::ATSPIFocus(ATSPIClient &client) : m_client(client) {}
 
-std::optional<ATSPIReference> ATSPIFocus::find(const QString &busName, std::optional<ATSPIReference> &window)
+ATSPIFocus::Confirmation ATSPIFocus::confirm(const ATSPIReference &window, const ATSPIReference &element)
+{
+    // As in a search, the application may have to be asked again. Toolkits take what came from the X server and what
+    // came over the bus in turns, and the return of the keyboard is among the former: the role, which does not depend
+    // on it, is asked first.
+    std::vector<ATSPIClient::Call> calls = ATSPISelection::questions(element);
+    const auto state = [](const ATSPIReference &object) {
+        return ATSPIClient::Call{object, u"Accessible"_s, u"GetState"_s, {}};
+    };
+    calls.insert(calls.begin() + 1, {state(element), state(window)});
+    for (int attempt = 0; attempt < attemptsOnKnownWindow && m_client.mayAsk(window.busName); ++attempt) {
+        auto answers = m_client.callTogether(calls);
+        if (!ATSPIClient::statesIn(answers[2]).has(ATSPIState::active)) {
+            continue;
+        }
+        if (!ATSPIClient::statesIn(answers[1]).has(ATSPIState::focused)) {
+            return {};
+        }
+        answers.erase(answers.begin() + 1, answers.begin() + 3);
+        return {Still::focused, std::move(answers)};
+    }
+    return {Still::inAnotherWindow, {}};
+}
+
+std::optional<ATSPIFocus::Found> ATSPIFocus::find(const QString &busName, std::optional<ATSPIReference> &window)
 {
     // The application has just been given the keyboard back that the shortcut's grab had taken from it, and may not
     // have heard of it yet. Each question lets it go on by a step, so asking again is all the waiting that is needed.
@@ -47,24 +72,24 @@ std::optional<ATSPIReference> ATSPIFocus::find(const QString &busName, std::opti
         if (!window) {
             continue;
         }
-        const Result found = search(*window);
-        if (found.way == Way::unavailable) {
+        const Result result = search(*window);
+        if (result.way == Way::unavailable) {
             return searchWithoutMatching(*window);
         }
-        if (found.element) {
-            return found.element;
+        if (result.found) {
+            return result.found;
         }
-        if (found.way == Way::inactive && --patience < 0) {
+        if (result.way == Way::inactive && --patience < 0) {
             window.reset();
         }
     }
     return std::nullopt;
 }
 
-std::optional<ATSPIReference> ATSPIFocus::searchWithoutMatching(const ATSPIReference &window)
+std::optional<ATSPIFocus::Found> ATSPIFocus::searchWithoutMatching(const ATSPIReference &window)
 {
-    if (const Result found = lookThroughCache(window); found.way == Way::exhausted) {
-        return found.element;
+    if (const Result result = lookThroughCache(window); result.way == Way::exhausted) {
+        return result.found;
     }
     return walk(window);
 }
@@ -86,11 +111,11 @@ ATSPIFocus::Result ATSPIFocus::search(const ATSPIReference &window)
     const QVariantList rule{QVariant::fromValue(ATSPIMatchRule{ATSPIState::focused}), canonicalOrder, mostMatches,
                             true};
     const auto answers = m_client.callTogether(
-        {{window, u"Accessible"_s, u"GetState"_s, {}}, {window, u"Collection"_s, u"GetMatches"_s, rule}});
-    if (!ATSPIClient::statesIn(answers.front()).has(ATSPIState::active)) {
+        {{window, u"Collection"_s, u"GetMatches"_s, rule}, {window, u"Accessible"_s, u"GetState"_s, {}}});
+    if (!ATSPIClient::statesIn(answers.back()).has(ATSPIState::active)) {
         return {Way::inactive, std::nullopt};
     }
-    const auto &answer = answers.back();
+    const auto &answer = answers.front();
     if (!answer || answer->isEmpty()) {
         return {};
     }
@@ -103,14 +128,14 @@ ATSPIFocus::Result ATSPIFocus::search(const ATSPIReference &window)
     return {Way::exhausted, preferText({matches.begin(), matches.end()})};
 }
 
-std::optional<ATSPIReference> ATSPIFocus::preferText(const std::vector<ATSPIReference> &candidates)
+std::optional<ATSPIFocus::Found> ATSPIFocus::preferText(const std::vector<ATSPIReference> &candidates)
 {
     if (candidates.size() < 2) {
-        return candidates.empty() ? std::nullopt : std::optional(candidates.front());
+        return candidates.empty() ? std::nullopt : std::optional(Found{candidates.front(), true});
     }
     const auto withText = std::ranges::find_if(
         candidates, [this](const ATSPIReference &candidate) { return m_client.hasText(candidate); });
-    return withText == candidates.end() ? candidates.front() : *withText;
+    return Found{withText == candidates.end() ? candidates.front() : *withText, false};
 }
 
 ATSPIFocus::Result ATSPIFocus::lookThroughCache(const ATSPIReference &window)
@@ -147,24 +172,30 @@ ATSPIFocus::Result ATSPIFocus::lookThroughCache(const ATSPIReference &window)
         return false;
     };
     Result result{Way::exhausted, std::nullopt};
+    int claims = 0;
+    bool hasText = false;
     for (const ATSPICacheItem &item : items) {
         if (!item.states.has(ATSPIState::focused) || !isInWindow(item)) {
             continue;
         }
-        if (item.hasText) {
-            return {Way::exhausted, item.element};
+        ++claims;
+        if (!hasText) {
+            result.found = Found{item.element, false};
+            hasText = item.hasText;
         }
-        result.element = item.element;
+    }
+    if (result.found) {
+        result.found->isOnlyClaim = claims == 1;
     }
     return result;
 }
 
-std::optional<ATSPIReference> ATSPIFocus::walk(const ATSPIReference &window)
+std::optional<ATSPIFocus::Found> ATSPIFocus::walk(const ATSPIReference &window)
 {
     // Toolkits that never say "showing" would be pruned to nothing; the window itself tells.
     const bool saysShowing = m_client.states(window).has(ATSPIState::showing);
     std::vector<ATSPIReference> pending{window};
-    std::optional<ATSPIReference> focused;
+    std::optional<Found> focused;
     for (std::size_t step = 0; step < mostSteps && !pending.empty(); ++step) {
         if (!m_client.mayAsk(window.busName)) {
             return std::nullopt; // half a search is no answer
@@ -174,9 +205,9 @@ std::optional<ATSPIReference> ATSPIFocus::walk(const ATSPIReference &window)
         const ATSPIStateSet states = m_client.states(element);
         if (states.has(ATSPIState::focused)) {
             if (m_client.hasText(element)) {
-                return element;
+                return Found{element, false}; // the rest of the window was not looked at
             }
-            focused = focused ? focused : std::optional(element);
+            focused = focused ? focused : std::optional(Found{element, false});
         }
         if ((saysShowing && !states.has(ATSPIState::showing)) || states.has(ATSPIState::managesDescendants) ||
             isPassedOver(m_client.role(element))) {

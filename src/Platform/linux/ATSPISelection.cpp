@@ -51,15 +51,24 @@ int ATSPISelection::selectionCount(const ATSPIReference &element)
     return countIn(m_client.call(element, text(), u"GetNSelections"_s));
 }
 
+std::vector<ATSPIClient::Call> ATSPISelection::questions(const ATSPIReference &element)
+{
+    return {{element, u"Accessible"_s, u"GetRole"_s, {}},
+            {element, text(), u"GetNSelections"_s, {}},
+            {element, text(), u"GetSelection"_s, {0}}};
+}
+
 std::optional<QString> ATSPISelection::read(const ATSPIReference &element)
 {
-    const auto answers = m_client.callTogether({{element, text(), u"GetNSelections"_s, {}},
-                                                {element, u"Accessible"_s, u"GetRole"_s, {}},
-                                                {element, text(), u"GetSelection"_s, {0}}});
-    if (countIn(answers[0]) != 1 || !answers[1] || answers[1]->isEmpty()) {
+    return read(element, m_client.callTogether(questions(element)));
+}
+
+std::optional<QString> ATSPISelection::read(const ATSPIReference &element, const Answers &answers)
+{
+    if (countIn(answers[1]) != 1 || !answers[0] || answers[0]->isEmpty()) {
         return std::nullopt;
     }
-    const quint32 role = answers[1]->constFirst().toUInt();
+    const quint32 role = answers[0]->constFirst().toUInt();
     const auto &range = answers[2];
     if (role == ATSPIRole::passwordText || !range || range->size() != 2) {
         return std::nullopt;
