@@ -66,10 +66,11 @@ void FloatingResultPanel::orderFront(const QRect &frame)
         return;
     }
     updateShape();
+    // Nothing is asked of the server between the showing and the first painting: a window manager that takes a window
+    // over keeps everybody else's questions waiting, and what else begins now would wait with them.
+    m_content->setMotion(m_port.reducesMotion() ? Spinner::Motion::reduced : Spinner::Motion::full);
     m_shown.start();
     show();
-    // Asked while the window manager is at work.
-    m_content->setMotion(m_port.reducesMotion() ? Spinner::Motion::reduced : Spinner::Motion::full);
 }
 
 QRect FloatingResultPanel::frame() const
