@@ -36,8 +36,8 @@ constexpr std::array<SpecialKeyLabel, 26> specialKeyLabels{{
 }};
 
 struct ModifierRow {
-    KeyModifier modifier;
-    quint32 carbon;
+    KeyModifier modifier = KeyModifier::control;
+    quint32 carbon = 0;
     QChar symbol;
 };
 

@@ -3,6 +3,7 @@
 // A keyboard shortcut: a key, its modifiers and the text on the key. Value type, any thread.
 
 #include "Models/KeyPress.h"
+#include "Platform/ModifierBits.h"
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -12,17 +13,9 @@
 
 namespace orvesa {
 
-/// Carbon event-modifier bits; no other bit is ever set in a combination.
-namespace CarbonModifier {
-inline constexpr quint32 command = 0x100;
-inline constexpr quint32 shift = 0x200;
-inline constexpr quint32 option = 0x800;
-inline constexpr quint32 control = 0x1000;
-} // namespace CarbonModifier
-
 struct KeyCombo {
     quint32 keyCode = 0;         ///< macOS virtual key code
-    quint32 carbonModifiers = 0; ///< mask of CarbonModifier bits
+    quint32 carbonModifiers = 0; ///< mask of CarbonModifier bits; no other bit is ever set
     QString keyLabel;            ///< the key's face, for example "D", "F5", "Space"
 
     bool operator==(const KeyCombo &) const = default;

@@ -1,6 +1,8 @@
 #pragma once
 
-// A key-down event as far as shortcuts are concerned. Value type.
+// A key-down event as far as shortcuts are concerned. Value type, any thread.
+
+#include "Platform/ModifierBits.h"
 
 #include <QFlags>
 #include <QString>
@@ -9,12 +11,12 @@ namespace orvesa {
 
 /// Device-independent modifier flags; capsLock and function exist only to be ignored.
 enum class KeyModifier : quint32 {
-    capsLock = 0x10000,
-    shift = 0x20000,
-    control = 0x40000,
-    option = 0x80000,
-    command = 0x100000,
-    function = 0x800000,
+    capsLock = KeyboardFlags::capsLock,
+    shift = KeyboardFlags::shift,
+    control = KeyboardFlags::control,
+    option = KeyboardFlags::option,
+    command = KeyboardFlags::command,
+    function = KeyboardFlags::function,
 };
 Q_DECLARE_FLAGS(KeyModifiers, KeyModifier)
 Q_DECLARE_OPERATORS_FOR_FLAGS(KeyModifiers)

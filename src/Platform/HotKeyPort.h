@@ -2,8 +2,8 @@
 
 // System-wide hot keys, shaped like the Carbon Event Manager's calls.
 //
-// Main thread; the handler is called on it. Key codes are macOS virtual key codes and modifiers Carbon bits (command
-// 0x100, shift 0x200, option 0x800, control 0x1000) on every desktop.
+// Main thread; the handler is called on it. Key codes are macOS virtual key codes and modifiers CarbonModifier bits
+// (Platform/ModifierBits.h) on every desktop.
 
 #include <QString>
 #include <QtGlobal>

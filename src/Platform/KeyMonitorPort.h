@@ -15,10 +15,9 @@
 namespace orvesa {
 
 struct MonitoredKeyPress {
-    quint32 keyCode = 0; ///< macOS virtual key code; `unknownKeyCode` for a key that has none
-    quint32 modifierFlags =
-        0;              ///< device-independent flags: Caps Lock 0x10000, Shift, Control, Option, Command 0x100000
-    QString characters; ///< as typed without any modifier but Shift, in the current layout; may be empty
+    quint32 keyCode = 0;       ///< macOS virtual key code; `unknownKeyCode` for a key that has none
+    quint32 modifierFlags = 0; ///< KeyboardFlags (Platform/ModifierBits.h)
+    QString characters;        ///< as typed without any modifier but Shift, in the current layout; may be empty
 
     static constexpr quint32 unknownKeyCode = 0xffff;
 };

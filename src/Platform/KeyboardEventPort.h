@@ -3,19 +3,13 @@
 // Key strokes that the program makes for the user, and the modifier keys that are down, shaped like the Quartz event
 // services' calls.
 //
-// Main thread. Key codes are macOS virtual key codes and flags the bits of Quartz events on every desktop.
+// Main thread. Key codes are macOS virtual key codes and flags KeyboardFlags on every desktop.
+
+#include "Platform/ModifierBits.h"
 
 #include <QtGlobal>
 
 namespace orvesa {
-
-namespace KeyboardFlags {
-inline constexpr quint32 shift = 0x20000;
-inline constexpr quint32 control = 0x40000;
-inline constexpr quint32 option = 0x80000;
-inline constexpr quint32 command = 0x100000;
-inline constexpr quint32 all = shift | control | option | command;
-} // namespace KeyboardFlags
 
 enum class KeyTransition { down, up };
 

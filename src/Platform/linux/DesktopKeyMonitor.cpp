@@ -1,5 +1,6 @@
 #include "Platform/linux/DesktopKeyMonitor.h"
 
+#include "Platform/ModifierBits.h"
 #include "Platform/linux/KeySymbols.h"
 #include "Platform/linux/MacKeyCodes.h"
 
@@ -11,16 +12,6 @@
 namespace orvesa {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-constexpr quint32 macEscape = 0x35;
-constexpr quint32 shiftFlag = 0x20000;
-constexpr quint32 controlFlag = 0x40000;
-constexpr quint32 optionFlag = 0x80000;
-constexpr quint32 commandFlag = 0x100000;
-
-} // namespace
 
 DesktopKeyMonitor::DesktopKeyMonitor() = default;
 
@@ -127,12 +118,12 @@ MonitoredKeyPress DesktopKeyMonitor::translated(const QKeyEvent &event)
     const auto add = [&](Qt::KeyboardModifier modifier, quint32 flag) {
         press.modifierFlags |= event.modifiers().testFlag(modifier) ? flag : 0;
     };
-    add(Qt::ShiftModifier, shiftFlag);
-    add(Qt::ControlModifier, controlFlag);
-    add(Qt::AltModifier, optionFlag);
-    add(Qt::MetaModifier, commandFlag);
+    add(Qt::ShiftModifier, KeyboardFlags::shift);
+    add(Qt::ControlModifier, KeyboardFlags::control);
+    add(Qt::AltModifier, KeyboardFlags::option);
+    add(Qt::MetaModifier, KeyboardFlags::command);
     if (event.key() == Qt::Key_Escape) {
-        press.keyCode = macEscape;
+        press.keyCode = MacKeyCodes::escape;
     } else if (const auto known = MacKeyCodes::fromX11(event.nativeScanCode())) {
         press.keyCode = *known;
     }

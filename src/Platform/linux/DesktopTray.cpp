@@ -1,6 +1,7 @@
 #include "Platform/linux/DesktopTray.h"
 
 #include "Platform/linux/SessionBus.h"
+#include "Platform/linux/X11Event.h"
 
 #include <QDBusMessage>
 #include <QDBusVariant>
@@ -15,7 +16,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int boundInMilliseconds = 250;
-constexpr quint8 eventTypeMask = 0x7f; // the eighth bit says that another client sent the event
 
 QString watcher()
 {
@@ -114,7 +114,7 @@ void DesktopTray::stopWatching()
 
 void DesktopTray::handle(const xcb_generic_event_t &event)
 {
-    if ((event.response_type & eventTypeMask) == XCB_CLIENT_MESSAGE &&
+    if (eventTypeOf(event) == XCB_CLIENT_MESSAGE &&
         reinterpret_cast<const xcb_client_message_event_t &>(event).type == m_connection.atom("MANAGER")) {
         look();
     }

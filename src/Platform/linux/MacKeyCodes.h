@@ -12,6 +12,8 @@
 
 namespace orvesa::MacKeyCodes {
 
+inline constexpr quint32 escape = 0x35; ///< kVK_Escape
+
 struct Pair {
     quint32 macCode;
     quint32 evdevCode;

@@ -85,6 +85,16 @@ int X11Connection::screenNumber()
     return isValid() ? m_screenNumber : 0;
 }
 
+const xcb_query_extension_reply_t *X11Connection::extension(xcb_extension_t &identity)
+{
+    if (!isValid()) {
+        return nullptr;
+    }
+    const xcb_query_extension_reply_t *const found = xcb_get_extension_data(m_connection, &identity);
+    settle();
+    return found != nullptr && found->present != 0 ? found : nullptr;
+}
+
 xcb_atom_t X11Connection::atom(std::string_view name)
 {
     if (const auto known = m_atoms.find(name); known != m_atoms.end()) {

@@ -41,6 +41,8 @@ public:
     [[nodiscard]] xcb_connection_t *connection();
     [[nodiscard]] xcb_window_t root();
     [[nodiscard]] int screenNumber();
+    /// The server's extension; null when it has none of that name. Valid as long as the connection.
+    [[nodiscard]] const xcb_query_extension_reply_t *extension(xcb_extension_t &identity);
     /// The atom of a name, asked for once; XCB_ATOM_NONE without a server.
     [[nodiscard]] xcb_atom_t atom(std::string_view name);
     /// The names of atoms, asked for together. An empty one where there is none.

@@ -1,6 +1,8 @@
 #include "Platform/linux/X11HotKeys.h"
 
 #include "Platform/linux/MacKeyCodes.h"
+#include "Platform/linux/X11Event.h"
+#include "Platform/linux/X11KeyboardExtension.h"
 
 #include <QMetaObject>
 
@@ -8,16 +10,10 @@
 #include <optional>
 #include <utility>
 
-// The header names a member with a C++ keyword.
-#define explicit explicitActions
-#include <xcb/xkb.h>
-#undef explicit
-
 namespace orvesa {
 
 namespace {
 
-constexpr quint8 eventTypeMask = 0x7f; // the eighth bit says that another client sent the event
 constexpr unsigned allModifierBits = 0xff;
 constexpr quint32 macControlKeyCode = 0x3b;
 
@@ -57,9 +53,8 @@ bool X11HotKeys::prepare()
 void X11HotKeys::useKeyboardExtension()
 {
     xcb_connection_t *const raw = m_connection.connection();
-    const xcb_query_extension_reply_t *const extension = xcb_get_extension_data(raw, &xcb_xkb_id);
-    m_connection.settle();
-    if (extension == nullptr || extension->present == 0 ||
+    const xcb_query_extension_reply_t *const extension = m_connection.extension(xcb_xkb_id);
+    if (extension == nullptr ||
         !m_connection.reply(xcb_xkb_use_extension_reply,
                             xcb_xkb_use_extension(raw, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION))) {
         return;
@@ -179,7 +174,7 @@ void X11HotKeys::grabAllAnew()
 
 void X11HotKeys::handle(const xcb_generic_event_t &event)
 {
-    const auto type = static_cast<quint8>(event.response_type & eventTypeMask);
+    const auto type = eventTypeOf(event);
     if (type == XCB_MAPPING_NOTIFY || (m_keyboardEvent != 0 && type == m_keyboardEvent)) {
         scheduleGrabAllAnew();
     }

@@ -2,13 +2,9 @@
 
 #include "Platform/linux/KeySymbols.h"
 #include "Platform/linux/X11Connection.h"
+#include "Platform/linux/X11KeyboardExtension.h"
 
 #include <utility>
-
-// The header names a member with a C++ keyword.
-#define explicit explicitActions
-#include <xcb/xkb.h>
-#undef explicit
 
 namespace orvesa {
 

@@ -1,5 +1,7 @@
 #include "Platform/linux/X11KeyGrabs.h"
 
+#include "Platform/linux/X11Event.h"
+#include "Platform/linux/X11KeyboardExtension.h"
 #include "Platform/linux/X11Reply.h"
 
 #include <QMetaObject>
@@ -13,16 +15,10 @@
 #include <signal.h>
 #include <xcb/xinput.h>
 
-// The header names a member with a C++ keyword.
-#define explicit explicitActions
-#include <xcb/xkb.h>
-#undef explicit
-
 namespace orvesa {
 
 namespace {
 
-constexpr quint8 eventTypeMask = 0x7f; // the eighth bit says that another client sent the event
 constexpr unsigned keyShift = 16;
 /// Qt has every key go round through the accessibility bus before it looks at it, and loses the order in which keys
 /// came when they came at the same moment, as from another program. Nothing tells when it is done; this is longer than
@@ -177,7 +173,7 @@ void X11KeyGrabs::setLoneModifier(quint16 modifier, xcb_keycode_t tappedKey)
 void X11KeyGrabs::readEvents()
 {
     while (const X11Reply<xcb_generic_event_t> event{xcb_wait_for_event(m_connection)}) {
-        const auto type = static_cast<quint8>(event->response_type & eventTypeMask);
+        const auto type = eventTypeOf(*event);
         if (type == XCB_KEY_PRESS) {
             press(reinterpret_cast<const xcb_key_press_event_t &>(*event));
         } else if (type == XCB_GE_GENERIC) {

@@ -2,12 +2,14 @@
 
 #include "Platform/linux/MacKeyCodes.h"
 #include "Platform/linux/TerminalPrograms.h"
+#include "Platform/linux/X11Event.h"
 #include "Platform/linux/X11Modifiers.h"
 #include "Platform/linux/X11Ping.h"
 #include "Platform/linux/X11WindowOwner.h"
 
 #include <algorithm>
 #include <array>
+#include <ranges>
 #include <utility>
 
 #include <xcb/xinput.h>
@@ -20,7 +22,6 @@ namespace {
 constexpr quint16 macKeyCodeOfC = 8;
 constexpr xcb_keysym_t symbolOfC = 'c';
 constexpr int bitsPerByte = 8;
-constexpr quint8 eventTypeMask = 0x7f;
 constexpr unsigned groupShift = 13; // where the state of core events has the keyboard's group
 constexpr unsigned groupMask = 3;
 constexpr unsigned coreGroups = 2;
@@ -92,11 +93,9 @@ bool X11KeyboardEvents::prepare()
         return true;
     }
     m_prepared = true;
-    xcb_connection_t *const raw = m_connection.connection();
-    const xcb_query_extension_reply_t *const extension = xcb_get_extension_data(raw, &xcb_input_id);
-    m_connection.settle();
-    if (extension != nullptr && extension->present != 0 &&
-        m_connection.reply(xcb_input_xi_query_version_reply, xcb_input_xi_query_version(raw, 2, 2))) {
+    const xcb_query_extension_reply_t *const extension = m_connection.extension(xcb_input_id);
+    if (extension != nullptr && m_connection.reply(xcb_input_xi_query_version_reply,
+                                                   xcb_input_xi_query_version(m_connection.connection(), 2, 2))) {
         m_inputOpcode = extension->major_opcode;
     }
     return true;
@@ -205,8 +204,8 @@ void X11KeyboardEvents::end()
     const Stroke stroke = *std::exchange(m_stroke, std::nullopt);
     send(XCB_KEY_RELEASE, stroke.key);
     putBack(stroke.lifted);
-    for (auto pressed = stroke.pressed.rbegin(); pressed != stroke.pressed.rend(); ++pressed) {
-        send(XCB_KEY_RELEASE, *pressed);
+    for (const xcb_keycode_t pressed : std::views::reverse(stroke.pressed)) {
+        send(XCB_KEY_RELEASE, pressed);
     }
     listen(Listening::off);
     // Returns once the server has done it all: before whatever the user, or this program, types next.
@@ -338,7 +337,7 @@ std::vector<xcb_keycode_t> X11KeyboardEvents::releases()
         return keys;
     }
     const auto events = m_connection.takeEvents([this](const xcb_generic_event_t &event) {
-        if ((event.response_type & eventTypeMask) != XCB_GE_GENERIC) {
+        if (eventTypeOf(event) != XCB_GE_GENERIC) {
             return false;
         }
         const auto &generic = reinterpret_cast<const xcb_ge_generic_event_t &>(event);

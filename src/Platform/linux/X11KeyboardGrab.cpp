@@ -1,41 +1,31 @@
 #include "Platform/linux/X11KeyboardGrab.h"
 
+#include "Platform/ModifierBits.h"
 #include "Platform/linux/KeySymbols.h"
 #include "Platform/linux/MacKeyCodes.h"
+#include "Platform/linux/X11Event.h"
+#include "Platform/linux/X11KeyboardExtension.h"
 
 #include <chrono>
 #include <utility>
-
-// The header names a member with a C++ keyword.
-#define explicit explicitActions
-#include <xcb/xkb.h>
-#undef explicit
 
 namespace orvesa {
 
 namespace {
 
-constexpr quint8 eventTypeMask = 0x7f; // the eighth bit says that another client sent the event
-constexpr quint32 macEscape = 0x35;
 /// How long keys that are still down may keep the keyboard from everybody else. The server takes a key for held for
 /// ever when its release was lost, with the board that was unplugged or the program that had pressed it.
 constexpr std::chrono::seconds longestHold{2};
-
-constexpr quint32 capsLockFlag = 0x10000;
-constexpr quint32 shiftFlag = 0x20000;
-constexpr quint32 controlFlag = 0x40000;
-constexpr quint32 optionFlag = 0x80000;
-constexpr quint32 commandFlag = 0x100000;
 
 quint32 flags(quint16 state, const X11Modifiers &modifiers)
 {
     quint32 result = 0;
     const auto add = [&](unsigned bit, quint32 flag) { result |= (state & bit) != 0 ? flag : 0; };
-    add(XCB_MOD_MASK_LOCK, capsLockFlag);
-    add(XCB_MOD_MASK_SHIFT, shiftFlag);
-    add(XCB_MOD_MASK_CONTROL, controlFlag);
-    add(modifiers.alt, optionFlag);
-    add(modifiers.super, commandFlag);
+    add(XCB_MOD_MASK_LOCK, KeyboardFlags::capsLock);
+    add(XCB_MOD_MASK_SHIFT, KeyboardFlags::shift);
+    add(XCB_MOD_MASK_CONTROL, KeyboardFlags::control);
+    add(modifiers.alt, KeyboardFlags::option);
+    add(modifiers.super, KeyboardFlags::command);
     return result;
 }
 
@@ -66,9 +56,8 @@ bool X11KeyboardGrab::prepare()
     }
     m_token = m_connection.addEventHandler([this](const xcb_generic_event_t &event) { handle(event); });
     xcb_connection_t *const raw = m_connection.connection();
-    const xcb_query_extension_reply_t *const extension = xcb_get_extension_data(raw, &xcb_xkb_id);
-    m_connection.settle();
-    if (extension == nullptr || extension->present == 0) {
+    const xcb_query_extension_reply_t *const extension = m_connection.extension(xcb_xkb_id);
+    if (extension == nullptr) {
         return true;
     }
     m_hasKeyboardExtension =
@@ -150,7 +139,7 @@ void X11KeyboardGrab::giveBackWhenIdle()
 
 void X11KeyboardGrab::handle(const xcb_generic_event_t &event)
 {
-    const auto type = static_cast<quint8>(event.response_type & eventTypeMask);
+    const auto type = eventTypeOf(event);
     if (type == XCB_KEY_PRESS) {
         press(reinterpret_cast<const xcb_key_press_event_t &>(event));
     } else if (type == XCB_KEY_RELEASE) {
@@ -174,7 +163,7 @@ std::optional<MonitoredKeyPress> X11KeyboardGrab::translated(const xcb_key_press
 {
     quint32 keyCode = MonitoredKeyPress::unknownKeyCode;
     if (m_faces.plainSymbol(event.detail, event.state) == KeySymbols::escape) {
-        keyCode = macEscape; // wherever the layout has put the way out
+        keyCode = MacKeyCodes::escape; // wherever the layout has put the way out
     } else if (const auto known = MacKeyCodes::fromX11(event.detail)) {
         keyCode = *known;
     }

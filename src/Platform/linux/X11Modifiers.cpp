@@ -1,5 +1,6 @@
 #include "Platform/linux/X11Modifiers.h"
 
+#include "Platform/ModifierBits.h"
 #include "Platform/linux/X11Connection.h"
 
 #include <algorithm>
@@ -10,11 +11,6 @@
 namespace orvesa {
 
 namespace {
-
-constexpr quint32 carbonCommand = 0x100;
-constexpr quint32 carbonShift = 0x200;
-constexpr quint32 carbonOption = 0x800;
-constexpr quint32 carbonControl = 0x1000;
 
 // From X11/keysymdef.h, whose macros would pollute everything.
 constexpr xcb_keysym_t keysymScrollLock = 0xff14;
@@ -101,13 +97,14 @@ X11Modifiers X11Modifiers::read(X11Connection &connection)
 std::optional<quint16> X11Modifiers::fromCarbon(quint32 carbonModifiers) const
 {
     unsigned bits = 0;
-    if ((carbonModifiers & carbonShift) != 0) {
+    if ((carbonModifiers & CarbonModifier::shift) != 0) {
         bits |= XCB_MOD_MASK_SHIFT;
     }
-    if ((carbonModifiers & carbonControl) != 0) {
+    if ((carbonModifiers & CarbonModifier::control) != 0) {
         bits |= XCB_MOD_MASK_CONTROL;
     }
-    for (const auto &[wanted, bit] : {std::pair{carbonOption, alt}, std::pair{carbonCommand, super}}) {
+    for (const auto &[wanted, bit] :
+         {std::pair{CarbonModifier::option, alt}, std::pair{CarbonModifier::command, super}}) {
         if ((carbonModifiers & wanted) != 0) {
             if (bit == 0) {
                 return std::nullopt;

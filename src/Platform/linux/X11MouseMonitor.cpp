@@ -1,5 +1,7 @@
 #include "Platform/linux/X11MouseMonitor.h"
 
+#include "Platform/linux/X11Event.h"
+
 #include <utility>
 
 #include <xcb/xinput.h>
@@ -30,9 +32,8 @@ bool X11MouseMonitor::prepare()
         return true;
     }
     xcb_connection_t *const raw = m_connection.connection();
-    const xcb_query_extension_reply_t *const extension = xcb_get_extension_data(raw, &xcb_input_id);
-    m_connection.settle();
-    if (extension == nullptr || extension->present == 0) {
+    const xcb_query_extension_reply_t *const extension = m_connection.extension(xcb_input_id);
+    if (extension == nullptr) {
         return false;
     }
     // From version 2.1 on raw events come even while another program holds the pointer, as menus do.
@@ -66,7 +67,7 @@ void X11MouseMonitor::select(bool wanted)
 
 void X11MouseMonitor::handle(const xcb_generic_event_t &event)
 {
-    if ((event.response_type & 0x7f) != XCB_GE_GENERIC || !m_handler) {
+    if (eventTypeOf(event) != XCB_GE_GENERIC || !m_handler) {
         return;
     }
     const auto &generic = reinterpret_cast<const xcb_ge_generic_event_t &>(event);

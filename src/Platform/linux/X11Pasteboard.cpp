@@ -1,5 +1,7 @@
 #include "Platform/linux/X11Pasteboard.h"
 
+#include "Platform/linux/X11Event.h"
+
 #include <QMetaObject>
 
 #include <algorithm>
@@ -18,7 +20,6 @@ namespace {
 using Outcome = X11SelectionConversion::Outcome;
 using Kind = X11SelectionContents::Kind;
 
-constexpr quint8 eventTypeMask = 0x7f;
 constexpr qsizetype bytesPerAtom = 4;
 constexpr qsizetype mostTargets = 4096;
 constexpr quint8 byteFormat = 8;
@@ -93,9 +94,8 @@ bool X11Pasteboard::prepare()
     }
     m_prepared = true;
     xcb_connection_t *const raw = m_connection.connection();
-    const xcb_query_extension_reply_t *const extension = xcb_get_extension_data(raw, &xcb_xfixes_id);
-    m_connection.settle();
-    if (extension == nullptr || extension->present == 0 ||
+    const xcb_query_extension_reply_t *const extension = m_connection.extension(xcb_xfixes_id);
+    if (extension == nullptr ||
         !m_connection.reply(xcb_xfixes_query_version_reply,
                             xcb_xfixes_query_version(raw, XCB_XFIXES_MAJOR_VERSION, XCB_XFIXES_MINOR_VERSION))) {
         return true;
@@ -113,7 +113,7 @@ bool X11Pasteboard::prepare()
 
 bool X11Pasteboard::isChange(const xcb_generic_event_t &event) const
 {
-    return m_fixesEvent != 0 && (event.response_type & eventTypeMask) == m_fixesEvent &&
+    return m_fixesEvent != 0 && eventTypeOf(event) == m_fixesEvent &&
            reinterpret_cast<const xcb_xfixes_selection_notify_event_t &>(event).selection == m_clipboard;
 }
 

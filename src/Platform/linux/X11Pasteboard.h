@@ -22,7 +22,7 @@ public:
     /// How long reading one set of contents may take in all.
     static constexpr std::chrono::milliseconds contentsBound{4000};
     /// Contents beyond this are not read.
-    static constexpr qsizetype mostBytes = 256 * 1024 * 1024;
+    static constexpr qsizetype mostBytes = qsizetype{256} * 1024 * 1024;
 
     /// The connection must outlive this object. It must be one on which nobody else watches the selection.
     explicit X11Pasteboard(X11Connection &connection);

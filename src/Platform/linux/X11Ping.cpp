@@ -1,5 +1,7 @@
 #include "Platform/linux/X11Ping.h"
 
+#include "Platform/linux/X11Event.h"
+
 #include <QDeadlineTimer>
 
 #include <algorithm>
@@ -8,7 +10,6 @@ namespace orvesa::X11Ping {
 
 namespace {
 
-constexpr quint8 eventTypeMask = 0x7f;
 constexpr quint8 longFormat = 32;
 constexpr quint32 mostProtocols = 32;
 
@@ -43,7 +44,7 @@ bool answers(X11Connection &connection, xcb_window_t window)
     listen(connection, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
     xcb_send_event(connection.connection(), 0, window, XCB_EVENT_MASK_NO_EVENT, question.bytes);
     const auto isRootEvent = [&](const xcb_generic_event_t &event) {
-        const auto type = event.response_type & eventTypeMask;
+        const auto type = eventTypeOf(event);
         return type == XCB_CLIENT_MESSAGE || (type >= XCB_CREATE_NOTIFY && type <= XCB_CIRCULATE_NOTIFY);
     };
     const QDeadlineTimer deadline(X11Connection::replyBound, Qt::PreciseTimer);
@@ -52,7 +53,7 @@ bool answers(X11Connection &connection, xcb_window_t window)
         const auto events = connection.takeEvents(isRootEvent);
         isAnswered = std::ranges::any_of(events, [&](const auto &event) {
             const auto &message = reinterpret_cast<const xcb_client_message_event_t &>(*event);
-            return (event->response_type & eventTypeMask) == XCB_CLIENT_MESSAGE && message.data.data32[0] == ping &&
+            return eventTypeOf(*event) == XCB_CLIENT_MESSAGE && message.data.data32[0] == ping &&
                    message.data.data32[1] == mark;
         });
         if (!isAnswered) {

@@ -1,10 +1,11 @@
 #include "Platform/linux/X11SelectionConversion.h"
 
+#include "Platform/linux/X11Event.h"
+
 namespace orvesa {
 
 namespace {
 
-constexpr quint8 eventTypeMask = 0x7f;
 constexpr quint32 wordsPerQuestion = 256 * 1024; // one megabyte
 constexpr quint32 bytesPerWord = 4;
 
@@ -37,7 +38,7 @@ X11SelectionConversion::~X11SelectionConversion()
 
 bool X11SelectionConversion::concerns(const xcb_generic_event_t &event) const
 {
-    const auto type = event.response_type & eventTypeMask;
+    const auto type = eventTypeOf(event);
     if (type == XCB_SELECTION_NOTIFY) {
         return reinterpret_cast<const xcb_selection_notify_event_t &>(event).requestor == m_window;
     }
@@ -50,7 +51,7 @@ void X11SelectionConversion::handle(const xcb_generic_event_t &event)
     if (m_outcome != Outcome::pending) {
         return;
     }
-    if ((event.response_type & eventTypeMask) == XCB_SELECTION_NOTIFY) {
+    if (eventTypeOf(event) == XCB_SELECTION_NOTIFY) {
         takeAnswer(reinterpret_cast<const xcb_selection_notify_event_t &>(event).property);
         return;
     }

@@ -1,5 +1,7 @@
 #include "Platform/linux/X11SelectionServer.h"
 
+#include "Platform/linux/X11Event.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -7,7 +9,6 @@ namespace orvesa {
 
 namespace {
 
-constexpr quint8 eventTypeMask = 0x7f;
 constexpr quint8 longFormat = 32;
 constexpr int bitsPerByte = 8;
 constexpr quint32 mostPairWords = 2048;
@@ -63,7 +64,7 @@ xcb_timestamp_t X11SelectionServer::serverTime()
     xcb_change_property(m_connection.connection(), XCB_PROP_MODE_APPEND, m_window, property, XCB_ATOM_INTEGER,
                         longFormat, 0, nullptr);
     const auto changes = m_connection.takeEvents([&](const xcb_generic_event_t &event) {
-        return (event.response_type & eventTypeMask) == XCB_PROPERTY_NOTIFY &&
+        return eventTypeOf(event) == XCB_PROPERTY_NOTIFY &&
                reinterpret_cast<const xcb_property_notify_event_t &>(event).atom == property;
     });
     return changes.empty() ? xcb_timestamp_t{XCB_CURRENT_TIME}
@@ -105,7 +106,7 @@ void X11SelectionServer::drop()
 
 void X11SelectionServer::handle(const xcb_generic_event_t &event)
 {
-    switch (event.response_type & eventTypeMask) {
+    switch (eventTypeOf(event)) {
     case XCB_SELECTION_REQUEST:
         answer(reinterpret_cast<const xcb_selection_request_event_t &>(event));
         break;

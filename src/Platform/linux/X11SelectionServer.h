@@ -23,7 +23,7 @@ public:
     /// How long a clipboard manager may take.
     static constexpr std::chrono::milliseconds handOverBound{1'000};
     /// More bytes than this go in pieces of this size.
-    static constexpr qsizetype pieceSize = 256 * 1024;
+    static constexpr qsizetype pieceSize = qsizetype{256} * 1024;
 
     X11SelectionServer();
     ~X11SelectionServer() override;

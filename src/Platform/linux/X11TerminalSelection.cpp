@@ -1,6 +1,7 @@
 #include "Platform/linux/X11TerminalSelection.h"
 
 #include "Platform/linux/TerminalPrograms.h"
+#include "Platform/linux/X11Event.h"
 #include "Platform/linux/X11WindowOwner.h"
 
 #include <xcb/xfixes.h>
@@ -10,8 +11,7 @@ namespace orvesa {
 
 namespace {
 
-constexpr qsizetype mostBytes = 16 * 1024 * 1024;
-constexpr quint8 eventTypeMask = 0x7f;
+constexpr qsizetype mostBytes = qsizetype{16} * 1024 * 1024;
 constexpr quint32 selectingButton = 1;
 /// Milliseconds within which clicks at one place belong together.
 constexpr xcb_timestamp_t repeatBound = 400;
@@ -37,10 +37,9 @@ void X11TerminalSelection::watch()
         return;
     }
     xcb_connection_t *const raw = m_connection.connection();
-    const xcb_query_extension_reply_t *const fixes = xcb_get_extension_data(raw, &xcb_xfixes_id);
-    const xcb_query_extension_reply_t *const input = xcb_get_extension_data(raw, &xcb_input_id);
-    m_connection.settle();
-    if (fixes == nullptr || fixes->present == 0 || input == nullptr || input->present == 0 ||
+    const xcb_query_extension_reply_t *const fixes = m_connection.extension(xcb_xfixes_id);
+    const xcb_query_extension_reply_t *const input = m_connection.extension(xcb_input_id);
+    if (fixes == nullptr || input == nullptr ||
         !m_connection.reply(xcb_xfixes_query_version_reply,
                             xcb_xfixes_query_version(raw, XCB_XFIXES_MAJOR_VERSION, XCB_XFIXES_MINOR_VERSION)) ||
         !m_connection.reply(xcb_input_xi_query_version_reply, xcb_input_xi_query_version(raw, 2, 2))) {
@@ -56,7 +55,7 @@ void X11TerminalSelection::watch()
 
 bool X11TerminalSelection::concerns(const xcb_generic_event_t &event) const
 {
-    const auto type = event.response_type & eventTypeMask;
+    const auto type = eventTypeOf(event);
     if (type == XCB_GE_GENERIC) {
         const auto &generic = reinterpret_cast<const xcb_ge_generic_event_t &>(event);
         return generic.extension == m_inputOpcode &&
@@ -68,7 +67,7 @@ bool X11TerminalSelection::concerns(const xcb_generic_event_t &event) const
 
 void X11TerminalSelection::handle(const xcb_generic_event_t &event)
 {
-    const auto type = event.response_type & eventTypeMask;
+    const auto type = eventTypeOf(event);
     if (type == m_fixesEvent) {
         const auto &change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t &>(event);
         if (change.selection == XCB_ATOM_PRIMARY) {

@@ -12,14 +12,12 @@ constexpr int deepestTree = 32;
 
 std::optional<qint64> clientProcess(X11Connection &connection, xcb_window_t window)
 {
-    xcb_connection_t *const raw = connection.connection();
-    const xcb_query_extension_reply_t *const extension = xcb_get_extension_data(raw, &xcb_res_id);
-    connection.settle();
-    if (extension == nullptr || extension->present == 0) {
+    if (connection.extension(xcb_res_id) == nullptr) {
         return std::nullopt;
     }
     const xcb_res_client_id_spec_t wanted{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-    const auto answer = connection.reply(xcb_res_query_client_ids_reply, xcb_res_query_client_ids(raw, 1, &wanted));
+    const auto answer =
+        connection.reply(xcb_res_query_client_ids_reply, xcb_res_query_client_ids(connection.connection(), 1, &wanted));
     if (!answer) {
         return std::nullopt;
     }

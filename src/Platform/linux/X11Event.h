@@ -1,0 +1,17 @@
+#pragma once
+
+// What an X11 event is. A pure function; any thread.
+
+#include <QtGlobal>
+
+#include <xcb/xcb.h>
+
+namespace orvesa {
+
+/// The event's type, whoever sent it: the eighth bit says that another client did.
+[[nodiscard]] constexpr quint8 eventTypeOf(const xcb_generic_event_t &event)
+{
+    return static_cast<quint8>(event.response_type & 0x7f);
+}
+
+} // namespace orvesa
