@@ -49,6 +49,27 @@ struct BooleanCoercion {
     bool operator()(const QByteArray &) const { return false; }
 };
 
+/// More than any preference has. Members are looked for one by one, so an object with a hundred thousand of them, in a
+/// damaged file, would hold up the start for half a minute.
+constexpr int mostMembers = 1000;
+
+/// The JSON value of the data, a discarded one when it is none. Throws DecodingError.
+JSON parsed(const QByteArray &data)
+{
+    std::vector<int> memberCounts; // of the objects that the place in the text is inside of
+    const auto countMembers = [&memberCounts](int, JSON::parse_event_t event, const JSON &) {
+        if (event == JSON::parse_event_t::object_start) {
+            memberCounts.push_back(0);
+        } else if (event == JSON::parse_event_t::object_end) {
+            memberCounts.pop_back();
+        } else if (event == JSON::parse_event_t::key && ++memberCounts.back() > mostMembers) {
+            throw DecodingError("Too many members.");
+        }
+        return true;
+    };
+    return JSON::parse(data.begin(), data.end(), countMembers, false);
+}
+
 /// The stored data; empty when there is none, which no value decodes from.
 QByteArray storedData(const UserDefaultsPort &defaults, QLatin1StringView key)
 {
@@ -98,9 +119,9 @@ SettingsValues readSettings(const UserDefaultsPort &defaults, const PreferredLan
 
 std::optional<HotKeyOverrides> decodedHotKeys(const QByteArray &data, UnknownActions unknown)
 {
-    const JSON json = JSON::parse(data.begin(), data.end(), nullptr, false);
     HotKeyOverrides overrides;
     try {
+        const JSON json = parsed(data);
         JSONReading::requireObject(json);
         for (const auto &[name, member] : json.items()) {
             // Decoded before the name is looked at: one bad combination, under whatever name, spoils the whole object.
@@ -119,12 +140,12 @@ std::optional<HotKeyOverrides> decodedHotKeys(const QByteArray &data, UnknownAct
 
 std::optional<std::vector<CustomPrompt>> decodedPrompts(const QByteArray &data)
 {
-    const JSON json = JSON::parse(data.begin(), data.end(), nullptr, false);
-    if (!json.is_array()) {
-        return std::nullopt;
-    }
     std::vector<CustomPrompt> prompts;
     try {
+        const JSON json = parsed(data);
+        if (!json.is_array()) {
+            return std::nullopt;
+        }
         std::ranges::transform(json, std::back_inserter(prompts), customPromptFromJSON);
     } catch (const DecodingError &) {
         return std::nullopt;

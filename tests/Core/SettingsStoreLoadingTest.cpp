@@ -207,6 +207,25 @@ TEST_F(SettingsStoreLoading, hasNoPromptsWhenTheirDataDoNotDecode)
     }
 }
 
+TEST_F(SettingsStoreLoading, isNotHeldUpByObjectsWithVeryManyMembers)
+{
+    const auto overrides = [](int others) {
+        const QByteArray combo = R"({"keyCode":17,"carbonModifiers":256,"keyLabel":"T"})";
+        QByteArray data = R"({"translateSelection":)" + combo;
+        for (int other = 0; other < others; ++other) {
+            data += ",\"" + QByteArray::number(other) + "\":" + combo;
+        }
+        return data + '}';
+    };
+    EXPECT_EQ(overridesAfter(overrides(999)).size(), 1U);
+    EXPECT_THAT(overridesAfter(overrides(1000)), IsEmpty());
+    QByteArray prompt = R"([{"id":"E621E1F8-C36C-495A-93FC-0C247A3E6E5F","name":"a","template":"b")";
+    for (int other = 0; other < 1000; ++other) {
+        prompt += ",\"" + QByteArray::number(other) + "\":0";
+    }
+    EXPECT_THAT(promptsAfter(prompt + "}]"), IsEmpty());
+}
+
 TEST_F(SettingsStoreLoading, survivesDeeplyNestedData)
 {
     EXPECT_THAT(overridesAfter(QByteArray(200000, '[')), IsEmpty());
