@@ -29,7 +29,7 @@ class APIHTTPClient final {
 public:
     using Headers = HTTPRequest::Headers;
 
-    /// Time without a byte after which a transfer fails.
+    /// Time without a byte after which a transfer fails. Ten times as long for all of it, however it trickles.
     static constexpr std::chrono::milliseconds defaultTimeout = std::chrono::seconds(60);
     /// An answer's greatest size, after decompression.
     static constexpr qint64 maximumBodyBytes = qint64{16} * 1024 * 1024;

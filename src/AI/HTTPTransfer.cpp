@@ -18,9 +18,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 leastReadBytes = 16 * 1024;
-constexpr qint64 greatestReadBytes = 1024 * 1024;
-constexpr qint64 networkBufferBytes = 1024 * 1024;
+constexpr qint64 leastReadBytes = qint64{16} * 1024;
+constexpr qint64 greatestReadBytes = qint64{1024} * 1024;
+constexpr qint64 networkBufferBytes = qint64{1024} * 1024;
 
 /// Whether Qt's error says something about the connection rather than about the status that was received.
 [[nodiscard]] bool isConnectionError(QNetworkReply::NetworkError error)
@@ -49,11 +49,14 @@ HTTPTransfer::HTTPTransfer(QNetworkAccessManager &manager, const HTTPRequest &re
         cancel();
         return;
     }
-    m_idleTimer.setSingleShot(true);
+    const auto timeOut = [this] { fail(QCoreApplication::translate("QAbstractSocket", "Socket operation timed out")); };
     m_idleTimer.setInterval(idleTimeout);
-    m_idleTimer.callOnTimeout(
-        this, [this] { fail(QCoreApplication::translate("QAbstractSocket", "Socket operation timed out")); });
-    m_idleTimer.start();
+    m_wholeTimer.setInterval(mostTimeouts * idleTimeout);
+    for (QTimer *timer : {&m_idleTimer, &m_wholeTimer}) {
+        timer->setSingleShot(true);
+        timer->callOnTimeout(this, timeOut);
+        timer->start();
+    }
     prepare(this, [this] { send(); });
     m_stopCallback.emplace(std::move(stop), cancel);
 }
@@ -204,6 +207,7 @@ void HTTPTransfer::finish(Resumption resumption)
 {
     m_isDone = true;
     m_idleTimer.stop();
+    m_wholeTimer.stop();
     const auto resume = [this] {
         if (auto awaiting = std::exchange(m_awaiting, nullptr)) {
             awaiting.resume(); // which destroys this object

@@ -43,6 +43,9 @@ public:
     /// the first one is gone by then.
     using Preparation = std::function<void(QObject *context, std::function<void()> prepared)>;
 
+    /// How many times the idle time-out all of a transfer may take, from a service that never falls silent.
+    static constexpr int mostTimeouts = 10;
+
     /// Prepares and sends the request, unless a stop was requested already.
     HTTPTransfer(QNetworkAccessManager &manager, const HTTPRequest &request, std::chrono::milliseconds idleTimeout,
                  const Preparation &prepare, std::stop_token stop);
@@ -79,6 +82,7 @@ private:
     QNetworkAccessManager &m_manager;
     HTTPRequest m_request;
     QTimer m_idleTimer;
+    QTimer m_wholeTimer;
     QPointer<QNetworkReply> m_reply;
     HTTPResponse m_response;
     qint64 m_announced = 0; ///< the answer's length by its header, 0 without one

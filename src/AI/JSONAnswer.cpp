@@ -1,6 +1,7 @@
 #include "AI/JSONAnswer.h"
 
 #include "Models/AppError.h"
+#include "Models/JSONReading.h"
 
 #include <algorithm>
 
@@ -95,7 +96,8 @@ QString requiredString(const JSONAnswer &value)
     if (!value.is_string()) {
         throwInvalidResponse();
     }
-    return QString::fromStdString(value.get_ref<const std::string &>());
+    // Not fromStdString(), which drops a byte order mark at the beginning.
+    return JSONReading::decoded(value.get_ref<const std::string &>());
 }
 
 std::optional<QString> optionalString(const JSONAnswer &object, const char *name)

@@ -64,6 +64,19 @@ TEST_F(HTTPTimingTest, aSlowAnswerSucceedsAsLongAsBytesKeepComing)
     EXPECT_GT(timer.elapsed(), 2 * shortTimeout.count());
 }
 
+TEST_F(HTTPTimingTest, anAnswerThatNeverEndsIsGivenUp)
+{
+    Response response = Response::text(200, QByteArray(1000, 'x'));
+    response.pieceBytes = 1;
+    response.pieceInterval = shortTimeout / 5;
+    m_service.setScript({response});
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_EQ(outcome(m_impatient.get(url(), {})).failure(), m_timedOut);
+    EXPECT_GE(timer.elapsed(), 9 * shortTimeout.count());
+    EXPECT_LT(timer.elapsed(), 20 * shortTimeout.count()); // all of it would take two hundred
+}
+
 TEST_F(HTTPTimingTest, aServiceThatSendsByteByByteBlocksNothing)
 {
     // A second of a real service is ten milliseconds here, and so is the time-out of sixty.

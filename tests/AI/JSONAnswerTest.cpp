@@ -67,6 +67,12 @@ TEST(JSONAnswerTest, anObjectWithVeryManyMembersTakesNoLongTime)
     EXPECT_LT(timer.elapsed(), 10'000);
 }
 
+TEST(JSONAnswerTest, textsKeepEveryCharacter)
+{
+    const JSONAnswer answer = decodedAnswer("{\"a\":\"\xEF\xBB\xBFx\\u0000\\ud83d\\ude00\"}");
+    EXPECT_EQ(requiredString(requiredMember(answer, "a")), u"\uFEFFx\0\U0001F600"_s);
+}
+
 TEST(JSONAnswerTest, encodesAnyText)
 {
     nlohmann::ordered_json body;
