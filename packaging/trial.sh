@@ -20,6 +20,7 @@ codename="$(. /etc/os-release && echo "$VERSION_CODENAME")"
 
 # The mirrors that this machine itself uses, as lines for apt.
 machineSources() {
+    # shellcheck disable=SC2016 # these are apt's own, not the shell's
     apt-get indextargets --format '$(SITE) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' |
         awk -v codename="$codename" '$2 ~ "^" codename { print "deb", $1, $2, $3 }' | sort -u
 }
@@ -75,6 +76,7 @@ makeOlderPackage() {
 # Mounts and processes of the root live in spaces of their own and end with its first process. It becomes the root of its
 # space, as on a machine: below a mere chroot the kernel lets nobody make user namespaces, which tests make.
 inRoot() {
+    # shellcheck disable=SC2016 # for the shell inside
     asRoot unshare --mount --pid --ipc --uts --fork --kill-child bash -ec '
         root=$1
         shift
