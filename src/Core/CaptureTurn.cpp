@@ -1,5 +1,7 @@
 #include "Core/CaptureTurn.h"
 
+#include <utility>
+
 namespace orvesa {
 
 CaptureTurn::Holder::~Holder()
@@ -23,14 +25,23 @@ void CaptureTurn::Waiting::await_suspend(std::coroutine_handle<> waiting)
 
 void CaptureTurn::pass()
 {
-    if (m_waiting.empty()) {
-        m_isTaken = false;
+    // Any number of jobs may give the turn back as soon as they get it, which must not pile up.
+    m_isPassedOn = true;
+    if (m_isPassing) {
         return;
     }
-    // The turn stays taken: it goes straight to the next.
-    const std::coroutine_handle<> next = m_waiting.front();
-    m_waiting.pop_front();
-    next.resume();
+    m_isPassing = true;
+    while (std::exchange(m_isPassedOn, false)) {
+        if (m_waiting.empty()) {
+            m_isTaken = false;
+            break;
+        }
+        // The turn stays taken: it goes straight to the next.
+        const std::coroutine_handle<> next = m_waiting.front();
+        m_waiting.pop_front();
+        next.resume();
+    }
+    m_isPassing = false;
 }
 
 } // namespace orvesa

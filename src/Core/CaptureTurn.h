@@ -40,11 +40,14 @@ public:
         CaptureTurn *m_turn;
     };
     [[nodiscard]] Waiting next() { return Waiting(*this); }
+    [[nodiscard]] bool isTaken() const { return m_isTaken; }
 
 private:
     void pass();
 
     bool m_isTaken = false;
+    bool m_isPassing = false;  ///< pass() is at work
+    bool m_isPassedOn = false; ///< whoever got the turn from it has given it back already
     std::deque<std::coroutine_handle<>> m_waiting;
 };
 

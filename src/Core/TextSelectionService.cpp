@@ -34,12 +34,12 @@ TextSelectionService::~TextSelectionService()
     m_state->putAside.reset();
 }
 
-QCoro::Task<QString> TextSelectionService::currentSelectedText()
+QCoro::Task<QString> TextSelectionService::currentSelectedText(std::stop_token stop)
 {
-    return capture(m_state);
+    return capture(m_state, std::move(stop));
 }
 
-QCoro::Task<QString> TextSelectionService::capture(SharedState state)
+QCoro::Task<QString> TextSelectionService::capture(SharedState state, std::stop_token stop)
 {
     // The ways to the selection in their order; the first that gives one ends the search. The read comes before the
     // question of trust: it costs little and simply gives nothing when trust is missing.
@@ -73,11 +73,13 @@ QCoro::Task<QString> TextSelectionService::capture(SharedState state)
             const Action press = [&elements = state->with.elements, element = item->element] {
                 elements.performAction(element, u"AXPress"_s);
             };
-            text = co_await readPasteboard(state, press);
+            text = co_await readPasteboard(state, press, stop);
         } else {
-            text = co_await selectedTextViaClipboard(state);
+            text = co_await selectedTextViaClipboard(state, stop);
         }
-        report.succeeded();
+        if (!text.isEmpty()) {
+            report.succeeded();
+        }
     } catch (...) {
         failure = std::current_exception();
     }
@@ -106,7 +108,7 @@ std::optional<QString> TextSelectionService::selectedTextViaAccessibility(Access
     return std::nullopt;
 }
 
-QCoro::Task<QString> TextSelectionService::selectedTextViaClipboard(SharedState state)
+QCoro::Task<QString> TextSelectionService::selectedTextViaClipboard(SharedState state, std::stop_token stop)
 {
     const std::chrono::milliseconds deadline = state->with.clock.now() + releaseBound;
     while (state->with.clock.now() < deadline && (state->with.keyboard.modifierFlags() & KeyboardFlags::all) != 0) {
@@ -118,13 +120,17 @@ QCoro::Task<QString> TextSelectionService::selectedTextViaClipboard(SharedState 
     const Action stroke = [&keyboard = state->with.keyboard] {
         KeyboardEventSender::sendCommandKeystroke(keyboard, keyCodeOfC);
     };
-    co_return co_await readPasteboard(state, stroke);
+    co_return co_await readPasteboard(state, stroke, stop);
 }
 
-QCoro::Task<QString> TextSelectionService::readPasteboard(SharedState state, Action action)
+QCoro::Task<QString> TextSelectionService::readPasteboard(SharedState state, Action action, std::stop_token stop)
 {
+    const bool hasToWait = state->turn.isTaken();
     co_await state->turn.next();
     const CaptureTurn::Holder turn(state->turn);
+    if (hasToWait && stop.stop_requested() && !state->isOver) {
+        co_return QString();
+    }
 
     // Contents that cannot be put back are not put at risk.
     std::optional<ClipboardService::Snapshot> snapshot = co_await state->clipboard.snapshot();

@@ -22,6 +22,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 
 namespace orvesa {
 
@@ -49,8 +50,9 @@ public:
     Q_DISABLE_COPY_MOVE(TextSelectionService)
 
     /// The selection exactly as it is, never blank. Throws AppError: accessibilityPermissionDenied or noSelectedText.
-    /// Several at a time do not get into each other's way.
-    [[nodiscard]] QCoro::Task<QString> currentSelectedText();
+    /// Several at a time do not get into each other's way. Empty, which is no selection, when a stop was requested
+    /// while the pasteboard was another capture's: whoever presses a shortcut again and again wants the last press.
+    [[nodiscard]] QCoro::Task<QString> currentSelectedText(std::stop_token stop = {});
 
     /// The accessibility read alone: no side effects, may be empty or blank.
     [[nodiscard]] static std::optional<QString> selectedTextViaAccessibility(AccessibilityElementsPort &elements);
@@ -76,11 +78,11 @@ private:
     };
     using SharedState = std::shared_ptr<State>;
 
-    [[nodiscard]] static QCoro::Task<QString> capture(SharedState state);
+    [[nodiscard]] static QCoro::Task<QString> capture(SharedState state, std::stop_token stop);
     /// By the copy keystroke, once the shortcut's own keys are up.
-    [[nodiscard]] static QCoro::Task<QString> selectedTextViaClipboard(SharedState state);
+    [[nodiscard]] static QCoro::Task<QString> selectedTextViaClipboard(SharedState state, std::stop_token stop);
     /// Runs the action and gives the text that it brings onto the pasteboard, whose contents are then put back.
-    [[nodiscard]] static QCoro::Task<QString> readPasteboard(SharedState state, Action action);
+    [[nodiscard]] static QCoro::Task<QString> readPasteboard(SharedState state, Action action, std::stop_token stop);
     /// Puts back what is put aside if the pasteboard has changed since, and whether it had.
     static bool putBackWhenChanged(State &state);
 

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace orvesa {
 namespace {
 
@@ -71,6 +73,39 @@ TEST_F(TextSelectionServiceTest, keepsSeveralItemsAndEmptyOnes)
     EXPECT_EQ(capture(), u"copied"_s);
     EXPECT_THAT(m_pasteboard.items(), ElementsAre(m_kept, PasteboardItem(), words));
     EXPECT_EQ(m_pasteboard.writes(), 1);
+}
+
+TEST_F(TextSelectionServiceTest, leavesOutTheCapturesThatWereStoppedWhileTheyWaited)
+{
+    std::stop_source stopped;
+    const auto first = begin(stopped.get_token());
+    const auto second = begin(stopped.get_token());
+    const auto third = begin();
+    stopped.request_stop();
+    m_clock.advance(1s);
+    EXPECT_EQ(first->error, m_noSelectedText) << "it had begun";
+    EXPECT_TRUE(second->isOver);
+    EXPECT_EQ(second->text, QString());
+    EXPECT_FALSE(third->isOver);
+    copyOnKeystroke(u"copied"_s);
+    m_pasteboard.copyFromOutside(u"copied"_s);
+    m_clock.advance(1s);
+    EXPECT_EQ(third->text, u"copied"_s);
+    EXPECT_EQ(m_keyboard.posted().size(), 4U) << "two strokes";
+}
+
+TEST_F(TextSelectionServiceTest, survivesAnyNumberOfCapturesThatWereStopped)
+{
+    constexpr int count = 20'000;
+    std::stop_source stopped;
+    std::vector<std::shared_ptr<Capture>> captures;
+    for (int index = 0; index < count; ++index) {
+        captures.push_back(begin(stopped.get_token()));
+    }
+    stopped.request_stop();
+    m_clock.advance(1s);
+    EXPECT_TRUE(std::ranges::all_of(captures, &Capture::isOver));
+    EXPECT_EQ(m_keyboard.posted().size(), 2U);
 }
 
 } // namespace

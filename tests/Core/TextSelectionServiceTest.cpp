@@ -19,20 +19,22 @@ TextSelectionServiceTest::TextSelectionServiceTest()
     m_workspace.setFrontmostApplication(process);
 }
 
-QCoro::Task<void> TextSelectionServiceTest::runInto(TextSelectionService &service, std::shared_ptr<Capture> capture)
+QCoro::Task<void> TextSelectionServiceTest::runInto(TextSelectionService &service, std::shared_ptr<Capture> capture,
+                                                    std::stop_token stop)
 {
     try {
-        capture->text = co_await service.currentSelectedText();
+        capture->text = co_await service.currentSelectedText(stop);
     } catch (const AppError &error) {
         capture->error = error;
     }
     capture->isOver = true;
 }
 
-std::shared_ptr<TextSelectionServiceTest::Capture> TextSelectionServiceTest::beginOn(TextSelectionService &service)
+std::shared_ptr<TextSelectionServiceTest::Capture> TextSelectionServiceTest::beginOn(TextSelectionService &service,
+                                                                                     std::stop_token stop)
 {
     auto capture = std::make_shared<Capture>();
-    (void)runInto(service, capture);
+    (void)runInto(service, capture, std::move(stop));
     return capture;
 }
 

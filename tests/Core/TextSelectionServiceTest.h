@@ -21,6 +21,8 @@
 
 #include <memory>
 #include <optional>
+#include <stop_token>
+#include <utility>
 #include <vector>
 
 namespace orvesa {
@@ -38,8 +40,8 @@ protected:
 
     TextSelectionServiceTest();
 
-    static std::shared_ptr<Capture> beginOn(TextSelectionService &service);
-    std::shared_ptr<Capture> begin() { return beginOn(m_service); }
+    static std::shared_ptr<Capture> beginOn(TextSelectionService &service, std::stop_token stop = {});
+    std::shared_ptr<Capture> begin(std::stop_token stop = {}) { return beginOn(m_service, std::move(stop)); }
     /// Longer than any capture takes.
     std::shared_ptr<Capture> runToEnd();
     /// The text of a whole capture.
@@ -66,7 +68,8 @@ protected:
     TextSelectionService m_service{{m_elements, m_trust, m_workspace, m_keyboard, m_pasteboard, m_clock}};
 
 private:
-    static QCoro::Task<void> runInto(TextSelectionService &service, std::shared_ptr<Capture> capture);
+    static QCoro::Task<void> runInto(TextSelectionService &service, std::shared_ptr<Capture> capture,
+                                     std::stop_token stop);
 };
 
 } // namespace orvesa
