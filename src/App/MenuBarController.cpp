@@ -3,6 +3,7 @@
 #include "App/TranslationCoordinator.h"
 #include "Core/Localization.h"
 #include "Core/SettingsStore.h"
+#include "UI/Style.h"
 
 #include <QCoreApplication>
 #include <QCursor>
@@ -86,6 +87,7 @@ void MenuBarController::popUp()
 std::unique_ptr<QMenu> MenuBarController::build()
 {
     auto menu = std::make_unique<QMenu>();
+    menu->setFont(Style::inLanguage(menu->font(), Style::interfaceLanguage()));
     // A tray that shows the menu itself says so: what is clicked there is clicked in our menu.
     connect(menu.get(), &QMenu::aboutToShow, this, [this] { m_coordinator.noteStatusMenu(StatusMenu::open); });
     connect(menu.get(), &QMenu::aboutToHide, this, [this] { m_coordinator.noteStatusMenu(StatusMenu::closed); });

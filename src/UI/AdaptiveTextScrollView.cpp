@@ -73,10 +73,15 @@ void AdaptiveTextScrollView::setTextColor(const QColor &color)
     setPalette(colored);
 }
 
-void AdaptiveTextScrollView::setContent(const QString &text, int width, int maximumHeight)
+void AdaptiveTextScrollView::setContent(const QString &text, int width, int maximumHeight, TextLanguage language)
 {
-    if (text == m_text && width == m_width && maximumHeight == m_maximumHeight) {
+    const QFont textFont = Style::contentFont(font(), textLanguage(text, language));
+    const bool hasOtherFont = textFont.families() != font().families();
+    if (text == m_text && width == m_width && maximumHeight == m_maximumHeight && !hasOtherFont) {
         return;
+    }
+    if (hasOtherFont) {
+        setFont(textFont);
     }
     const bool isOther = text != m_text;
     m_text = text;
@@ -96,6 +101,11 @@ void AdaptiveTextScrollView::setContent(const QString &text, int width, int maxi
     // A text that fits must not scroll by the rounding of its last line.
     setVerticalScrollBarPolicy(height < maximumHeight ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
     setFixedHeight(height);
+}
+
+int AdaptiveTextScrollView::lineHeight() const
+{
+    return fontMetrics().height() * lineHeightPercent / 100;
 }
 
 /// Measured apart: the document of a widget that is not shown yet has another width than the widget is going to have.
@@ -170,8 +180,8 @@ void AdaptiveTextScrollView::appendSlice()
     if (isComplete() || m_text.at(m_shown - 1) == u'\n') {
         return;
     }
-    // A paragraph longer than a slice goes on in a block of its own, for a block is laid out as a whole. It is cut where
-    // a line ends anyway, so that nobody sees it.
+    // A paragraph longer than a slice goes on in a block of its own, for a block is laid out as a whole. It is cut
+    // where a line ends anyway, so that nobody sees it.
     QTextBlock block = document()->lastBlock();
     if (const qsizetype start = startOfLastLine(); start > 0) {
         end.setPosition(block.position() + static_cast<int>(start));

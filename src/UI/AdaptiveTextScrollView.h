@@ -6,6 +6,8 @@
 // at once; the rest follows in slices of a few milliseconds whenever the event loop has nothing else to do. Main thread
 // only.
 
+#include "UI/TextLanguage.h"
+
 #include <QBasicTimer>
 #include <QTextEdit>
 
@@ -20,12 +22,14 @@ public:
     explicit AdaptiveTextScrollView(QWidget *parent = nullptr);
 
     /// Shows `text` in a box of `width`, at most `maximumHeight` high; both in device-independent pixels. Fixes the
-    /// widget's height.
-    void setContent(const QString &text, int width, int maximumHeight);
+    /// widget's height. `language` is what the text is taken for when its characters do not tell.
+    void setContent(const QString &text, int width, int maximumHeight, TextLanguage language = TextLanguage::other);
     void setTextColor(const QColor &color);
 
     /// The text set last, whether all of it is laid out or not.
     [[nodiscard]] const QString &content() const { return m_text; }
+    /// The height of a line in the text's font, for what stands beside the first one.
+    [[nodiscard]] int lineHeight() const;
     [[nodiscard]] bool isComplete() const { return m_shown == m_text.size(); }
 
 protected:

@@ -11,7 +11,7 @@
 namespace orvesa::ControlPainting {
 
 namespace {
-constexpr float ringOpacity = 0.55F;
+constexpr float glowOpacity = 0.55F;
 } // namespace
 
 QRectF controlArea(const QWidget &widget)
@@ -47,24 +47,35 @@ void paintFrame(QPainter &painter, const QRectF &area, qreal radius, const QBrus
 
 void paintFocusRing(QPainter &painter, const QRectF &area, qreal radius, const QColor &accent)
 {
-    constexpr qreal half = Style::focusRingWidth / 2.0;
-    QColor ring = accent;
-    ring.setAlphaF(ringOpacity);
+    constexpr qreal width = Style::focusRingWidth - 1;
+    constexpr qreal distance = 1 + width / 2;
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(ring, Style::focusRingWidth));
+    painter.setPen(QPen(accent, width));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(aligned(painter, area).adjusted(-distance, -distance, distance, distance),
+                            radius + distance, radius + distance);
+}
+
+void paintFieldGlow(QPainter &painter, const QRectF &area, qreal radius, const QColor &accent)
+{
+    constexpr qreal half = Style::focusRingWidth / 2.0;
+    QColor glow = accent;
+    glow.setAlphaF(glowOpacity);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(glow, Style::focusRingWidth));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(aligned(painter, area).adjusted(-half, -half, half, half), radius + half, radius + half);
 }
 
 void drawTextOnGradient(QPainter &painter, const QRectF &area, const QString &line)
 {
-    // Around the place a point below the text: a blur for the price of a few glyphs.
+    // Around the text and a point below it: a blur for the price of a few glyphs.
     struct Layer {
         QPointF offset;
         int opacity;
     };
-    constexpr std::array shadow{Layer{{-1, 1}, 22},     Layer{{1, 1}, 22},     Layer{{0, 2}, 22},
-                                Layer{{-0.5, 0.5}, 26}, Layer{{0.5, 0.5}, 26}, Layer{{0, 1}, 64}};
+    constexpr std::array shadow{Layer{{-1, 1}, 24},    Layer{{1, 1}, 24},    Layer{{0, 2}, 24}, Layer{{0, -0.75}, 24},
+                                Layer{{-0.75, 0}, 34}, Layer{{0.75, 0}, 34}, Layer{{0, 1}, 76}};
     constexpr int flags = Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine;
     for (const Layer &layer : shadow) {
         painter.setPen(QColor(0, 0, 0, layer.opacity));

@@ -20,8 +20,12 @@ namespace orvesa::ControlPainting {
 
 /// A filled rounded rectangle with a thin outline inside its edges.
 void paintFrame(QPainter &painter, const QRectF &area, qreal radius, const QBrush &fill, const QColor &line);
-/// The ring around a control that has the keyboard.
+/// The ring around a control that has the keyboard, a point apart from it, since the control may have the same colour.
+/// `accent` is to be told from the background.
 void paintFocusRing(QPainter &painter, const QRectF &area, qreal radius, const QColor &accent);
+
+/// The glow around a field that has the keyboard, and whose outline is drawn in the accent then.
+void paintFieldGlow(QPainter &painter, const QRectF &area, qreal radius, const QColor &accent);
 
 /// White text on one of the themes' gradients, with a soft shadow that keeps it readable on the lightest of them.
 void drawTextOnGradient(QPainter &painter, const QRectF &area, const QString &line);

@@ -1,5 +1,7 @@
 #include "UI/ElidedLabel.h"
 
+#include "UI/Style.h"
+
 #include <QPainter>
 
 using namespace Qt::StringLiterals;
@@ -21,6 +23,7 @@ void ElidedLabel::setContent(const QString &text)
 {
     // More than is kept is read, because line breaks and runs of blanks become one blank each.
     const QString line = text.left(4 * longest).simplified();
+    setFont(Style::contentFont(font(), textLanguage(line, Style::interfaceLanguage())));
     if (line.size() <= longest && text.size() <= 4 * longest) {
         setText(line);
         return;

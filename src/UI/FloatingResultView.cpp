@@ -4,6 +4,7 @@
 #include "Core/SettingsStore.h"
 #include "UI/AdaptiveTextScrollView.h"
 #include "UI/Divider.h"
+#include "UI/InterfaceFonts.h"
 #include "UI/LoadingView.h"
 #include "UI/PanelHeader.h"
 #include "UI/PlainLabel.h"
@@ -21,6 +22,24 @@ using namespace Qt::StringLiterals;
 
 namespace orvesa {
 
+namespace {
+
+/// What an answer is written in when its characters do not tell: what was asked for.
+TextLanguage languageOfAnswers(const FloatingResultViewModel &model)
+{
+    if (model.translationLanguage() == TargetLanguage::japanese || model.polishMode() == PolishMode::businessJapanese ||
+        model.polishMode() == PolishMode::naturalJapanese) {
+        return TextLanguage::japanese;
+    }
+    if (model.translationLanguage() == TargetLanguage::traditionalChinese ||
+        model.polishMode() == PolishMode::traditionalChinese) {
+        return TextLanguage::traditionalChinese;
+    }
+    return Style::interfaceLanguage();
+}
+
+} // namespace
+
 FloatingResultView::FloatingResultView(FloatingResultViewModel &model, const SettingsStore &settings, QWidget *parent)
     : QWidget(parent), m_model(model), m_settings(settings), m_header(new PanelHeader(model, this))
 {
@@ -33,7 +52,7 @@ FloatingResultView::FloatingResultView(FloatingResultViewModel &model, const Set
     constexpr int outset = SymbolButton::outset();
     auto *body = new QVBoxLayout;
     body->setContentsMargins(Style::contentMargin, Style::contentMargin - 2, Style::contentMargin, 0);
-    body->setSpacing(Style::sectionSpacing);
+    body->setSpacing(Style::unit); // below a text, which keeps some room of its own at its end
     column->addLayout(body);
     buildSourceSection(*body);
     buildResultSection(*body);
@@ -41,8 +60,8 @@ FloatingResultView::FloatingResultView(FloatingResultViewModel &model, const Set
     m_status->setWordWrap(true);
     body->addWidget(m_status);
     auto *buttons = new QHBoxLayout;
-    buttons->setContentsMargins(Style::contentMargin - outset, Style::sectionSpacing - outset,
-                                Style::contentMargin - outset, Style::contentMargin - outset);
+    buttons->setContentsMargins(Style::contentMargin - outset, Style::spacing - outset, Style::contentMargin - outset,
+                                Style::contentMargin - outset);
     buildButtons(*buttons);
     column->addLayout(buttons);
     refreshColors();
@@ -52,13 +71,12 @@ void FloatingResultView::buildSourceSection(QVBoxLayout &body)
 {
     m_sourceSection = new QWidget(this);
     auto *column = new QVBoxLayout(m_sourceSection);
-    column->setContentsMargins(0, 0, 0, 0);
+    column->setContentsMargins(0, 0, 0, Style::sectionSpacing - Style::unit);
     column->setSpacing(Style::captionSpacing);
     m_sourceCaption = makePlainLabel(Style::captionFont(), m_sourceSection);
     m_source = new AdaptiveTextScrollView(m_sourceSection);
     column->addWidget(m_sourceCaption);
     column->addWidget(m_source);
-    column->addSpacing(Style::captionSpacing);
     column->addWidget(new Divider(m_sourceSection));
     body.addWidget(m_sourceSection);
 }
@@ -117,7 +135,8 @@ void FloatingResultView::refresh(int visibleScreenHeight)
 
     m_sourceSection->setVisible(!m_model.sourceText().isEmpty());
     if (!m_model.sourceText().isEmpty()) {
-        m_source->setContent(m_model.sourceText(), textWidth, ResultMetrics::maximumSourceHeight(visibleScreenHeight));
+        m_source->setContent(m_model.sourceText(), textWidth, ResultMetrics::maximumSourceHeight(visibleScreenHeight),
+                             Style::interfaceLanguage());
     }
     refreshResult(textWidth, ResultMetrics::maximumResultHeight(visibleScreenHeight));
     m_status->setVisible(m_model.statusMessage().has_value());
@@ -134,10 +153,12 @@ void FloatingResultView::refreshResult(int textWidth, int maximumHeight)
     m_result->setVisible(success != nullptr);
     m_failure->setVisible(failure != nullptr);
     if (success != nullptr) {
-        m_result->setContent(success->text, textWidth, maximumHeight);
+        m_result->setContent(success->text, textWidth, maximumHeight, languageOfAnswers(m_model));
     }
     if (failure != nullptr) {
-        m_failureText->setContent(failure->message, textWidth - Style::symbolSize - Style::spacing, maximumHeight);
+        m_failureText->setContent(failure->message, textWidth - Style::symbolSize - Style::spacing, maximumHeight,
+                                  Style::interfaceLanguage());
+        m_failureSymbol->setFixedHeight(m_failureText->lineHeight());
     }
     m_copy->setEnabled(success != nullptr);
     m_retry->setEnabled(!loading);
@@ -148,6 +169,7 @@ void FloatingResultView::refreshTexts()
     const QString original = Localization::string(L10nKey::panelOriginal);
     const QString result = Localization::string(L10nKey::panelResult);
     if (original != m_sourceCaption->text() || result != m_resultCaption->text()) {
+        InterfaceFonts::follow(*this);
         m_sourceCaption->setText(original);
         m_source->setAccessibleName(original);
         m_resultCaption->setText(result);

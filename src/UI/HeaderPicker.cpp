@@ -48,7 +48,7 @@ void HeaderPicker::paintEvent(QPaintEvent *)
         painter.drawRoundedRect(pill.adjusted(-1, -1, 1, 1), Style::pickerRadius + 1, Style::pickerRadius + 1);
     }
     painter.setPen(QPen(QColor(255, 255, 255, 89), 1));
-    painter.setBrush(QColor(255, 255, 255, underMouse() ? 77 : 56));
+    painter.setBrush(Style::headerPickerTint(underMouse() ? Style::Pointer::over : Style::Pointer::away));
     painter.drawRoundedRect(pill.adjusted(0.5, 0.5, -0.5, -0.5), Style::pickerRadius, Style::pickerRadius);
 
     const QRectF textArea = pill.adjusted(Style::pickerPadding, 0, -Style::pickerPadding - chevronSize, 0);

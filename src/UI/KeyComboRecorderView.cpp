@@ -24,6 +24,7 @@ constexpr float restingRing = 0.45F;
 constexpr float listeningRing = 0.32F;
 constexpr float listeningTint = 0.08F;
 constexpr double textContrast = 4.5;
+constexpr double shapeContrast = 3;
 
 KeyPress keyPress(const MonitoredKeyPress &press)
 {
@@ -265,7 +266,10 @@ void KeyComboRecorderView::paintEvent(QPaintEvent *)
     painter.setBrush(fill);
     const QRectF frame = control.adjusted(0.5, 0.5, -0.5, -0.5);
     painter.drawRoundedRect(frame, Style::controlRadius, Style::controlRadius);
-    painter.setPen(QPen(m_isRecording ? m_accent : colors.fieldLine, 1));
+    painter.setPen(QPen(m_isRecording ? m_accent
+                        : hasFocus()  ? Style::readable(m_accent, colors.card, shapeContrast)
+                                      : colors.fieldLine,
+                        1));
     painter.setBrush(m_isRecording ? QBrush(withAlpha(m_accent, listeningTint)) : QBrush(Qt::NoBrush));
     painter.drawRoundedRect(frame, Style::controlRadius, Style::controlRadius);
     painter.setPen(m_isRecording ? Style::readable(m_accent, mixed(m_accent, colors.field, listeningTint), textContrast)

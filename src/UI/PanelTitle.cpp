@@ -28,6 +28,7 @@ void PanelTitle::setText(const QString &text)
         return;
     }
     m_text = line;
+    setFont(Style::contentFont(Style::titleFont(), textLanguage(line, Style::interfaceLanguage())));
     setAccessibleName(line);
     updateGeometry();
     update();

@@ -34,17 +34,26 @@ void Picker::setChoices(const QStringList &choices, int current)
         m_choices = choices;
         clear();
         addItems(choices);
+        for (int index = 0; index < count(); ++index) {
+            setItemData(index, choiceFont(index), Qt::FontRole);
+        }
         updateGeometry();
     }
     setCurrentIndex(current);
+}
+
+/// Each name in the shapes of its own language: the list of languages shows all of them.
+QFont Picker::choiceFont(int index) const
+{
+    return Style::inLanguage(font(), textLanguage(m_choices.value(index), Style::interfaceLanguage()));
 }
 
 QSize Picker::sizeHint() const
 {
     constexpr int outset = Style::focusRingWidth;
     int widest = 0;
-    for (const QString &choice : m_choices) {
-        widest = std::max(widest, fontMetrics().horizontalAdvance(choice));
+    for (int index = 0; index < count(); ++index) {
+        widest = std::max(widest, QFontMetrics(choiceFont(index)).horizontalAdvance(itemText(index)));
     }
     const int width = std::max(smallestWidth, widest + 2 * padding + chevronGap + chevronSize);
     return {width + 2 * outset, Style::buttonHeight + 2 * outset};
@@ -62,6 +71,7 @@ void Picker::paintEvent(QPaintEvent *)
     ControlPainting::paintFrame(painter, area, Style::controlRadius, underMouse() ? colors.hover : colors.field,
                                 colors.fieldLine);
     painter.setPen(colors.text);
+    painter.setFont(choiceFont(currentIndex()));
     const QRectF inner = area.adjusted(padding, 0, -padding, 0);
     painter.drawText(inner.adjusted(0, 0, -chevronGap - chevronSize + 1, 0),
                      Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, currentText());

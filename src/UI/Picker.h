@@ -27,6 +27,8 @@ protected:
     void wheelEvent(QWheelEvent *event) override;
 
 private:
+    [[nodiscard]] QFont choiceFont(int index) const;
+
     QStringList m_choices;
 };
 

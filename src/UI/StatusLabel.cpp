@@ -45,7 +45,6 @@ StatusLabel::StatusLabel(const QFont &font, QWidget *parent, QString symbol)
     row->setSpacing(gap);
     row->addWidget(m_image, 0, Qt::AlignTop);
     row->addWidget(m_text, 1);
-    m_image->setFixedSize(symbolSize, std::max(symbolSize, m_text->fontMetrics().height()));
     m_image->setVisible(!m_symbol.isEmpty());
     hide();
 }
@@ -76,6 +75,7 @@ void StatusLabel::changeEvent(QEvent *event)
 void StatusLabel::refreshColors()
 {
     const QColor color = toneColor(m_tone, Style::colors(palette()));
+    m_image->setFixedSize(symbolSize, std::max(symbolSize, m_text->fontMetrics().height()));
     setLabelColor(*m_text, color);
     if (!m_symbol.isEmpty()) {
         m_image->setPixmap(Symbols::pixmap(m_symbol, color, symbolSize, devicePixelRatioF()));

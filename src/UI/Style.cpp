@@ -1,12 +1,13 @@
 #include "UI/Style.h"
 
+#include "Core/Localization.h"
+#include "UI/FontFamilies.h"
+
 #include <QFontInfo>
 #include <QGuiApplication>
 
 #include <algorithm>
 #include <cmath>
-
-using namespace Qt::StringLiterals;
 
 namespace orvesa::Style {
 
@@ -50,12 +51,18 @@ const Colors &darkColors()
     return colors;
 }
 
+/// The family that the desktop's font stands for ("Sans" is none).
+QString desktopFamily()
+{
+    return QFontInfo(QGuiApplication::font()).family();
+}
+
 /// The desktop's font, `difference` pixels larger than the size that the desktop uses for its controls.
 QFont desktopFont(int difference, int smallest)
 {
     QFont font = QGuiApplication::font();
     font.setPixelSize(std::max(QFontInfo(font).pixelSize() + difference, smallest));
-    return font;
+    return inLanguage(font, interfaceLanguage());
 }
 
 /// WCAG's relative luminance.
@@ -66,13 +73,6 @@ double luminance(const QColor &color)
         return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
     };
     return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
-
-double contrast(const QColor &one, const QColor &other)
-{
-    const double first = luminance(one);
-    const double second = luminance(other);
-    return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
 }
 
 QColor mixed(const QColor &from, const QColor &to, float share)
@@ -112,6 +112,11 @@ QColor badgeColor()
     return {0xd3, 0x40, 0x2c};
 }
 
+QColor headerPickerTint(Pointer pointer)
+{
+    return {0, 0, 0, pointer == Pointer::over ? 92 : 68};
+}
+
 QPalette palette(Appearance appearance, const QColor &accent)
 {
     const Colors &shown = colors(appearance);
@@ -129,6 +134,13 @@ QPalette palette(Appearance appearance, const QColor &accent)
         result.setColor(QPalette::Disabled, role, shown.secondaryText);
     }
     return result;
+}
+
+double contrast(const QColor &one, const QColor &other)
+{
+    const double first = luminance(one);
+    const double second = luminance(other);
+    return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
 }
 
 QColor readable(const QColor &color, const QColor &background, double ratio)
@@ -159,11 +171,7 @@ QFont titleFont()
 
 QFont bodyFont()
 {
-    QFont font = desktopFont(1, 14);
-    // Texts from outside have emoji in them: those of the desktop's emoji font, rather than whatever other font happens
-    // to have a drawing in one colour.
-    font.setFamilies({QFontInfo(font).family(), u"emoji"_s});
-    return font;
+    return contentFont(desktopFont(1, 14), interfaceLanguage());
 }
 
 QFont controlFont()
@@ -192,6 +200,23 @@ QFont headlineFont()
 {
     QFont font = controlFont();
     font.setWeight(QFont::DemiBold);
+    return font;
+}
+
+TextLanguage interfaceLanguage()
+{
+    return textLanguage(Localization::current());
+}
+
+QFont inLanguage(QFont font, TextLanguage language)
+{
+    font.setFamilies(FontFamilies::forInterface(desktopFamily(), language));
+    return font;
+}
+
+QFont contentFont(QFont font, TextLanguage language)
+{
+    font.setFamilies(FontFamilies::forContent(desktopFamily(), language));
     return font;
 }
 

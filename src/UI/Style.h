@@ -5,6 +5,7 @@
 // Lengths are device-independent pixels ("points"). Main thread only.
 
 #include "Models/AppTheme.h"
+#include "UI/TextLanguage.h"
 
 #include <QColor>
 #include <QFont>
@@ -30,7 +31,6 @@ inline constexpr int buttonHeight = 30;
 inline constexpr int borderlessButtonSize = 24;
 inline constexpr int closeSymbolSize = 20;
 inline constexpr int symbolSize = 16;
-inline constexpr int statusItemSymbolSize = 18;
 inline constexpr int focusRingWidth = 3;
 inline constexpr int cardRadius = 12;
 inline constexpr int cardPadding = 16;
@@ -67,16 +67,21 @@ enum class Appearance { light, dark };
 [[nodiscard]] QColor color(const SRGBColor &color);
 /// White on the badge's colour is readable on every theme's sidebar.
 [[nodiscard]] QColor badgeColor();
+enum class Pointer { away, over };
+/// What darkens a theme's gradient under the white name of a header's choice.
+[[nodiscard]] QColor headerPickerTint(Pointer pointer);
 /// What the settings window's widgets inherit: the interface's colours, the accent as Highlight, the accent as a text's
 /// colour as Link, and secondary texts as PlaceholderText.
 [[nodiscard]] QPalette palette(Appearance appearance, const QColor &accent);
+/// WCAG's contrast, from 1 to 21; opaque colours.
+[[nodiscard]] double contrast(const QColor &one, const QColor &other);
 /// The colour itself, or as much lighter or darker as it takes to be told from the background: `ratio` is WCAG's
 /// contrast, 3 for shapes and 4.5 for texts.
 [[nodiscard]] QColor readable(const QColor &color, const QColor &background, double ratio);
 /// From left to right over `width`.
 [[nodiscard]] QLinearGradient horizontalGradient(const SRGBGradient &gradient, int width);
 
-/// The desktop's own font in the sizes of the interface's roles.
+/// The desktop's own font in the sizes of the interface's roles, with the characters of the interface's language.
 [[nodiscard]] QFont titleFont();
 [[nodiscard]] QFont bodyFont();
 [[nodiscard]] QFont controlFont();
@@ -84,5 +89,11 @@ enum class Appearance { light, dark };
 [[nodiscard]] QFont captionFont();
 [[nodiscard]] QFont pageTitleFont();
 [[nodiscard]] QFont headlineFont();
+/// The language of the interface's own texts.
+[[nodiscard]] TextLanguage interfaceLanguage();
+/// The font with the characters that readers of the language know, for a text of the interface.
+[[nodiscard]] QFont inLanguage(QFont font, TextLanguage language);
+/// The same for a text from outside.
+[[nodiscard]] QFont contentFont(QFont font, TextLanguage language);
 
 } // namespace orvesa::Style

@@ -22,7 +22,7 @@ TextArea::TextArea(QWidget *parent) : QPlainTextEdit(parent)
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     document()->setDocumentMargin(documentMargin);
     constexpr int inset = Style::focusRingWidth + Style::fieldPadding - documentMargin;
-    setViewportMargins(inset, inset, 0, inset);
+    setViewportMargins(inset, inset, inset - Style::focusRingWidth, inset);
     setContentsMargins(0, Style::focusRingWidth + 2, Style::focusRingWidth + 2, Style::focusRingWidth + 2);
     viewport()->setAutoFillBackground(false);
     QPalette seeThrough;
@@ -38,7 +38,7 @@ bool TextArea::event(QEvent *event)
         const QRectF area = ControlPainting::controlArea(*this);
         QPainter painter(this);
         if (hasFocus()) {
-            ControlPainting::paintFocusRing(painter, area, Style::controlRadius, accent);
+            ControlPainting::paintFieldGlow(painter, area, Style::controlRadius, accent);
         }
         ControlPainting::paintFrame(painter, area, Style::controlRadius, colors.field,
                                     hasFocus() ? accent : colors.fieldLine);

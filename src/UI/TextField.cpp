@@ -45,7 +45,7 @@ void TextField::paintEvent(QPaintEvent *event)
         const QRectF area = ControlPainting::controlArea(*this);
         QPainter painter(this);
         if (hasFocus()) {
-            ControlPainting::paintFocusRing(painter, area, Style::controlRadius, accent);
+            ControlPainting::paintFieldGlow(painter, area, Style::controlRadius, accent);
         }
         ControlPainting::paintFrame(painter, area, Style::controlRadius, colors.field,
                                     hasFocus() ? accent : colors.fieldLine);

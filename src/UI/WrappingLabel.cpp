@@ -11,6 +11,8 @@ namespace orvesa {
 namespace {
 constexpr int smallestWidth = 80;
 constexpr int usualWidth = 280;
+constexpr qreal shortestLastLine = 0.2; ///< of the width
+constexpr int mostSettledLines = 6;     ///< of a service's long answer nobody minds the last one
 } // namespace
 
 WrappingLabel::WrappingLabel(const QFont &font, QWidget *parent) : QLabel(parent)
@@ -40,6 +42,40 @@ qreal WrappingLabel::breakLines(QTextLayout &layout, qreal width) const
     return height;
 }
 
+/// Where a last line of a word or a character would stand alone, the lines before it give it some of theirs. Their
+/// number, and so the height, stays.
+void WrappingLabel::setLines(QTextLayout &layout, qreal width) const
+{
+    breakLines(layout, width);
+    const int count = layout.lineCount();
+    const auto endsAlone = [&] {
+        return count > 1 && count <= mostSettledLines &&
+               layout.lineAt(layout.lineCount() - 1).naturalTextWidth() < width * shortestLastLine;
+    };
+    const qreal step = fontMetrics().averageCharWidth();
+    qreal fitting = width;
+    while (endsAlone() && fitting - step > width / 2) {
+        breakLines(layout, fitting - step);
+        if (layout.lineCount() > count) {
+            breakLines(layout, fitting);
+            return;
+        }
+        fitting -= step;
+    }
+}
+
+QStringList WrappingLabel::lines(int width) const
+{
+    QTextLayout layout(QString(text()).replace(u'\n', QChar::LineSeparator), font());
+    setLines(layout, width);
+    QStringList result;
+    for (int index = 0; index < layout.lineCount(); ++index) {
+        const QTextLine line = layout.lineAt(index);
+        result.append(layout.text().sliced(line.textStart(), line.textLength()));
+    }
+    return result;
+}
+
 QSize WrappingLabel::sizeHint() const
 {
     const int width = std::min(usualWidth, fontMetrics().horizontalAdvance(text()) + 1);
@@ -60,7 +96,7 @@ int WrappingLabel::heightForWidth(int width) const
 void WrappingLabel::paintEvent(QPaintEvent *)
 {
     QTextLayout layout(QString(text()).replace(u'\n', QChar::LineSeparator), font());
-    breakLines(layout, width());
+    setLines(layout, width());
     QPainter painter(this);
     painter.setPen(palette().color(foregroundRole()));
     layout.draw(&painter, {0, 0});

@@ -2,9 +2,9 @@
 //
 //     QT_QPA_PLATFORM=offscreen panel-gallery FOLDER
 //
-// One sheet a scale, language, appearance and theme, small enough to be looked at as a whole. The program runs itself
-// for each scale, which Qt reads once at the start. Every panel is also checked: a text that is cut off ends the
-// program with 1.
+// One sheet a scale, language, appearance and theme, and one of texts that are hard to set, small enough to be looked
+// at as a whole. The program runs itself for each scale, which Qt reads once at the start. Every panel is also checked:
+// a text that is cut off ends the program with 1.
 
 #include "Core/Localization.h"
 #include "Core/SettingsStore.h"
@@ -114,6 +114,38 @@ std::vector<Sample> samples(AppLanguage language)
          .source = u"ok"_s,
          .phase = Model::Success{u"はい。"_s},
          .hands = Hands::keyboardOnCopy},
+    };
+}
+
+/// Texts that are hard to set.
+std::vector<Sample> hardTexts()
+{
+    using Model = FloatingResultViewModel;
+    const auto answer = [](const QString &source, const QString &result, const QString &language) {
+        return Sample{.task = TranslateTask{language}, .source = source, .phase = Model::Success{result}};
+    };
+    const QString japanese =
+        u"直骨令。「こんにちは」、『世界』（二〇二六年）…ーっゃゅょ！？ HTTP/2 の仕様は RFC 9113 で定められています。"_s;
+    const QString chinese =
+        u"直骨令。「你好」，『世界』（二〇二六年）……──！？這個 HTTP/2 的規格由 RFC 9113 訂定；請參閱說明。"_s;
+    return {
+        answer(japanese, chinese, u"Traditional Chinese"_s),
+        answer(chinese, japanese, u"Japanese"_s),
+        answer(u"直骨令"_s, u"直骨令"_s, u"Japanese"_s),
+        answer(u"直骨令"_s, u"直骨令"_s, u"Traditional Chinese"_s),
+        answer(u"简体中文：图书馆九点开门，直骨令。"_s, u"한국어: 도서관은 아홉 시에 문을 엽니다. 漢字"_s,
+               u"English"_s),
+        answer(u"?"_s, u"A"_s, u"English"_s),
+        answer(
+            u"https://example.org/a/very/long/path/without/any/blank?query=abcdefghijklmnopqrstuvwxyz0123456789&more=1"_s,
+            u"Donaudampfschifffahrtselektrizitätenhauptbetriebswerkbauunterbeamtengesellschaft"_s, u"English"_s),
+        answer(u"if (a) {\n\treturn b;\n    }\n"_s, u"for x in y:\n    print(x)\n\tif z:\n\t\tpass\n\n\n"_s,
+               u"English"_s),
+        answer(u"é ế ệ ñ̃ ก็ नमस्ते Z̸a̴l̵g̶o̷"_s,
+               u"👍🏽 ❤️ 🇹🇼 1️⃣ 👩‍👩‍👧 🏳️‍🌈 ☃ ✓ → ⌘⌥"_s,
+               u"English"_s),
+        answer(u"اقرأ RFC 9113 (HTTP/2) قبل 2026-11-21."_s, u"קרא את RFC 9113 (HTTP/2) לפני 2026-11-21."_s,
+               u"English"_s),
     };
 }
 
@@ -253,11 +285,11 @@ QPixmap arranged(const std::vector<QPixmap> &panels, const QColor &background)
     return picture;
 }
 
-Sheet sheet(const SettingsStore &settings, AppLanguage language, Style::Appearance appearance)
+Sheet sheet(const SettingsStore &settings, const std::vector<Sample> &samples, Style::Appearance appearance)
 {
     Sheet result;
     std::vector<QPixmap> panels;
-    for (const Sample &sample : samples(language)) {
+    for (const Sample &sample : samples) {
         panels.push_back(drawn(sample, settings, result.cutTexts));
     }
     result.picture =
@@ -266,12 +298,13 @@ Sheet sheet(const SettingsStore &settings, AppLanguage language, Style::Appearan
 }
 
 /// Draws one sheet into the folder.
-bool draw(const QDir &folder, const SettingsStore &settings, AppLanguage language, Style::Appearance appearance)
+bool draw(const QDir &folder, const SettingsStore &settings, const QString &title, const std::vector<Sample> &samples,
+          Style::Appearance appearance)
 {
-    const QString name = u"panel-%1-%2-%3-%4x.png"_s.arg(
-        rawValue(language), appearance == Style::Appearance::dark ? u"dark"_s : u"light"_s, rawValue(settings.theme()),
-        QString::number(qApp->devicePixelRatio()));
-    const Sheet drawnSheet = sheet(settings, language, appearance);
+    const QString name = u"panel-%1-%2-%3-%4x.png"_s.arg(rawValue(settings.appLanguage()),
+                                                         appearance == Style::Appearance::dark ? u"dark"_s : u"light"_s,
+                                                         title, QString::number(qApp->devicePixelRatio()));
+    const Sheet drawnSheet = sheet(settings, samples, appearance);
     for (const QString &text : drawnSheet.cutTexts) {
         qCritical("%s: cut off: %s", qUtf8Printable(name), qUtf8Printable(text.left(60)));
     }
@@ -295,8 +328,9 @@ int drawSheets(const QDir &folder)
             settings.setAppLanguage(language);
             for (const AppTheme theme : allCases<AppTheme>()) {
                 settings.setTheme(theme);
-                isWhole = draw(folder, settings, language, appearance) && isWhole;
+                isWhole = draw(folder, settings, rawValue(theme), samples(language), appearance) && isWhole;
             }
+            isWhole = draw(folder, settings, u"texts"_s, hardTexts(), appearance) && isWhole;
         }
     }
     return isWhole ? 0 : 1;

@@ -5,6 +5,7 @@
 #include "App/Settings/SidebarItem.h"
 #include "Core/Localization.h"
 #include "Core/SettingsStore.h"
+#include "UI/InterfaceFonts.h"
 #include "UI/PlainLabel.h"
 #include "UI/Style.h"
 
@@ -76,6 +77,7 @@ SidebarItem &SettingsSidebar::item(SettingsSection section) const
 
 void SettingsSidebar::refreshTexts()
 {
+    InterfaceFonts::follow(*this);
     m_header->setText(Localization::string(L10nKey::sidebarSettings));
     for (SidebarItem *item : m_items) {
         item->refresh();

@@ -7,6 +7,7 @@
 #include "App/Settings/ShortcutsSettingsView.h"
 #include "Core/Localization.h"
 #include "Core/SettingsStore.h"
+#include "UI/InterfaceFonts.h"
 #include "UI/PlainLabel.h"
 #include "UI/SlimScrollBar.h"
 #include "UI/Style.h"
@@ -29,7 +30,7 @@ constexpr int headerSpacing = 2;
 } // namespace
 
 SettingsView::SettingsView(SettingsServices services, ProviderKeyStatus &keyStatus, QWidget *parent)
-    : QWidget(parent), m_services(std::move(services)), m_keyStatus(keyStatus),
+    : QWidget(parent), m_services(services), m_keyStatus(keyStatus),
       m_sidebar(new SettingsSidebar(
           m_services.settings, keyStatus, [this](SettingsSection section) { setSelection(section); }, this)),
       m_scrollView(new QScrollArea(this))
@@ -47,8 +48,9 @@ SettingsView::SettingsView(SettingsServices services, ProviderKeyStatus &keyStat
     row->addWidget(m_scrollView, 1);
     buildScrollView();
     refreshColors();
-    showPage();
+    // Before the page's own connections, whose widgets measure their new texts.
     connect(&m_services.settings, &SettingsStore::appLanguageChanged, this, &SettingsView::refreshTexts);
+    showPage();
     connect(&m_services.settings, &SettingsStore::themeChanged, this, &SettingsView::refreshColors);
 }
 
@@ -118,6 +120,7 @@ void SettingsView::showPage()
 
 void SettingsView::refreshTexts()
 {
+    InterfaceFonts::follow(*this);
     m_title->setText(Localization::string(titleKey(m_selection)));
     m_subtitle->setText(Localization::string(subtitleKey(m_selection)));
 }
