@@ -96,7 +96,7 @@ TEST_F(TextSelectionServiceTest, leavesOutTheCapturesThatWereStoppedWhileTheyWai
 
 TEST_F(TextSelectionServiceTest, survivesAnyNumberOfCapturesThatWereStopped)
 {
-    constexpr int count = 20'000;
+    constexpr int count = 100'000;
     std::stop_source stopped;
     std::vector<std::shared_ptr<Capture>> captures;
     for (int index = 0; index < count; ++index) {
