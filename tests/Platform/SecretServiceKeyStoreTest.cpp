@@ -2,12 +2,18 @@
 
 #include "Platform/AdoptedDesktop.h"
 #include "Platform/KeyStoreContract.h"
+#include "desktop/BusClient.h"
 
 #include <gtest/gtest.h>
 
+#include <QDBusArgument>
 #include <QDBusConnection>
+#include <QDBusMetaType>
+#include <QDBusObjectPath>
 #include <QDBusServiceWatcher>
+#include <QDBusVariant>
 #include <QElapsedTimer>
+#include <QMap>
 
 #include <optional>
 
@@ -91,6 +97,48 @@ TEST(SecretServiceKeyStoreTest, KeepsReplacesAndDeletesASecret)
 
     EXPECT_EQ(ended(store.remove(query)), KeyStoreStatus::success);
     EXPECT_EQ(desktop->keyStore().count(query.service), 0);
+}
+
+TEST(SecretServiceKeyStoreTest, SeesWhatAnotherProgramDidSinceTheLastRead)
+{
+    AdoptedDesktop desktop(withStore(KeyStore::unlocked));
+    SecretServiceKeyStore store(u"Orvesa Translate"_s);
+    desktop->keyStore().store(query.service, query.account, "sk-one");
+    for (int time = 0; time < 3; ++time) {
+        ASSERT_EQ(ended(store.copyMatching(query)).data, "sk-one");
+    }
+    desktop->keyStore().store(query.service, query.account, "sk-two");
+    EXPECT_EQ(ended(store.copyMatching(query)).data, "sk-two");
+
+    ASSERT_EQ(ended(store.remove(query)), KeyStoreStatus::success);
+    EXPECT_EQ(ended(store.copyMatching(query)).status, KeyStoreStatus::itemNotFound);
+    desktop->keyStore().store(query.service, query.account, "sk-three");
+    EXPECT_EQ(ended(store.copyMatching(query)).data, "sk-three");
+}
+
+TEST(SecretServiceKeyStoreTest, ReadsNoItemThatBecameAnotherOne)
+{
+    AdoptedDesktop desktop(withStore(KeyStore::unlocked));
+    SecretServiceKeyStore store(u"Orvesa Translate"_s);
+    desktop->keyStore().store(query.service, query.account, "sk-one");
+    ASSERT_EQ(ended(store.copyMatching(query)).data, "sk-one");
+
+    // Still in its place, and with its secret, but under another name.
+    using Attributes = QMap<QString, QString>;
+    qDBusRegisterMetaType<Attributes>();
+    desktop::BusClient bus(desktop->sessionBusAddress());
+    const QString secrets = u"org.freedesktop.secrets"_s;
+    const Attributes wanted{{u"service"_s, query.service}, {u"account"_s, query.account}};
+    const Attributes changed{{u"service"_s, query.service}, {u"account"_s, u"xai_api_key"_s}};
+    const auto found = bus.call(secrets, u"/org/freedesktop/secrets"_s, u"org.freedesktop.Secret.Service"_s,
+                                u"SearchItems"_s, {QVariant::fromValue(wanted)});
+    const auto places = qdbus_cast<QList<QDBusObjectPath>>(found.arguments().value(0));
+    ASSERT_EQ(places.size(), 1);
+    bus.call(secrets, places.front().path(), u"org.freedesktop.DBus.Properties"_s, u"Set"_s,
+             {u"org.freedesktop.Secret.Item"_s, u"Attributes"_s,
+              QVariant::fromValue(QDBusVariant(QVariant::fromValue(changed)))});
+    EXPECT_EQ(ended(store.copyMatching(query)).status, KeyStoreStatus::itemNotFound);
+    EXPECT_EQ(ended(store.copyMatching({query.service, u"xai_api_key"_s})).data, "sk-one");
 }
 
 TEST(SecretServiceKeyStoreTest, FindsAnEmptySecretAndOneOfAnotherProgram)

@@ -49,13 +49,27 @@ SecretServiceConversation::Call::Call(SecretServiceConversation &conversation, S
     m_pending->pump = conversation.m_pump;
 }
 
+void SecretServiceConversation::Call::begin()
+{
+    if (m_conversation.hasEnded() || !m_starter) {
+        return;
+    }
+    const auto pump = m_pending->pump;
+    const Starter starter = std::exchange(m_starter, nullptr);
+    starter(m_conversation.m_cancellable, &Pending::completed, new std::shared_ptr<Pending>(m_pending));
+    pump->look();
+}
+
+bool SecretServiceConversation::Call::await_ready() const
+{
+    return m_conversation.hasEnded() || m_pending->result != nullptr;
+}
+
 void SecretServiceConversation::Call::await_suspend(std::coroutine_handle<> job)
 {
     m_pending->job = job;
     m_conversation.m_pending = m_pending;
-    const auto pump = m_pending->pump;
-    m_starter(m_conversation.m_cancellable, &Pending::completed, new std::shared_ptr<Pending>(m_pending));
-    pump->look();
+    begin();
 }
 
 GAsyncResult *SecretServiceConversation::Call::await_resume() const

@@ -1,7 +1,7 @@
 #pragma once
 
-// A conversation with the secret store: asynchronous calls of libsecret and of the bus, one after the other, under one
-// bound.
+// A conversation with the secret store: asynchronous calls of libsecret and of the bus, awaited one after the other,
+// under one bound.
 //
 // Main thread; lives in the frame of the coroutine that runs it. When the bound passes, or the store object goes, the
 // call in flight is cancelled and given up at once, whether or not the library reacts, and so is every later one.
@@ -99,7 +99,11 @@ class SecretServiceConversation::Call final {
 public:
     Call(SecretServiceConversation &conversation, Starter starter);
 
-    [[nodiscard]] bool await_ready() const { return m_conversation.hasEnded(); }
+    /// Begins the call before it is awaited, so that several are on their way at once. Whether it is ever awaited is
+    /// up to the caller. The conversation must be open.
+    void begin();
+
+    [[nodiscard]] bool await_ready() const;
     void await_suspend(std::coroutine_handle<> job);
     [[nodiscard]] GAsyncResult *await_resume() const;
 

@@ -16,18 +16,7 @@ QCoro::Task<KeyStoreCopyResult> runCopy(std::shared_ptr<SecretServiceSession> se
     if (const qint32 status = co_await operation.open(); status != KeyStoreStatus::success) {
         co_return KeyStoreCopyResult{.status = status, .data = {}};
     }
-    const auto found = co_await operation.search(std::move(query));
-    if (found.status != KeyStoreStatus::success) {
-        co_return KeyStoreCopyResult{.status = found.status, .data = {}};
-    }
-    if (!found.unlocked.empty()) {
-        co_return co_await operation.secret(found.unlocked.front());
-    }
-    const std::vector<SecretServiceOperation::Path> wanted(1, found.locked.front());
-    if (const qint32 status = co_await operation.unlock(wanted); status != KeyStoreStatus::success) {
-        co_return KeyStoreCopyResult{.status = status, .data = {}};
-    }
-    co_return co_await operation.secret(found.locked.front());
+    co_return co_await operation.copy(std::move(query));
 }
 
 /// Opens, searches and unlocks; every matching item, none of them locked any more.

@@ -70,7 +70,7 @@ std::vector<const gchar *> pointersTo(const std::vector<QByteArray> &paths)
 } // namespace
 
 SecretServiceOperation::SecretServiceOperation(std::shared_ptr<SecretServiceSession> session)
-    : m_conversation(std::move(session))
+    : m_session(session), m_conversation(std::move(session))
 {
 }
 
@@ -79,29 +79,80 @@ QCoro::Task<qint32> SecretServiceOperation::open()
     return m_conversation.open();
 }
 
-QCoro::Task<SecretServiceOperation::Found> SecretServiceOperation::search(KeyStoreQuery query)
+SecretServiceOperation::Call SecretServiceOperation::searchCall(const KeyStoreQuery &query)
 {
-    // Some stores, KeePassXC among them, unlock before they search and let the search wait for that.
-    m_conversation.expect(Waiting::forUser);
-    const Attributes attributes = attributesOf(query);
-    GAsyncResult *const result =
-        co_await m_conversation.call([this, &attributes](auto *cancellable, auto callback, auto data) {
-            m_conversation.library().search(m_conversation.service(), &schema, attributes.get(), cancellable, callback,
-                                            data);
-        });
+    const std::shared_ptr<GHashTable> attributes(attributesOf(query));
+    return m_conversation.call([this, attributes](auto *cancellable, auto callback, auto data) {
+        m_conversation.library().search(m_conversation.service(), &schema, attributes.get(), cancellable, callback,
+                                        data);
+    });
+}
+
+SecretServiceOperation::Call SecretServiceOperation::secretCall(const Path &path)
+{
+    return m_conversation.call([this, path](auto *cancellable, auto callback, auto data) {
+        m_conversation.library().getSecret(m_conversation.service(), path.constData(), cancellable, callback, data);
+    });
+}
+
+SecretServiceOperation::Found SecretServiceOperation::found(GAsyncResult *result)
+{
     gchar **unlocked = nullptr;
     gchar **locked = nullptr;
     GError *error = nullptr;
     if (result == nullptr ||
         m_conversation.library().searchFinish(m_conversation.service(), result, &unlocked, &locked, &error) == FALSE) {
-        co_return Found{.status = m_conversation.statusOf(error), .unlocked = {}, .locked = {}};
+        return {.status = m_conversation.statusOf(error), .unlocked = {}, .locked = {}};
     }
     m_conversation.expect(Waiting::forAnswer);
     Found found{.status = KeyStoreStatus::success, .unlocked = taken(unlocked), .locked = taken(locked)};
     if (found.unlocked.empty() && found.locked.empty()) {
         found.status = KeyStoreStatus::itemNotFound;
     }
-    co_return found;
+    return found;
+}
+
+QCoro::Task<SecretServiceOperation::Found> SecretServiceOperation::search(KeyStoreQuery query)
+{
+    // Some stores, KeePassXC among them, unlock before they search and let the search wait for that.
+    m_conversation.expect(Waiting::forUser);
+    GAsyncResult *const result = co_await searchCall(query);
+    co_return found(result);
+}
+
+QCoro::Task<KeyStoreCopyResult> SecretServiceOperation::copy(KeyStoreQuery query)
+{
+    m_conversation.expect(Waiting::forUser);
+    const Path guess = m_session->lastPlace(query);
+    Call searching = searchCall(query);
+    searching.begin();
+    // Behind the search, so that what it gives is no older. Of an item that is locked a store gives nothing, and asks
+    // nobody.
+    Call reading = secretCall(guess);
+    if (!guess.isEmpty()) {
+        reading.begin();
+    }
+    GAsyncResult *const searched = co_await searching;
+    const Found item = found(searched);
+    if (item.status != KeyStoreStatus::success) {
+        co_return KeyStoreCopyResult{.status = item.status, .data = {}};
+    }
+    const Path place = item.unlocked.empty() ? item.locked.front() : item.unlocked.front();
+    m_session->setLastPlace(query, place);
+    if (!item.unlocked.empty() && place == guess) {
+        GAsyncResult *const read = co_await reading;
+        KeyStoreCopyResult result = copied(read);
+        if (result.status == KeyStoreStatus::success || m_conversation.hasEnded()) {
+            co_return result;
+        }
+    }
+    if (item.unlocked.empty()) {
+        const std::vector<Path> wanted(1, place);
+        if (const qint32 status = co_await unlock(wanted); status != KeyStoreStatus::success) {
+            co_return KeyStoreCopyResult{.status = status, .data = {}};
+        }
+    }
+    co_return co_await secret(place);
 }
 
 QCoro::Task<qint32> SecretServiceOperation::unlock(std::vector<Path> paths)
@@ -128,27 +179,28 @@ QCoro::Task<qint32> SecretServiceOperation::unlock(std::vector<Path> paths)
     co_return co_await m_conversation.dismissalStatus();
 }
 
-QCoro::Task<KeyStoreCopyResult> SecretServiceOperation::secret(Path path)
+KeyStoreCopyResult SecretServiceOperation::copied(GAsyncResult *result)
 {
-    GAsyncResult *const result =
-        co_await m_conversation.call([this, &path](auto *cancellable, auto callback, auto data) {
-            m_conversation.library().getSecret(m_conversation.service(), path.constData(), cancellable, callback, data);
-        });
     GError *error = nullptr;
     SecretValue *const value = result == nullptr
                                    ? nullptr
                                    : m_conversation.library().getSecretFinish(m_conversation.service(), result, &error);
     if (value == nullptr) {
         const bool isGone = !m_conversation.hasEnded() && error == nullptr;
-        co_return KeyStoreCopyResult{.status = isGone ? KeyStoreStatus::itemNotFound : m_conversation.statusOf(error),
-                                     .data = {}};
+        return {.status = isGone ? KeyStoreStatus::itemNotFound : m_conversation.statusOf(error), .data = {}};
     }
     gsize length = 0;
     const gchar *const bytes = m_conversation.library().valueGet(value, &length);
     KeyStoreCopyResult copy{.status = KeyStoreStatus::success,
                             .data = QByteArray(bytes, static_cast<qsizetype>(length))};
     m_conversation.library().valueUnref(value); // the library wipes its own memory
-    co_return copy;
+    return copy;
+}
+
+QCoro::Task<KeyStoreCopyResult> SecretServiceOperation::secret(Path path)
+{
+    GAsyncResult *const result = co_await secretCall(path);
+    co_return copied(result);
 }
 
 QCoro::Task<qint32> SecretServiceOperation::setSecret(Path path, QByteArray data)

@@ -26,6 +26,10 @@ public:
     /// Unlocks the objects, through the desktop's prompt if need be.
     [[nodiscard]] QCoro::Task<qint32> unlock(std::vector<Path> paths);
     [[nodiscard]] QCoro::Task<KeyStoreCopyResult> secret(Path path);
+    /// Finds the item and gives its secret. The search and the secret of the place where the item was the last time are
+    /// asked for together, which saves a round trip when it is there still; what a guess gives counts only if the
+    /// search confirms it.
+    [[nodiscard]] QCoro::Task<KeyStoreCopyResult> copy(KeyStoreQuery query);
     [[nodiscard]] QCoro::Task<qint32> setSecret(Path path, QByteArray data);
     [[nodiscard]] QCoro::Task<qint32> remove(Path path);
     /// Makes an item in the default collection.
@@ -43,6 +47,15 @@ private:
     /// Unlocks the default collection where there is one and it is locked.
     [[nodiscard]] QCoro::Task<qint32> prepareDefaultCollection();
 
+    using Call = SecretServiceConversation::Call;
+    [[nodiscard]] Call searchCall(const KeyStoreQuery &query);
+    [[nodiscard]] Call secretCall(const Path &path);
+    /// What an awaited search found.
+    [[nodiscard]] Found found(GAsyncResult *result);
+    /// The secret that an awaited call brought.
+    [[nodiscard]] KeyStoreCopyResult copied(GAsyncResult *result);
+
+    std::shared_ptr<SecretServiceSession> m_session;
     SecretServiceConversation m_conversation;
 };
 

@@ -11,6 +11,17 @@ SecretServiceSession::SecretServiceSession(QString productName, SecretServiceBou
 {
 }
 
+QByteArray SecretServiceSession::lastPlace(const KeyStoreQuery &query) const
+{
+    const auto found = m_lastPlaces.find({query.service, query.account});
+    return found == m_lastPlaces.end() ? QByteArray() : found->second;
+}
+
+void SecretServiceSession::setLastPlace(const KeyStoreQuery &query, const QByteArray &path)
+{
+    m_lastPlaces.insert_or_assign({query.service, query.account}, path);
+}
+
 void SecretServiceSession::add(SecretServiceConversation &conversation)
 {
     m_conversations.insert(&conversation);
