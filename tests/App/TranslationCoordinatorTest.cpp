@@ -86,6 +86,17 @@ TEST_F(TranslationCoordinatorTest, ASecondRequestCancelsTheFirstAndShowsItsOwn)
     EXPECT_EQ(model().sourceText(), u"dos"_s);
 }
 
+TEST_F(TranslationCoordinatorTest, FiftyPressesOverNothingSelectedCopyTwice)
+{
+    for (int press = 0; press < 50; ++press) {
+        coordinator->run(coordinator->translateTask(), 0ms);
+    }
+    clock.advance(5s);
+    EXPECT_EQ(keyboard.posted().size(), 4U) << "the first press's stroke, which had begun, and the last one's";
+    EXPECT_EQ(failure(), u"No text is selected. Select some text in any app and try again."_s);
+    EXPECT_TRUE(calls().empty());
+}
+
 TEST_F(TranslationCoordinatorTest, WaitsForTheMenuToClose)
 {
     elements.focusSelectedText(u"Hola"_s);
