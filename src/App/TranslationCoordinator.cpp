@@ -100,7 +100,7 @@ QCoro::Task<void> TranslationCoordinator::captureAndGenerate(Weak self, AITask t
     std::optional<AppError> failure;
     QString text;
     try {
-        text = co_await self->m_with.textSelectionService.currentSelectedText();
+        text = co_await self->m_with.textSelectionService.currentSelectedText(stop);
     } catch (const std::exception &error) {
         failure = mapToAppError(error);
     }
@@ -110,6 +110,9 @@ QCoro::Task<void> TranslationCoordinator::captureAndGenerate(Weak self, AITask t
     if (failure) {
         self->presentError(*failure, task);
         co_return;
+    }
+    if (text.isEmpty()) {
+        co_return; // a later request took its place before it had begun
     }
     self->m_lastSourceText = text;
     self->m_lastAITask = task;
