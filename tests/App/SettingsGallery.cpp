@@ -82,6 +82,21 @@ void storePrompts(SettingsOnFakes &with)
                  u"Space"_s})});
 }
 
+/// A key that was saved, and another that its service refuses at length.
+void saveOneKeyAndHaveTheNextRefused(SettingsOnFakes &with, SettingsView &view)
+{
+    sections(view)[2]->model().setAPIKeyInput(u"typed"_s);
+    sections(view)[2]->model().saveKey();
+    with.providers.setRefusal(
+        uR"(HTTP 401: {"error":{"message":"Incorrect API key provided","type":"invalid_request_error"}} )"_s +
+        QString(120, u'x'));
+    sections(view)[3]->model().setModelInput(u"grok-4"_s);
+    sections(view)[3]->model().setAPIKeyInput(u"typed"_s);
+    sections(view)[3]->model().testKey();
+    settle();
+    scrollToEnd(view);
+}
+
 std::vector<Sample> samples()
 {
     const auto nothing = [](SettingsOnFakes &) {};
@@ -115,19 +130,7 @@ std::vector<Sample> samples()
              sections(view)[1]->model().setAPIKeyInput(u"typed"_s);
              sections(view)[1]->model().testKey();
          }},
-        {SettingsSection::providers, AppTheme::graphite, nothing,
-         [](SettingsOnFakes &with, SettingsView &view) {
-             sections(view)[2]->model().setAPIKeyInput(u"typed"_s);
-             sections(view)[2]->model().saveKey();
-             with.providers.setRefusal(
-                 uR"(HTTP 401: {"error":{"message":"Incorrect API key provided","type":"invalid_request_error"}} )"_s +
-                 QString(120, u'x'));
-             sections(view)[3]->model().setModelInput(u"grok-4"_s);
-             sections(view)[3]->model().setAPIKeyInput(u"typed"_s);
-             sections(view)[3]->model().testKey();
-             settle();
-             scrollToEnd(view);
-         }},
+        {SettingsSection::providers, AppTheme::graphite, nothing, saveOneKeyAndHaveTheNextRefused},
         {SettingsSection::prompts, AppTheme::ocean,
          [](SettingsOnFakes &with) {
              store(with, AIProviderType::xAI);
