@@ -9,6 +9,7 @@
 #include "Platform/linux/TerminationSignals.h"
 #include "Platform/linux/ToolScreenCapture.h"
 #include "Platform/linux/ToolTextRecognition.h"
+#include "Platform/linux/WaylandSession.h"
 #include "Platform/linux/XDGAutostart.h"
 #include "UI/AccessibilityTrustDialog.h"
 #include "UI/Style.h"
@@ -16,6 +17,9 @@
 
 #include <QApplication>
 #include <QSessionManager>
+
+#include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -95,7 +99,9 @@ ExitCode runUtility(int &argc, char **argv)
         return ExitCode::failure;
     }
     CoreDumps::turnOff();
+    std::optional<WaylandSession::PreferredPlatform> platform(std::in_place);
     QApplication application(argc, argv);
+    platform.reset();
     const DeferredDeletion deletion;
     nameApplication();
     QGuiApplication::setDesktopFileName(bundleIdentifier());

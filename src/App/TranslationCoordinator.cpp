@@ -91,6 +91,10 @@ QCoro::Task<void> TranslationCoordinator::captureAndGenerate(Weak self, AITask t
     if (!self) {
         co_return;
     }
+    co_await self->m_with.panelController.locatePointer();
+    if (!self) {
+        co_return;
+    }
     if (!self->m_with.trust.isTrusted()) {
         self->m_with.trust.requestTrust();
         self->presentError(AppError(AppError::Kind::accessibilityPermissionDenied), task);
@@ -129,15 +133,16 @@ QCoro::Task<void> TranslationCoordinator::recognizeAndGenerate(Weak self, std::s
     } catch (const std::exception &error) {
         failure = mapToAppError(error);
     }
+    if (!self || (!failure && !text)) {
+        co_return; // the user cancelled the capture
+    }
+    co_await self->m_with.panelController.locatePointer(); // which is where the user ended the area
     if (!self) {
         co_return;
     }
     if (failure) {
         self->presentError(*failure, task);
         co_return;
-    }
-    if (!text) {
-        co_return; // the user cancelled the capture
     }
     self->m_lastSourceText = *text;
     self->m_lastAITask = task;

@@ -18,6 +18,9 @@ public:
 
     /// Starts (or, with an empty handler, ends) the monitoring. While there is no handler nothing wakes the program.
     virtual void setMouseDownHandler(Handler handler) = 0;
+
+    /// Whether no press can go unseen. Some desktops show a program no presses but those on windows of its own kind.
+    [[nodiscard]] virtual bool seesEveryPress() const { return true; }
 };
 
 } // namespace orvesa

@@ -2,8 +2,12 @@
 
 // What makes a top-level window a floating panel that never activates its application. Main thread.
 
+#include <QCoroTask>
+
 #include <QPoint>
 #include <QRect>
+
+#include <optional>
 
 QT_FORWARD_DECLARE_CLASS(QObject)
 QT_FORWARD_DECLARE_CLASS(QScreen)
@@ -43,6 +47,10 @@ public:
         Q_UNUSED(screen)
         return available;
     }
+
+    /// The pointer's place in device-independent pixels, on a desktop that tells Qt of it only over windows of its own
+    /// kind; an answer may take 100 ms there. Nothing where Qt knows it.
+    [[nodiscard]] virtual QCoro::Task<std::optional<QPoint>> pointer() { co_return std::nullopt; }
 
     /// Has screen readers say the text, in the name of that window (a widget or a window that is shown).
     virtual void announce(QObject &window, const QString &text)

@@ -10,6 +10,7 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QPointer>
 #include <QScreen>
 #include <QTimerEvent>
 
@@ -117,8 +118,8 @@ void FloatingResultPanelController::prepare()
     }
 }
 
-/// Lays the panel out and paints it as a task is going to begin, for fonts, symbols and styles are loaded then. Nothing is
-/// mapped.
+/// Lays the panel out and paints it as a task is going to begin, for fonts, symbols and styles are loaded then. Nothing
+/// is mapped.
 void FloatingResultPanelController::rehearse()
 {
     if (!m_viewModel.taskTitle().isEmpty()) {
@@ -153,6 +154,15 @@ std::optional<QSize> FloatingResultPanelController::idealFrameSize()
     return std::nullopt;
 }
 
+QCoro::Task<void> FloatingResultPanelController::locatePointer()
+{
+    const QPointer<FloatingResultPanelController> self(this);
+    const std::optional<QPoint> pointer = co_await m_panelWindow.pointer();
+    if (self) {
+        self->m_pointer = pointer;
+    }
+}
+
 void FloatingResultPanelController::show(Position position)
 {
     if (position == Position::keep && isVisible()) {
@@ -167,7 +177,8 @@ void FloatingResultPanelController::showNearMouse()
 {
     FloatingResultPanel &window = panel();
     const QSize size = idealFrameSize().value_or(window.size());
-    const QPoint origin = PanelPlacement::nearPointer(QCursor::pos(), size, connectedScreens());
+    const std::optional<QPoint> pointer = std::exchange(m_pointer, std::nullopt);
+    const QPoint origin = PanelPlacement::nearPointer(pointer ? *pointer : QCursor::pos(), size, connectedScreens());
     m_screensChanged = false;
     nameWindow();
     m_announcer.forget();
@@ -259,6 +270,12 @@ bool FloatingResultPanelController::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::MouseButtonPress && QApplication::activePopupWidget() != nullptr) {
         m_popupPressed.start();
     }
+    if (event->type() == QEvent::WindowDeactivate && watched == m_panel.get() && !m_mouseMonitor.seesEveryPress()) {
+        // The press that took the keyboard away may be one that nobody tells of. Only scheduled: the keyboard may go to
+        // a window of ours.
+        QMetaObject::invokeMethod(
+            this, [this] { dismissIfInactive(); }, Qt::QueuedConnection);
+    }
     return QObject::eventFilter(watched, event);
 }
 
@@ -286,6 +303,14 @@ void FloatingResultPanelController::dismissIfOutside()
         return;
     }
     hide();
+}
+
+void FloatingResultPanelController::dismissIfInactive()
+{
+    if (m_monitoring && QApplication::activeWindow() == nullptr && QApplication::activePopupWidget() == nullptr &&
+        m_statusMenu == StatusMenu::closed) {
+        hide();
+    }
 }
 
 void FloatingResultPanelController::timerEvent(QTimerEvent *event)

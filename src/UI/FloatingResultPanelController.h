@@ -7,11 +7,15 @@
 #include "UI/PanelAnnouncer.h"
 #include "UI/PanelPlacement.h"
 
+#include <QCoroTask>
+
 #include <QBasicTimer>
 #include <QElapsedTimer>
 #include <QObject>
+#include <QPoint>
 
 #include <memory>
+#include <optional>
 
 class QScreen;
 
@@ -37,6 +41,8 @@ public:
 
     [[nodiscard]] FloatingResultViewModel &viewModel() { return m_viewModel; }
 
+    /// Asks the desktop where the pointer is, where Qt may not know it, for the next showing. To be awaited before it.
+    [[nodiscard]] QCoro::Task<void> locatePointer();
     void show(Position position);
     void hide();
     [[nodiscard]] bool isVisible() const;
@@ -68,6 +74,7 @@ private:
     void removeDismissMonitors();
     void noteMouseDown();
     void dismissIfOutside();
+    void dismissIfInactive();
 
     const SettingsStore &m_settings;
     PanelWindowPort &m_panelWindow;
@@ -76,6 +83,7 @@ private:
     FloatingResultView *m_view = nullptr;
     std::unique_ptr<FloatingResultPanel> m_panel;
     PanelAnnouncer m_announcer;
+    std::optional<QPoint> m_pointer; ///< as the desktop says, for the next showing
     bool m_resizeScheduled = false;
     bool m_screensChanged = false; ///< since the panel got its place
     bool m_monitoring = false;

@@ -4,8 +4,11 @@
 #include "Platform/AccessibilityTrustContract.h"
 #include "Platform/AdoptedDesktop.h"
 #include "Platform/linux/ATSPITrust.h"
+#include "Platform/linux/WaylandWorkspace.h"
 #include "Platform/linux/X11HotKeys.h"
 #include "Platform/linux/X11Workspace.h"
+
+#include "fakes/FakeWorkspace.h"
 
 #include <gtest/gtest.h>
 
@@ -90,6 +93,22 @@ TEST_F(ATSPIElementsTest, ReadsTheSelectionOfAnEditor)
     }
     RecordProperty("millisecondsPerRead", static_cast<int>(timer.elapsed() / times));
     EXPECT_LT(timer.elapsed() / times, 100);
+}
+
+TEST_F(ATSPIElementsTest, FindsTheApplicationInFrontThatTheXServerDoesNotKnow)
+{
+    const Mousepad first(*m_desktop);
+    const Mousepad second(*m_desktop);
+    FakeWorkspace x11; // as for windows of Wayland
+    WaylandWorkspace workspace(x11, m_bus);
+    EXPECT_EQ(workspace.frontmostApplication(), std::nullopt) << "outside Wayland the X server knows all";
+    qputenv("WAYLAND_DISPLAY", QByteArrayLiteral("wayland-of-the-test"));
+    EXPECT_EQ(workspace.frontmostApplication(), second.process.pid());
+    m_desktop->windows().focus(first.window);
+    waitUntil([&] { return workspace.frontmostApplication() == first.process.pid(); }, u"the other editor"_s);
+    x11.setFrontmostApplication(1);
+    EXPECT_EQ(workspace.frontmostApplication(), 1);
+    qunsetenv("WAYLAND_DISPLAY");
 }
 
 TEST_F(ATSPIElementsTest, ReadsTheWindowThatIsInFront)

@@ -58,7 +58,17 @@ QDBusObjectPath FakePortal::CreateSession(const QVariantMap &options)
     m_bus.registerObject(m_session, new FakePortalSession(this), QDBusConnection::ExportAllSlots);
     say(u"session"_s);
     const QString request = pathFor(u"request"_s, options.value(u"handle_token"_s).toString());
-    answer(request, {{u"session_handle"_s, m_session}});
+    QVariantMap results{{u"session_handle"_s, m_session}};
+    if (m_gift != Gift::nothing) {
+        auto shortcuts = qdbus_cast<QList<PortalShortcut>>(options.value(u"shortcuts"_s));
+        for (PortalShortcut &shortcut : shortcuts) {
+            const QString keys = shortcut.properties.take(u"preferred_trigger"_s).toString();
+            say(u"give %1 %2"_s.arg(shortcut.id, keys));
+            shortcut.properties.insert(u"trigger_description"_s, m_gift == Gift::shortcuts ? keys : QString());
+        }
+        results.insert(u"shortcuts"_s, QVariant::fromValue(shortcuts));
+    }
+    answer(request, results);
     return QDBusObjectPath(request);
 }
 
@@ -82,6 +92,11 @@ void FakePortal::obey(const QString &order)
     if (order == "refuse"_L1) {
         m_response = 1;
         say(u"refusing"_s);
+        return;
+    }
+    if (order.startsWith("give"_L1)) {
+        m_gift = order == "give"_L1 ? Gift::shortcuts : Gift::shortcutsWithoutKeys;
+        say(u"giving"_s);
         return;
     }
     if (order == "hold"_L1) {

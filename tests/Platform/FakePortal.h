@@ -3,7 +3,9 @@
 // The global shortcuts of a Wayland desktop's portal, as far as a program sees them, for a bus of the tests' own.
 //
 // It says on standard output what it is asked for, and does what standard input tells it: "press ID", "refuse", "hold"
-// (keep answers back, as long as a person is asked) and "go on". Main thread of its own process.
+// (keep answers back, as long as a person is
+// asked), "go on", and "give" or "give nothing" (keys with the session already, as Plasma 5 does). Main thread of its
+// own process.
 
 #include "Platform/linux/PortalShortcut.h"
 
@@ -43,6 +45,7 @@ private:
     QString m_session;
     uint m_response = 0;
     bool m_holds = false;
+    enum class Gift { nothing, shortcuts, shortcutsWithoutKeys } m_gift = Gift::nothing;
     QList<QDBusMessage> m_held;
 };
 

@@ -1,5 +1,6 @@
 #include "Platform/linux/LocalePreferredLanguages.h"
 #include "Platform/linux/MacKeyCodes.h"
+#include "Platform/linux/WaylandSession.h"
 #include "Platform/QtClock.h"
 
 #include <gtest/gtest.h>
@@ -11,6 +12,7 @@
 #include <QProcessEnvironment>
 
 #include <algorithm>
+#include <array>
 #include <set>
 
 #include <linux/input-event-codes.h>
@@ -121,6 +123,46 @@ TEST(LocalePreferredLanguagesTest, FollowsTheEnvironment)
     EXPECT_TRUE(list.first().startsWith("ja")) << list.join(' ').constData();
     EXPECT_TRUE(std::ranges::any_of(list, [](const QByteArray &tag) { return tag.startsWith("zh"); }))
         << list.join(' ').constData();
+}
+
+TEST(WaylandSessionTest, HasQtUseTheXServerInsideIt)
+{
+    const auto platform = [] { return qgetenv("QT_QPA_PLATFORM"); };
+    const std::array variables{"WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM"};
+    std::array<QByteArray, variables.size()> before;
+    std::ranges::transform(variables, before.begin(), [](const char *name) { return qgetenv(name); });
+    qunsetenv("QT_QPA_PLATFORM");
+    qunsetenv("WAYLAND_DISPLAY");
+    qputenv("DISPLAY", QByteArrayLiteral(":9"));
+    {
+        const WaylandSession::PreferredPlatform preferred;
+        EXPECT_EQ(platform(), QByteArray()) << "X11 is found by itself";
+    }
+    qputenv("WAYLAND_DISPLAY", QByteArrayLiteral("wayland-9"));
+    {
+        const WaylandSession::PreferredPlatform preferred;
+        EXPECT_EQ(platform(), QByteArray("xcb"));
+    }
+    EXPECT_EQ(platform(), QByteArray()) << "programs started later choose for themselves";
+    qputenv("QT_QPA_PLATFORM", QByteArrayLiteral("offscreen"));
+    {
+        const WaylandSession::PreferredPlatform preferred;
+        EXPECT_EQ(platform(), QByteArray("offscreen"));
+    }
+    EXPECT_EQ(platform(), QByteArray("offscreen"));
+    qunsetenv("QT_QPA_PLATFORM");
+    qunsetenv("DISPLAY");
+    {
+        const WaylandSession::PreferredPlatform preferred;
+        EXPECT_EQ(platform(), QByteArray()) << "there is no X server";
+    }
+    for (std::size_t index = 0; index < variables.size(); ++index) {
+        if (before[index].isEmpty()) {
+            qunsetenv(variables[index]);
+        } else {
+            qputenv(variables[index], before[index]);
+        }
+    }
 }
 
 TEST(QtClockTest, SleepsForTheDuration)

@@ -3,6 +3,7 @@
 #include "Core/SettingsStore.h"
 #include "UI/AdaptiveTextScrollView.h"
 #include "UI/Spinner.h"
+#include "fakes/Awaited.h"
 #include "fakes/FakeMouseMonitor.h"
 #include "fakes/FakePanelWindow.h"
 #include "fakes/FakePreferredLanguages.h"
@@ -85,6 +86,48 @@ TEST_F(FloatingResultPanelControllerTest, ShowsAPanelThatDoesNotActivate)
     EXPECT_EQ(QAccessible::queryAccessibleInterface(panel())->role(), QAccessible::Dialog);
     ASSERT_FALSE(panelWindow.panels().empty());
     EXPECT_TRUE(mouse.isMonitoring());
+}
+
+TEST_F(FloatingResultPanelControllerTest, GoesToThePointerThatTheDesktopTellsOf)
+{
+    QCursor::setPos(100, 100);
+    panelWindow.setPointer(QPoint(40, 60));
+    awaited(controller.locatePointer());
+    controller.show(Position::nearMouse);
+    EXPECT_EQ(panel()->pos(), QPoint(52, 72));
+
+    controller.show(Position::nearMouse);
+    EXPECT_EQ(panel()->pos(), QPoint(112, 112)) << "an old answer is none";
+    panelWindow.setPointer(std::nullopt);
+    awaited(controller.locatePointer());
+    controller.show(Position::nearMouse);
+    EXPECT_EQ(panel()->pos(), QPoint(112, 112));
+}
+
+TEST_F(FloatingResultPanelControllerTest, GoesWithTheKeyboardWherePressesCanBeUnseen)
+{
+    const auto loseKeyboard = [this] {
+        QEvent event(QEvent::WindowDeactivate);
+        QCoreApplication::sendEvent(panel(), &event);
+        settle();
+    };
+    QCursor::setPos(100, 100);
+    controller.show(Position::nearMouse);
+    loseKeyboard();
+    EXPECT_TRUE(controller.isVisible()) << "a press elsewhere would have been told";
+
+    mouse.setSeesEveryPress(false);
+    QMenu menu;
+    menu.popup(QPoint(0, 0));
+    loseKeyboard();
+    EXPECT_TRUE(controller.isVisible()) << "the keyboard went to a menu";
+    menu.hide();
+    controller.setStatusMenu(FloatingResultPanelController::StatusMenu::open);
+    loseKeyboard();
+    EXPECT_TRUE(controller.isVisible()) << "the keyboard went to the status menu";
+    controller.setStatusMenu(FloatingResultPanelController::StatusMenu::closed);
+    loseKeyboard();
+    EXPECT_FALSE(controller.isVisible());
 }
 
 TEST_F(FloatingResultPanelControllerTest, IsMadeAPanelBeforeItIsShown)

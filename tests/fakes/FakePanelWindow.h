@@ -6,6 +6,7 @@
 
 #include <QStringList>
 
+#include <optional>
 #include <vector>
 
 namespace orvesa {
@@ -19,6 +20,10 @@ public:
     [[nodiscard]] bool reducesMotion() const override { return m_reducesMotion; }
     void setReducesMotion(bool reduces) { m_reducesMotion = reduces; }
 
+    [[nodiscard]] QCoro::Task<std::optional<QPoint>> pointer() override { co_return m_pointer; }
+    /// What this desktop says of the pointer; without it, it leaves that to Qt.
+    void setPointer(std::optional<QPoint> pointer) { m_pointer = pointer; }
+
     void announce(QObject &window, const QString &text) override;
     [[nodiscard]] const QStringList &announcements() const { return m_announcements; }
     /// What docks take at the bottom of every screen.
@@ -29,6 +34,7 @@ public:
 private:
     int m_dockHeight = 0;
     bool m_reducesMotion = false;
+    std::optional<QPoint> m_pointer;
     QStringList m_announcements;
     std::vector<const QWindow *> m_panels;
 };

@@ -10,6 +10,8 @@
 #include "Platform/linux/LocalePreferredLanguages.h"
 #include "Platform/linux/PortalHotKeys.h"
 #include "Platform/linux/SecretServiceKeyStore.h"
+#include "Platform/linux/WaylandSession.h"
+#include "Platform/linux/WaylandWorkspace.h"
 #include "Platform/linux/X11Connection.h"
 #include "Platform/linux/X11HotKeys.h"
 #include "Platform/linux/X11KeyboardEvents.h"
@@ -27,8 +29,9 @@ namespace orvesa {
 // Later members refer to earlier ones and are destroyed before them.
 struct LinuxDesktop::Adapters {
     Adapters(QString identifier, QString productName)
-        : userDefaults(std::move(identifier)), keyStore(std::move(productName)), workspace(x11), bus(x11), hotKeys(x11),
-          mouseMonitor(x11), panelWindow(x11), terminals(captureConnection), elements(bus, workspace, &terminals),
+        : userDefaults(std::move(identifier)), keyStore(std::move(productName)), x11Workspace(x11), bus(x11),
+          workspace(x11Workspace, bus), hotKeys(x11), mouseMonitor(x11), panelWindow(x11), terminals(captureConnection),
+          elements(bus, workspace, &terminals),
           keyboardEvents(captureConnection, [this](qint64 process) { return elements.isFocusNoTerminal(process); }),
           pasteboard(captureConnection)
     {
@@ -42,8 +45,9 @@ struct LinuxDesktop::Adapters {
     DBusSingleInstance singleInstance;
     X11Connection x11;
     X11Connection captureConnection; ///< what it listens to is not the others' business
-    X11Workspace workspace;
+    X11Workspace x11Workspace;
     ATSPIBus bus;
+    WaylandWorkspace workspace;
     X11HotKeys hotKeys;
     PortalHotKeys portalHotKeys; ///< in place of those in a Wayland session
     DesktopKeyMonitor keyMonitor;
@@ -94,7 +98,7 @@ HotKeyPort &LinuxDesktop::hotKeys()
 {
     // Also for a program that runs on the X server inside a Wayland session: what it holds there, only X programs
     // honour.
-    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+    if (WaylandSession::isRunning()) {
         return m_adapters->portalHotKeys;
     }
     return m_adapters->hotKeys;
@@ -129,7 +133,7 @@ ATSPITrust &LinuxDesktop::accessibilityTrust()
 {
     if (!m_adapters->trust) {
         m_adapters->trust.emplace();
-        m_adapters->workspace.setPermissionPage([this] { m_adapters->trust->requestTrust(); });
+        m_adapters->x11Workspace.setPermissionPage([this] { m_adapters->trust->requestTrust(); });
     }
     return *m_adapters->trust;
 }

@@ -40,9 +40,18 @@ QString requestInterface()
     return u"org.freedesktop.portal.Request"_s;
 }
 
-QString idPrefix()
+/// Under this name the desktop keeps the keys that the user gave a shortcut. The keys that are wished for belong to it:
+/// with others it is another shortcut, and the desktop looks at the wish again.
+QString shortcutName(quint32 id, const QString &trigger)
 {
-    return u"hotkey-"_s;
+    return u"hotkey-%1-%2"_s.arg(id).arg(trigger);
+}
+
+/// One desktop shows this name in its settings, and keeps the keys that the user chose there under it, for programs of
+/// which it knows nothing else. So it is always the same.
+QString sessionToken()
+{
+    return u"Orvesa_Translate"_s;
 }
 
 QDBusMessage portalCall(const QString &method, const QVariantList &arguments)
@@ -153,9 +162,12 @@ void PortalHotKeys::bind()
     if (m_bound.empty()) {
         return;
     }
-    // A session takes one set of shortcuts; another set needs another session.
+    // A session takes one set of shortcuts; another set needs another session. Plasma 5 gives the keys out right here;
+    // what others make of it is asked for when there is a session.
     const QString token = expectAnswer(SLOT(sessionAnswered(uint, QVariantMap, QDBusMessage)));
-    const QVariantMap options{{u"handle_token"_s, token}, {u"session_handle_token"_s, token}};
+    const QVariantMap options{{u"handle_token"_s, token},
+                              {u"session_handle_token"_s, sessionToken()},
+                              {u"shortcuts"_s, QVariant::fromValue(wishes())}};
     bus->asyncCall(portalCall(u"CreateSession"_s, {options}));
 }
 
@@ -197,35 +209,78 @@ void PortalHotKeys::sessionAnswered(uint response, const QVariantMap &results, c
         qWarning("OrvesaTranslate: the desktop refused a session for global shortcuts");
         return;
     }
-    QList<PortalShortcut> shortcuts;
-    for (const auto &[id, hotKey] : m_bound) {
-        shortcuts.append(
-            {.id = idPrefix() + QString::number(id),
-             .properties = {{u"description"_s, m_descriptions[id]},
-                            {u"preferred_trigger"_s, PortalShortcut::trigger(hotKey.keyCode, hotKey.modifiers)}}});
+    if (const auto given = triggersIn(results); static_cast<std::size_t>(given.size()) == m_bound.size()) {
+        reportMissingKeys(given);
+        return; // asked once more, Plasma 5 would open its settings at every start
     }
     const QString token = expectAnswer(SLOT(bindingAnswered(uint, QVariantMap, QDBusMessage)));
     bus->asyncCall(
-        portalCall(u"BindShortcuts"_s, {QVariant::fromValue(QDBusObjectPath(m_session)), QVariant::fromValue(shortcuts),
+        portalCall(u"BindShortcuts"_s, {QVariant::fromValue(QDBusObjectPath(m_session)), QVariant::fromValue(wishes()),
                                         QString(), QVariantMap{{u"handle_token"_s, token}}}));
+}
+
+QList<PortalShortcut> PortalHotKeys::wishes() const
+{
+    QList<PortalShortcut> shortcuts;
+    for (const auto &[id, hotKey] : m_bound) {
+        const QString trigger = PortalShortcut::trigger(hotKey.keyCode, hotKey.modifiers);
+        const auto described = m_descriptions.find(id);
+        const QString description = described != m_descriptions.end() ? described->second : QString();
+        shortcuts.append({.id = shortcutName(id, trigger),
+                          .properties = {{u"description"_s, description}, {u"preferred_trigger"_s, trigger}}});
+    }
+    return shortcuts;
+}
+
+QMap<QString, QString> PortalHotKeys::triggersIn(const QVariantMap &results) const
+{
+    QMap<QString, QString> triggers;
+    const QVariant value = results.value(u"shortcuts"_s);
+    if (!value.canConvert<QDBusArgument>()) {
+        return triggers;
+    }
+    const auto argument = value.value<QDBusArgument>();
+    if (argument.currentSignature() != "a(sa{sv})"_L1) {
+        return triggers;
+    }
+    const auto given = qdbus_cast<QList<PortalShortcut>>(argument);
+    for (const PortalShortcut &wish : wishes()) {
+        const auto found = std::ranges::find(given, wish.id, &PortalShortcut::id);
+        if (found != given.end()) {
+            triggers.insert(wish.id, found->properties.value(u"trigger_description"_s).toString());
+        }
+    }
+    return triggers;
+}
+
+void PortalHotKeys::reportMissingKeys(const QMap<QString, QString> &triggers)
+{
+    if (std::ranges::any_of(triggers, &QString::isEmpty)) {
+        qWarning("OrvesaTranslate: the desktop gave a shortcut no keys, for another program has them. Choose others in "
+                 "the settings window, or in the desktop's settings for shortcuts under Orvesa_Translate.");
+    }
 }
 
 void PortalHotKeys::bindingAnswered(uint response, const QVariantMap &results, const QDBusMessage &answer)
 {
-    Q_UNUSED(results)
-    if (isAwaited(answer, SLOT(bindingAnswered(uint, QVariantMap, QDBusMessage))) && response != 0) {
+    if (!isAwaited(answer, SLOT(bindingAnswered(uint, QVariantMap, QDBusMessage)))) {
+        return;
+    }
+    if (response != 0) {
         qWarning("OrvesaTranslate: the desktop did not confirm the global shortcuts");
     }
+    reportMissingKeys(triggersIn(results));
 }
 
 void PortalHotKeys::activated(const QDBusMessage &signal)
 {
     const QString session = signal.arguments().value(0).value<QDBusObjectPath>().path();
     const QString shortcut = signal.arguments().value(1).toString();
-    bool isNumber = false;
-    const quint32 id = shortcut.startsWith(idPrefix()) ? shortcut.mid(idPrefix().size()).toUInt(&isNumber) : 0;
-    const auto bound = m_bound.find(id);
-    if (session == m_session && isNumber && bound != m_bound.end() && m_handler) {
+    const auto bound = std::ranges::find_if(m_bound, [&shortcut](const auto &entry) {
+        const HotKey &hotKey = entry.second;
+        return shortcut == shortcutName(entry.first, PortalShortcut::trigger(hotKey.keyCode, hotKey.modifiers));
+    });
+    if (session == m_session && bound != m_bound.end() && m_handler) {
         const Handler handler = m_handler; // it may remove itself
         (void)handler(bound->second.id);
     }

@@ -8,8 +8,11 @@
 // registration ends with notAvailable.
 
 #include "Platform/HotKeyPort.h"
+#include "Platform/linux/PortalShortcut.h"
 
 #include <QDBusMessage>
+#include <QList>
+#include <QMap>
 #include <QObject>
 #include <QString>
 #include <QVariantMap>
@@ -52,6 +55,11 @@ private:
     [[nodiscard]] bool isOffered();
     void scheduleBinding();
     void bind();
+    /// What is to be bound, as the portal takes it.
+    [[nodiscard]] QList<PortalShortcut> wishes() const;
+    /// The keys that the desktop gave, in its own words, by the names of shortcuts; empty where it gave none.
+    [[nodiscard]] QMap<QString, QString> triggersIn(const QVariantMap &results) const;
+    static void reportMissingKeys(const QMap<QString, QString> &triggers);
     void closeSession();
     static void close(const QString &session);
     /// Announces the slot that takes the answer to the next request, and returns that request's token.

@@ -1,5 +1,6 @@
 #include "Platform/linux/X11MouseMonitor.h"
 
+#include "Platform/linux/WaylandSession.h"
 #include "Platform/linux/X11Event.h"
 
 #include <utility>
@@ -53,6 +54,11 @@ void X11MouseMonitor::setMouseDownHandler(Handler handler)
     if (isSet != wasSet && (isSet || m_extensionOpcode != 0) && prepare()) {
         select(isSet);
     }
+}
+
+bool X11MouseMonitor::seesEveryPress() const
+{
+    return !WaylandSession::isRunning();
 }
 
 void X11MouseMonitor::select(bool wanted)

@@ -18,6 +18,7 @@ public:
     ~X11MouseMonitor() override;
 
     void setMouseDownHandler(Handler handler) override;
+    [[nodiscard]] bool seesEveryPress() const override;
 
 private:
     bool prepare();

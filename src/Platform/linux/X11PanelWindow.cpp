@@ -158,9 +158,13 @@ bool X11PanelWindow::eventFilter(QObject *watched, QEvent *event)
     auto *const window = qobject_cast<QWindow *>(watched);
     if (window != nullptr && event->type() == QEvent::Show) { // sent before the native window is mapped
         m_appearing = window;
+        m_silence.begin(static_cast<xcb_window_t>(window->winId()));
         writeProperties(m_connection, *window);
+    } else if (window != nullptr && event->type() == QEvent::Hide) {
+        m_silence.end();
     } else if (window != nullptr && event->type() == QEvent::Expose && m_appearing == window && window->isExposed()) {
         m_appearing = nullptr;
+        m_silence.end();
         // Behind the first painting, which this event leads to.
         QMetaObject::invokeMethod(
             window, [this, window] { repeatStates(m_connection, *window); }, Qt::QueuedConnection);
@@ -228,6 +232,23 @@ QRect X11PanelWindow::visibleFrame(const QScreen &screen, QRect available) const
     const QRect rest = X11Struts::freePart(monitor, rootGeometry(m_connection), X11Struts::read(m_connection));
     const QPoint offset = (QPointF(rest.topLeft() - origin) / scale).toPoint();
     return {origin + offset, (QSizeF(rest.size()) / scale).toSize()};
+}
+
+QCoro::Task<std::optional<QPoint>> X11PanelWindow::pointer()
+{
+    const std::optional<QPoint> native = co_await m_pointer.position();
+    if (!native) {
+        co_return std::nullopt;
+    }
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        // Qt scales a screen's size and leaves its place as it is.
+        const qreal scale = screen->devicePixelRatio();
+        const QPoint origin = screen->geometry().topLeft();
+        if (QRect(origin, (QSizeF(screen->geometry().size()) * scale).toSize()).contains(*native)) {
+            co_return origin + (QPointF(*native - origin) / scale).toPoint();
+        }
+    }
+    co_return native;
 }
 
 void X11PanelWindow::announce(QObject &window, const QString &text)

@@ -7,7 +7,9 @@
 // another platform plugin than xcb only what Qt's window flags do remains.
 
 #include "Platform/PanelWindowPort.h"
+#include "Platform/linux/WaylandPointer.h"
 #include "Platform/linux/X11Connection.h"
+#include "Platform/linux/X11StateSilence.h"
 
 #include <QObject>
 #include <QPointer>
@@ -24,6 +26,7 @@ public:
     bool orderFront(QWindow &window) override;
     bool startMove(QWindow &window, QPoint pressed) override;
     [[nodiscard]] QRect visibleFrame(const QScreen &screen, QRect available) const override;
+    [[nodiscard]] QCoro::Task<std::optional<QPoint>> pointer() override;
     void announce(QObject &window, const QString &text) override;
     [[nodiscard]] bool reducesMotion() const override;
     [[nodiscard]] bool isCompositing() const override;
@@ -32,7 +35,9 @@ public:
 
 private:
     X11Connection &m_connection;
-    QPointer<QWindow> m_appearing; ///< shown and not yet on the screen
+    WaylandPointer m_pointer{m_connection};
+    QPointer<QWindow> m_appearing;           ///< shown and not yet on the screen
+    X11StateSilence m_silence{m_connection}; ///< as long
 };
 
 } // namespace orvesa
