@@ -22,6 +22,7 @@ constexpr qsizetype sliceLength = 4000;
 /// Whoever sends more characters without width than this gets the full height for them.
 constexpr qsizetype measuredLength = 16 * sliceLength;
 constexpr int lineHeightPercent = 116;
+constexpr int blanksPerTab = 4;
 
 /// A block's state: its paragraph goes on in the next block.
 constexpr int continued = 1;
@@ -34,12 +35,14 @@ QTextBlockFormat paragraphFormat(Qt::LayoutDirection direction)
     return format;
 }
 
-QTextOption wrapping()
+QTextOption wrapping(const QFont &font)
 {
     QTextOption option;
     // An address or a run of CJK text has no blanks to break at.
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     option.setTextDirection(Qt::LayoutDirectionAuto);
+    // What is indented with tabs is code, and the panel is narrow.
+    option.setTabStopDistance(blanksPerTab * QFontMetricsF(font).horizontalAdvance(u' '));
     return option;
 }
 
@@ -56,7 +59,7 @@ AdaptiveTextScrollView::AdaptiveTextScrollView(QWidget *parent) : QTextEdit(pare
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFont(Style::bodyFont());
     document()->setDocumentMargin(0);
-    document()->setDefaultTextOption(wrapping());
+    document()->setDefaultTextOption(wrapping(font()));
     viewport()->setAutoFillBackground(false);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setTabChangesFocus(true);
@@ -82,6 +85,7 @@ void AdaptiveTextScrollView::setContent(const QString &text, int width, int maxi
     }
     if (hasOtherFont) {
         setFont(textFont);
+        document()->setDefaultTextOption(wrapping(textFont));
     }
     const bool isOther = text != m_text;
     m_text = text;
@@ -114,7 +118,7 @@ int AdaptiveTextScrollView::measuredHeight() const
     QTextDocument measured;
     measured.setDefaultFont(font());
     measured.setDocumentMargin(0);
-    measured.setDefaultTextOption(wrapping());
+    measured.setDefaultTextOption(wrapping(font()));
     measured.setUndoRedoEnabled(false);
     measured.setTextWidth(m_width);
     QTextCursor cursor(&measured);

@@ -1,5 +1,6 @@
 #include "UI/Divider.h"
 
+#include "UI/ControlPainting.h"
 #include "UI/Style.h"
 
 #include <QPainter>
@@ -13,7 +14,10 @@ Divider::Divider(QWidget *parent) : QWidget(parent)
 
 void Divider::paintEvent(QPaintEvent *)
 {
-    QPainter(this).fillRect(rect(), Style::colors(palette()).line);
+    QPainter painter(this);
+    // One of whole pixels: at a scale of 1.5 every other divider would be twice as thick.
+    const QRectF line(0, 0, width(), ControlPainting::hairline(painter));
+    painter.fillRect(ControlPainting::aligned(painter, line), Style::colors(palette()).line);
 }
 
 } // namespace orvesa

@@ -56,6 +56,16 @@ protected:
     AdaptiveTextScrollView view;
 };
 
+TEST_F(AdaptiveTextScrollViewTest, IndentsCodeByFourBlanksATab)
+{
+    const auto startOf = [this](const QString &text) {
+        show(text);
+        return view.document()->firstBlock().layout()->lineAt(0).cursorToX(static_cast<int>(text.indexOf(u'x')));
+    };
+    EXPECT_NEAR(startOf(u"\tx"_s), startOf(u"    x"_s), 0.5);
+    EXPECT_NEAR(startOf(u"\t\tx = u\"直す\""_s), startOf(u"        x = u\"直す\""_s), 0.5) << "in another font";
+}
+
 TEST_F(AdaptiveTextScrollViewTest, IsTwentyHighWhenEmpty)
 {
     show({});
