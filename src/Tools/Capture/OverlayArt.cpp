@@ -35,9 +35,12 @@ QImage sizeLabel(QSize size, double scale)
     image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
+    // The edge is what tells the label from a black page.
+    const double edge = std::max(1.0, std::round(scale));
+    painter.setPen(QPen(QColor(255, 255, 255, 64), edge));
     painter.setBrush(QColor(24, 24, 28, 230));
-    painter.drawRoundedRect(QRectF(QPointF(), extent), radius * scale, radius * scale);
+    painter.drawRoundedRect(QRectF(QPointF(), extent).adjusted(edge / 2, edge / 2, -edge / 2, -edge / 2),
+                            radius * scale, radius * scale);
     painter.setFont(font);
     painter.setPen(QColor(245, 245, 248));
     painter.drawText(QRectF(QPointF(), extent), Qt::AlignCenter, text);
