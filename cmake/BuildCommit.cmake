@@ -1,12 +1,19 @@
 # Run at every build: writes the source that holds the commit's name, if it has changed.
 #   cmake -D SOURCE=tree -D OUTPUT=file [-D COMMIT=name] -P BuildCommit.cmake
-# COMMIT is for sources without their history.
+# COMMIT is for sources without their history; an archive that git made has the name in commit.txt.
 
 if(NOT COMMIT)
-    execute_process(COMMAND git -C "${SOURCE}" rev-parse --short=10 HEAD
-        OUTPUT_VARIABLE COMMIT OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET RESULT_VARIABLE failed)
-    if(failed)
-        set(COMMIT "")
+    # The history of these sources, not that of a repository that they have been unpacked in, whose prefix has a name.
+    execute_process(COMMAND git -C "${SOURCE}" rev-parse --show-prefix --short=10 HEAD
+        OUTPUT_VARIABLE answer ERROR_QUIET RESULT_VARIABLE failed)
+    if(NOT failed AND answer MATCHES "^\n([0-9a-f]+)\n$")
+        set(COMMIT "${CMAKE_MATCH_1}")
+    endif()
+endif()
+if(NOT COMMIT AND EXISTS "${SOURCE}/cmake/commit.txt")
+    file(READ "${SOURCE}/cmake/commit.txt" archived)
+    if(archived MATCHES "^([0-9a-f]+)\n$")
+        string(SUBSTRING "${CMAKE_MATCH_1}" 0 10 COMMIT)
     endif()
 endif()
 if(NOT COMMIT MATCHES "^[0-9A-Za-z.+~-]*$")

@@ -6,7 +6,7 @@ configure_file(linux/debian/changelog.in changelog @ONLY)
 execute_process(COMMAND "${GZIP}" --best --no-name --force --keep "${CMAKE_CURRENT_BINARY_DIR}/changelog"
     COMMAND_ERROR_IS_FATAL ANY)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/changelog.gz" DESTINATION share/doc/orvesa-translate)
-install(FILES linux/debian/copyright DESTINATION share/doc/orvesa-translate)
+install(FILES linux/debian/copyright ../CHANGELOG.md DESTINATION share/doc/orvesa-translate)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME orvesa-translate)

@@ -85,6 +85,8 @@ makePackage() {
     local folder=$1
     buildPrograms orvesa-translate orvesa-recognize orvesa-screencapture
     rm -rf "$folder"
+    # Every file in it is as old as the commit, so that the same build gives the same package.
+    local -x SOURCE_DATE_EPOCH="${SOURCE_DATE_EPOCH:-$(git -C "$projectRoot" log -1 --format=%ct 2>/dev/null || date +%s)}"
     cpack --config "$builtFolder/CPackConfig.cmake" -B "$folder" >"$projectRoot/build/package.log" 2>&1 ||
         { cat "$projectRoot/build/package.log" >&2; fail "no package could be made"; }
     packageFile="$(echo "$folder"/*.deb)"

@@ -87,6 +87,9 @@ TEST(DesktopFiles, TheUnitIsValidAndSandboxed)
     EXPECT_EQ(valueOf(unit, u"Service"_s, u"NoNewPrivileges"_s), u"yes"_s);
     EXPECT_EQ(valueOf(unit, u"Service"_s, u"SystemCallFilter"_s), u"@system-service"_s);
     EXPECT_EQ(valueOf(unit, u"Service"_s, u"LimitCORE"_s), u"0"_s);
+    // Where the session ends with its display, there is nothing to start again and nothing to complain of.
+    EXPECT_EQ(valueOf(unit, u"Service"_s, u"Restart"_s), u"on-abnormal"_s);
+    EXPECT_EQ(valueOf(unit, u"Service"_s, u"SuccessExitStatus"_s), u"1"_s);
 }
 
 void expectValidStorePage(const QString &file)

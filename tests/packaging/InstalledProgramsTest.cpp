@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QFileInfo>
+#include <QTemporaryDir>
 
 namespace orvesa::packaging {
 namespace {
@@ -24,6 +25,7 @@ TEST(InstalledPrograms, EveryFileIsThereAndBelongsToItsOwner)
         u"/usr/share/applications/"_s + identifier + u".desktop"_s,
         u"/usr/share/bash-completion/completions/orvesa-translate"_s,
         u"/usr/share/dbus-1/services/"_s + identifier + u".service"_s,
+        u"/usr/share/doc/orvesa-translate/CHANGELOG.md"_s,
         u"/usr/share/doc/orvesa-translate/changelog.gz"_s,
         u"/usr/share/doc/orvesa-translate/copyright"_s,
         u"/usr/share/fish/vendor_completions.d/orvesa-translate.fish"_s,
@@ -63,6 +65,52 @@ TEST(InstalledPrograms, FindTheirPartsWhereverTheyAreInstalled)
     }
 }
 
+TEST(InstalledPrograms, FilesNameTheProgramByItsPathWhateverThePrefix)
+{
+    const QString identifier = QStringLiteral(ORVESA_BUNDLE_IDENTIFIER);
+    const auto command = [&](const Installation &installation, const QString &prefix, const QString &file,
+                             const QString &group,
+                             const QString &key) { return valueOf(installation.content(prefix + file), group, key); };
+    const QString entry = u"/share/applications/"_s + identifier + u".desktop"_s;
+    const QString service = u"/share/dbus-1/services/"_s + identifier + u".service"_s;
+    const QString unit = u"/lib/systemd/user/orvesa-translate.service"_s;
+    // Menus find what shells find; elsewhere its folder is in nobody's search path.
+    struct Case {
+        QString prefix;
+        QString program;
+        QString menu;
+    };
+    for (const Case &expected :
+         {Case{u"/usr"_s, u"/usr/bin/orvesa-translate"_s, u"orvesa-translate"_s},
+          Case{u"/usr/local"_s, u"/usr/local/bin/orvesa-translate"_s, u"orvesa-translate"_s},
+          Case{u"/opt/orvesa"_s, u"/opt/orvesa/bin/orvesa-translate"_s, u"/opt/orvesa/bin/orvesa-translate"_s},
+          Case{u"/opt/two words"_s, u"\"/opt/two words/bin/orvesa-translate\""_s,
+               u"\"/opt/two words/bin/orvesa-translate\""_s}}) {
+        const Installation installation(expected.prefix);
+        EXPECT_EQ(command(installation, expected.prefix, service, u"D-BUS Service"_s, u"Exec"_s), expected.program);
+        EXPECT_EQ(command(installation, expected.prefix, unit, u"Service"_s, u"ExecStart"_s), expected.program);
+        EXPECT_EQ(command(installation, expected.prefix, entry, u"Desktop Entry"_s, u"Exec"_s), expected.menu);
+        EXPECT_EQ(command(installation, expected.prefix, entry, u"Desktop Action settings"_s, u"Exec"_s),
+                  expected.menu + u" --perform settings"_s);
+        const ToolResult verdict = run(u"desktop-file-validate"_s, {installation.file(expected.prefix + entry)});
+        EXPECT_EQ(verdict.output, "") << verdict.output.constData();
+    }
+}
+
+TEST(InstalledPrograms, AFolderBelowTheCurrentOneIsNamedWhole)
+{
+    const QTemporaryDir folder;
+    const ToolResult installed =
+        run(u"bash"_s, {u"-c"_s, u"cd \"$1\" && \"$2\" --install \"$3\" --prefix below"_s, u"bash"_s, folder.path(),
+                        QStringLiteral(ORVESA_CMAKE), QStringLiteral(ORVESA_BUILD_FOLDER)});
+    ASSERT_EQ(installed.exitCode, 0) << installed.output.constData();
+    QFile service(
+        folder.filePath(u"below/share/dbus-1/services/"_s + QStringLiteral(ORVESA_BUNDLE_IDENTIFIER) + u".service"_s));
+    ASSERT_TRUE(service.open(QIODevice::ReadOnly));
+    EXPECT_EQ(valueOf(service.readAll(), u"D-BUS Service"_s, u"Exec"_s),
+              folder.filePath(u"below/bin/orvesa-translate"_s));
+}
+
 TEST(InstalledPrograms, StartAtLoginIsAnEntryThatDesktopsRead)
 {
     const Installation installation;
@@ -81,12 +129,16 @@ TEST(InstalledPrograms, StartAtLoginIsAnEntryThatDesktopsRead)
     QFile file(entry);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(valueOf(file.readAll(), u"Desktop Entry"_s, u"Exec"_s), u'"' + program + u'"');
+    file.seek(0);
+    EXPECT_EQ(valueOf(file.readAll(), u"Desktop Entry"_s, u"TryExec"_s), program) << "no error when it is removed";
     // Found by its name: named by its name, so that it stays right when the installation moves.
     environment.insert(u"PATH"_s, installation.file(u"/usr/bin"_s) + u':' + environment.value(u"PATH"_s));
     EXPECT_EQ(autostart(u"on"_s).exitCode, 0);
     file.close();
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(valueOf(file.readAll(), u"Desktop Entry"_s, u"Exec"_s), u"orvesa-translate"_s);
+    const QByteArray entryByName = file.readAll();
+    EXPECT_EQ(valueOf(entryByName, u"Desktop Entry"_s, u"Exec"_s), u"orvesa-translate"_s);
+    EXPECT_EQ(valueOf(entryByName, u"Desktop Entry"_s, u"TryExec"_s), u"orvesa-translate"_s);
     EXPECT_EQ(autostart(u"off"_s).exitCode, 0);
     EXPECT_EQ(autostart(u"status"_s).output, "off\n");
     EXPECT_FALSE(file.exists());

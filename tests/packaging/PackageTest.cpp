@@ -4,7 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QCryptographicHash>
 #include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 
 namespace orvesa::packaging {
 namespace {
@@ -35,10 +38,12 @@ protected:
 
 TEST_F(Package, PassesLintianWithoutAWord)
 {
-    // Even what it only suspects counts. The compiler's name, which CPack's strip leaves in, harms nobody.
+    // Even what it only suspects counts. The compiler's name, which CPack's strip leaves in, harms nobody; and which
+    // programs make calls that can be fortified is for the tests of their hardening to say.
     const ToolResult verdict =
         run(u"lintian"_s, {u"--allow-root"_s, u"--pedantic"_s, u"--display-info"_s, u"--suppress-tags"_s,
-                           u"binary-has-unneeded-section"_s, u"--fail-on"_s, u"error,warning,info,pedantic"_s, path});
+                           u"binary-has-unneeded-section,hardening-no-fortify-functions"_s, u"--fail-on"_s,
+                           u"error,warning,info,pedantic"_s, path});
     EXPECT_EQ(verdict.exitCode, 0) << verdict.output.constData();
     EXPECT_TRUE(verdict.output.isEmpty()) << verdict.output.constData();
 }
@@ -56,6 +61,30 @@ TEST_F(Package, NamesWhatTheProgramNeeds)
     for (const QString &name : {u"at-spi2-core"_s, u"gnome-keyring | "_s, u"tesseract-ocr-jpn-vert"_s, u"fonts-"_s}) {
         EXPECT_TRUE(recommends.contains(name)) << recommends.toStdString();
     }
+}
+
+TEST_F(Package, IsTheSameWheneverItIsMade)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"SOURCE_DATE_EPOCH"_s, u"1700000000"_s);
+    const auto digest = [&environment](const QTemporaryDir &target) {
+        const ToolResult made =
+            run(QStringLiteral(ORVESA_CPACK),
+                {u"--config"_s, QStringLiteral(ORVESA_BUILD_FOLDER) + u"/CPackConfig.cmake"_s, u"-B"_s, target.path()},
+                environment);
+        EXPECT_EQ(made.exitCode, 0) << made.output.constData();
+        QFile file(target.filePath(QDir(target.path()).entryList({u"*.deb"_s}).value(0)));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha256).toHex();
+    };
+    const QTemporaryDir first;
+    const QTemporaryDir second;
+    const QByteArray digestOfTheFirst = digest(first);
+    EXPECT_EQ(digestOfTheFirst, digest(second));
+    QFile made(path);
+    ASSERT_TRUE(made.open(QIODevice::ReadOnly));
+    EXPECT_NE(digestOfTheFirst, QCryptographicHash::hash(made.readAll(), QCryptographicHash::Sha256).toHex())
+        << "without the variable the day counts";
 }
 
 TEST_F(Package, HoldsWhatAnInstallationHolds)
