@@ -81,6 +81,10 @@ DoctorFinding keyStore(KeyStore state)
         return {
             Verdict::note, subject, u"running, locked"_s,
             u"It asks for its password at the first use. A keyring with the login's password is unlocked at login."_s};
+    case KeyStore::unreadable:
+        return {Verdict::wrong, subject, u"running, but its default keyring cannot be used"_s,
+                u"Log out and in: a keyring that has just been made at login is ready then. Otherwise set another "
+                u"default one in the key store's own program."_s};
     case KeyStore::silent:
         return {Verdict::wrong, subject, u"running, but it does not answer"_s,
                 u"A prompt of it may be open. Otherwise log out and in."_s};

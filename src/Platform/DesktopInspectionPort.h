@@ -29,6 +29,7 @@ public:
         absent,    ///< none runs, none would be started
         startable, ///< none runs; the first use starts one
         noCollection,
+        unreadable, ///< it answers, and knows nothing of the keyring that it names as the default one
         locked,
         unlocked,
         silent, ///< one runs and does not answer

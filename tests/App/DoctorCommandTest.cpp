@@ -183,7 +183,8 @@ TEST_F(DoctorCommandTest, AWaylandDesktopsPortalIsNotAskedForShortcuts)
 TEST_F(DoctorCommandTest, AStoreThatIsNotOpenIsNotAsked)
 {
     for (const Inspection::KeyStore state : {Inspection::KeyStore::locked, Inspection::KeyStore::absent,
-                                             Inspection::KeyStore::silent, Inspection::KeyStore::startable}) {
+                                             Inspection::KeyStore::silent, Inspection::KeyStore::startable,
+                                             Inspection::KeyStore::unreadable}) {
         inspection.currentKeyStore = state;
         EXPECT_EQ(about(u"API key"_s, examine())->verdict, Verdict::note);
     }
@@ -240,7 +241,8 @@ TEST(DoctorSentences, WhateverIsWrongHasARemedyAndItsOwnSentence)
     }
     using KeyStore = Inspection::KeyStore;
     for (const KeyStore state : {KeyStore::noSessionBus, KeyStore::noLibrary, KeyStore::absent, KeyStore::startable,
-                                 KeyStore::noCollection, KeyStore::locked, KeyStore::unlocked, KeyStore::silent}) {
+                                 KeyStore::noCollection, KeyStore::unreadable, KeyStore::locked, KeyStore::unlocked,
+                                 KeyStore::silent}) {
         findings.append(DoctorSentences::keyStore(state));
     }
     for (const Inspection::Tray tray :

@@ -164,7 +164,11 @@ DesktopInspectionPort::KeyStore LinuxDesktopInspection::keyStore() const
     }
     const auto locked = property(*bus, secretService, collection, u"org.freedesktop.Secret.Collection"_s, u"Locked"_s);
     if (!locked) {
-        return KeyStore::silent;
+        // GNOME Keyring in the first session of a new account: the keyring that the login has just made is listed, and
+        // cannot be used before the next login.
+        const auto listed = property(*bus, secretService, u"/org/freedesktop/secrets"_s,
+                                     u"org.freedesktop.Secret.Service"_s, u"Collections"_s);
+        return listed ? KeyStore::unreadable : KeyStore::silent;
     }
     return locked->toBool() ? KeyStore::locked : KeyStore::unlocked;
 }

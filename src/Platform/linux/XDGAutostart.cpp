@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// An entry is a few lines; whatever is larger is none.
-constexpr qint64 greatestEntryBytes = 64 * 1024;
+constexpr qint64 greatestEntryBytes = qint64{64} * 1024;
 
 /// The values of the entry's own group.
 QMap<QString, QString> valuesOf(const QString &path)
@@ -68,10 +68,11 @@ bool XDGAutostart::turnOn()
                u"Type=Application\n"
                u"Name=%1\n"
                u"Exec=%2\n"
-               u"Icon=%3\n"
+               u"TryExec=%3\n"
+               u"Icon=%4\n"
                u"Terminal=false\n"
                u"StartupNotify=false\n"
-               u"X-GNOME-Autostart-enabled=true\n"_s.arg(m_name, command(), m_identifier)
+               u"X-GNOME-Autostart-enabled=true\n"_s.arg(m_name, command(), programFile(), m_identifier)
                    .toUtf8());
     return file.commit();
 }
@@ -81,12 +82,23 @@ bool XDGAutostart::turnOff()
     return !QFileInfo::exists(m_path) || QFile::remove(m_path);
 }
 
-QString XDGAutostart::command() const
+bool XDGAutostart::isFoundByName() const
 {
     const QFileInfo program(m_program);
     const QString found = QStandardPaths::findExecutable(program.fileName());
-    const bool isTheOneFound = !found.isEmpty() && QFileInfo(found).canonicalFilePath() == program.canonicalFilePath();
-    return isTheOneFound ? program.fileName() : quoted(program.absoluteFilePath());
+    return !found.isEmpty() && QFileInfo(found).canonicalFilePath() == program.canonicalFilePath();
+}
+
+QString XDGAutostart::command() const
+{
+    const QFileInfo program(m_program);
+    return isFoundByName() ? program.fileName() : quoted(program.absoluteFilePath());
+}
+
+QString XDGAutostart::programFile() const
+{
+    const QFileInfo program(m_program);
+    return isFoundByName() ? program.fileName() : program.absoluteFilePath().replace(u'\\', u"\\\\"_s);
 }
 
 QString XDGAutostart::quoted(const QString &path)

@@ -23,7 +23,10 @@ public:
     [[nodiscard]] static QString quoted(const QString &path);
 
 private:
+    [[nodiscard]] bool isFoundByName() const;
     [[nodiscard]] QString command() const;
+    /// Without this file, after the program has been removed, session managers pass the entry over.
+    [[nodiscard]] QString programFile() const;
 
     QString m_path;
     QString m_identifier;
