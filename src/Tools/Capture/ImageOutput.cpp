@@ -53,7 +53,7 @@ QString writePrivately(const QString &path, const QByteArray &bytes)
     if (complete && std::rename(unfinished.constData(), QFile::encodeName(path).constData()) == 0) {
         return {};
     }
-    const QString message = u"the capture cannot be written: "_s + (complete ? reason() : failure);
+    QString message = u"the capture cannot be written: "_s + (complete ? reason() : failure);
     ::unlink(unfinished.constData());
     return message;
 }

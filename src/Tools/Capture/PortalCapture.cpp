@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 mostBytes = 64 * 1024 * 1024;
+constexpr qint64 mostBytes = qint64{64} * 1024 * 1024;
 
 /// The portal leaves its file among the user's pictures; it was made for this capture and goes with it.
 QString moved(const QString &uri, const QString &path)

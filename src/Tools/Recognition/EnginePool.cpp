@@ -13,8 +13,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 struct LanguageData {
-    Language language;
-    const char *name;
+    Language language = Language::english;
+    const char *name = "";
     QLatin1StringView package;
 };
 

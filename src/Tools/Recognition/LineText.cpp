@@ -79,7 +79,7 @@ void widenSentenceMarks(std::vector<SpacedGlyph> &glyphs)
 void widenParentheses(std::vector<SpacedGlyph> &glyphs)
 {
     constexpr double emptyHalf = 0.48;
-    constexpr std::size_t none = static_cast<std::size_t>(-1);
+    constexpr auto none = static_cast<std::size_t>(-1);
     std::size_t open = none;
     for (std::size_t index = 0; index < glyphs.size(); ++index) {
         const QString &text = glyphs[index].text;

@@ -155,7 +155,8 @@ bool isTickBox(const RegionMap &map, std::int32_t number, int text)
     const bool isHollow = fill < 0.5 && pixelsInside(map, number) == 0;
     const bool isSquare = isHollow && sideShare(map, number) >= 0.85;
     const bool isFilled = fill > 0.78 && sideShare(map, number) >= 0.92;
-    if (!isSquare && !isFilled && !(isHollow && box.height() >= tallerThanLetters * text)) {
+    const bool isTallOutline = isHollow && box.height() >= tallerThanLetters * text;
+    if (!(isSquare || isFilled || isTallOutline)) {
         return false;
     }
     int next = map.width;

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype mostBytes = 64 * 1024 * 1024;
+constexpr qsizetype mostBytes = qsizetype{64} * 1024 * 1024;
 constexpr int mostMegabytesDecoded = 256; // 8K at 32 bits is half of it
 constexpr qsizetype longestHeader = 64;
 

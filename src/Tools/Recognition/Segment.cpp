@@ -2,17 +2,16 @@
 
 #include "Tools/Recognition/GlyphPlaces.h"
 #include "Tools/Recognition/Scripts.h"
+#include "Tools/Recognition/SegmentImage.h"
 
 #include <algorithm>
 #include <cmath>
+#include <ranges>
 #include <utility>
 
 namespace orvesa {
 
 namespace {
-
-/// White that a run gets on its left and on its right before it is read, in pixels of its image.
-constexpr int border = 10;
 
 template <typename Test>
 bool anyGlyph(const Reading &reading, Test test)
@@ -26,15 +25,16 @@ QRect partOf(const std::vector<Span> &places, std::size_t first, std::size_t las
 {
     const int left = first == 0 ? 0 : (places[first - 1].end + places[first].begin + 1) / 2;
     const int right = last + 1 == places.size() ? image.width() - 1 : (places[last].end + places[last + 1].begin) / 2;
-    return QRect(QPoint(left, 0), QPoint(std::max(left, right), image.height() - 1));
+    return {QPoint(left, 0), QPoint(std::max(left, right), image.height() - 1)};
 }
 
+/// A part that has its border above and below already.
 GrayImage bordered(const GrayImage &image, const QRect &part)
 {
-    GrayImage result(part.width() + 2 * border, part.height(), 255);
+    GrayImage result(part.width() + 2 * readingBorder, part.height(), 255);
     for (int y = 0; y < part.height(); ++y) {
         const std::uint8_t *source = image.row(part.top() + y) + part.left();
-        std::copy(source, source + part.width(), result.row(y) + border);
+        std::copy(source, source + part.width(), result.row(y) + readingBorder);
     }
     return result;
 }
@@ -99,25 +99,25 @@ std::vector<NarrowRun> narrowRunsIn(const Reading &reading, const GrayImage &ima
 void mergeRuns(Reading &reading, const std::vector<NarrowRun> &runs)
 {
     // From the last, so that earlier places stay right.
-    for (auto run = runs.rbegin(); run != runs.rend(); ++run) {
-        if (run->english.lines.size() != 1 || hasWide(run->english)) {
+    for (const NarrowRun &run : std::views::reverse(runs)) {
+        if (run.english.lines.size() != 1 || hasWide(run.english)) {
             continue;
         }
-        auto &glyphs = reading.lines[run->line].glyphs;
-        const auto begin = glyphs.begin() + static_cast<std::ptrdiff_t>(run->first);
-        const auto end = glyphs.begin() + static_cast<std::ptrdiff_t>(run->last) + 1;
+        auto &glyphs = reading.lines[run.line].glyphs;
+        const auto begin = glyphs.begin() + static_cast<std::ptrdiff_t>(run.first);
+        const auto end = glyphs.begin() + static_cast<std::ptrdiff_t>(run.last) + 1;
         Reading before;
         before.lines.push_back({{begin, end}});
-        const double count = static_cast<double>(run->last - run->first + 1);
-        const double englishCount = static_cast<double>(glyphCount(run->english));
+        const auto count = static_cast<double>(run.last - run.first + 1);
+        const auto englishCount = static_cast<double>(glyphCount(run.english));
         constexpr double slack = 1;
-        if (confidenceOf(run->english) + slack < confidenceOf(before) ||
+        if (confidenceOf(run.english) + slack < confidenceOf(before) ||
             std::abs(englishCount - count) > 1 + 0.3 * count) {
             continue;
         }
-        std::vector<Glyph> replacement = run->english.lines.front().glyphs;
+        std::vector<Glyph> replacement = run.english.lines.front().glyphs;
         for (Glyph &glyph : replacement) {
-            glyph.box.translate(run->part.left() - border, 0);
+            glyph.box.translate(run.part.left() - readingBorder, 0);
         }
         replacement.front().beginsWord = begin->beginsWord;
         const auto place = glyphs.erase(begin, end);

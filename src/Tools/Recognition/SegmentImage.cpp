@@ -9,7 +9,6 @@ namespace orvesa {
 
 namespace {
 
-constexpr int border = 10;
 constexpr int margin = 1; ///< the blur around the outermost marks
 constexpr int leastContrast = 24;
 
@@ -96,7 +95,7 @@ double largerEnlargementFor(int textHeight)
 
 double segmentInset(double enlargement)
 {
-    return border + margin * enlargement;
+    return readingBorder + margin * enlargement;
 }
 
 GrayImage segmentImage(const GrayImage &ink, const QRect &part, int text, double enlargement)
@@ -116,12 +115,12 @@ GrayImage segmentImage(const GrayImage &ink, const QRect &part, int text, double
     const int height = std::max(1, static_cast<int>(std::lround(crop.height() * enlargement)));
     const Plane turned = resampled(plane, crop.height(), crop.width(), width, enlargement);
     const Plane large = resampled(turned, width, crop.height(), height, enlargement);
-    GrayImage result(width + 2 * border, height + 2 * border, 255);
+    GrayImage result(width + 2 * readingBorder, height + 2 * readingBorder, 255);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
             const float value =
                 large[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)];
-            result.at(x + border, y + border) =
+            result.at(x + readingBorder, y + readingBorder) =
                 static_cast<std::uint8_t>(std::lround(255 * (1 - std::clamp(value, 0.0F, 1.0F))));
         }
     }

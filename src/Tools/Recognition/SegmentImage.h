@@ -9,6 +9,9 @@
 
 namespace orvesa {
 
+/// White around what the engine reads, in pixels of the image that it is given.
+inline constexpr int readingBorder = 10;
+
 /// How often the writing is enlarged for characters of that height. Captures of a screen with a high density are large
 /// already.
 [[nodiscard]] double enlargementFor(int textHeight);
