@@ -2,6 +2,7 @@
 //
 // ORVESA_KILLS=10000 in the environment kills that many processes; the usual number is one for every day.
 
+#include "Platform/ManyWriters.h"
 #include "Platform/SmallDisk.h"
 #include "Platform/linux/FileUserDefaults.h"
 
@@ -202,34 +203,7 @@ TEST_F(FileUserDefaultsDurability, ReadsBackAStateThatWasSetAfterEveryKillOnAFul
 
 TEST_F(FileUserDefaultsDurability, LosesNoneOfAThousandChangesOfEachOfTwoProcesses)
 {
-    constexpr int writers = 2;
-    constexpr int changes = 1000;
-    std::vector<pid_t> children;
-    for (int writer = 0; writer < writers; ++writer) {
-        const pid_t child = ::fork();
-        ASSERT_GE(child, 0);
-        if (child == 0) {
-            FileUserDefaults defaults = make();
-            for (int change = 0; change < changes; ++change) {
-                defaults.set(u"k%1.%2"_s.arg(writer).arg(change), qint64{change});
-            }
-            ::_exit(defaults.hasUnwrittenChanges() ? 1 : 0);
-        }
-        children.push_back(child);
-    }
-    for (const pid_t child : children) {
-        int status = -1;
-        ASSERT_EQ(::waitpid(child, &status, 0), child);
-        EXPECT_EQ(status, 0);
-    }
-    const FileUserDefaults reader = make();
-    int found = 0;
-    for (int writer = 0; writer < writers; ++writer) {
-        for (int change = 0; change < changes; ++change) {
-            found += reader.value(u"k%1.%2"_s.arg(writer).arg(change)) == DefaultsValue(qint64{change}) ? 1 : 0;
-        }
-    }
-    EXPECT_EQ(found, writers * changes);
+    tests::expectNothingLostBetween(2, 1000, u"app"_s, m_folder.path());
 }
 
 TEST_F(FileUserDefaultsDurability, GoesOnWithoutTheLockOfAProcessThatWasStopped)

@@ -1,15 +1,15 @@
 #include "Platform/linux/FileUserDefaults.h"
 
+#include "Platform/ManyWriters.h"
+#include "fakes/Happening.h"
+
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QDir>
-#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <QTimer>
 
 #include <cmath>
 #include <limits>
@@ -45,16 +45,6 @@ protected:
     [[nodiscard]] QStringList files() const
     {
         return QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
-    }
-    /// Processes events until the condition holds or five seconds have passed.
-    static bool happens(const std::function<bool()> &condition)
-    {
-        bool isOver = false;
-        QTimer::singleShot(5000, QCoreApplication::instance(), [&isOver] { isOver = true; });
-        while (!condition() && !isOver) {
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        }
-        return condition();
     }
 
     QTemporaryDir m_folder;
@@ -165,34 +155,7 @@ TEST_F(FileUserDefaultsTest, MergesWithAnotherWriter)
 
 TEST_F(FileUserDefaultsTest, LosesNothingBetweenManyProcesses)
 {
-    constexpr int writers = 4;
-    constexpr int rounds = 25;
-    std::vector<pid_t> children;
-    for (int writer = 0; writer < writers; ++writer) {
-        const pid_t child = ::fork();
-        ASSERT_GE(child, 0);
-        if (child == 0) {
-            FileUserDefaults defaults = make();
-            for (int round = 0; round < rounds; ++round) {
-                defaults.set(u"k%1.%2"_s.arg(writer).arg(round), qint64{round});
-            }
-            ::_exit(0);
-        }
-        children.push_back(child);
-    }
-    for (const pid_t child : children) {
-        int status = -1;
-        ASSERT_EQ(::waitpid(child, &status, 0), child);
-        EXPECT_EQ(status, 0);
-    }
-    const FileUserDefaults reader = make();
-    int found = 0;
-    for (int writer = 0; writer < writers; ++writer) {
-        for (int round = 0; round < rounds; ++round) {
-            found += reader.value(u"k%1.%2"_s.arg(writer).arg(round)).has_value() ? 1 : 0;
-        }
-    }
-    EXPECT_EQ(found, writers * rounds);
+    tests::expectNothingLostBetween(4, 25, u"app"_s, m_folder.path());
 }
 
 TEST_F(FileUserDefaultsTest, TellsOfChangesFromOutsideAndNotOfItsOwn)

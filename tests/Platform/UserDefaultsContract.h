@@ -6,12 +6,11 @@
 // makeDomain(name, key, Boolean).
 
 #include "Platform/UserDefaultsPort.h"
+#include "fakes/Happening.h"
 
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QEventLoop>
-#include <QTimer>
 
 #include <limits>
 
@@ -24,17 +23,6 @@ class UserDefaultsContract : public ::testing::Test {
 protected:
     [[nodiscard]] UserDefaultsPort &port() { return m_database.port(); }
     [[nodiscard]] std::optional<DefaultsValue> value(const QString &key) { return port().value(key); }
-
-    /// Processes events until the condition holds or five seconds have passed.
-    static bool happens(const std::function<bool()> &condition)
-    {
-        bool isOver = false;
-        QTimer::singleShot(5000, QCoreApplication::instance(), [&isOver] { isOver = true; });
-        while (!condition() && !isOver) {
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        }
-        return condition();
-    }
 
     Database m_database;
 };
@@ -107,10 +95,10 @@ TYPED_TEST_P(UserDefaultsContract, TellsOfChangesFromOutsideOnly)
     QCoreApplication::processEvents();
     EXPECT_EQ(calls, 0);
     this->m_database.changeFromOutside(u"b"_s, u"x"_s);
-    EXPECT_TRUE(this->happens([&] { return calls == 1; }));
+    EXPECT_TRUE(happens([&] { return calls == 1; }));
     EXPECT_EQ(this->value(u"b"_s), DefaultsValue(u"x"_s));
     this->m_database.changeFromOutside(u"b"_s, std::nullopt);
-    EXPECT_TRUE(this->happens([&] { return calls == 2; }));
+    EXPECT_TRUE(happens([&] { return calls == 2; }));
     EXPECT_EQ(this->value(u"b"_s), std::nullopt);
 }
 
@@ -124,7 +112,7 @@ TYPED_TEST_P(UserDefaultsContract, CallsTheLastHandlerWhichMayRemoveItself)
         this->port().setExternalChangeHandler({});
     });
     this->m_database.changeFromOutside(u"a"_s, true);
-    EXPECT_TRUE(this->happens([&] { return later == 1; }));
+    EXPECT_TRUE(happens([&] { return later == 1; }));
     this->m_database.changeFromOutside(u"a"_s, false);
     QCoreApplication::processEvents();
     EXPECT_EQ(later, 1);
@@ -135,7 +123,7 @@ TYPED_TEST_P(UserDefaultsContract, ObserverMaySetValues)
 {
     this->port().setExternalChangeHandler([this] { this->port().set(u"seen"_s, true); });
     this->m_database.changeFromOutside(u"a"_s, true);
-    EXPECT_TRUE(this->happens([&] { return this->value(u"seen"_s).has_value(); }));
+    EXPECT_TRUE(happens([&] { return this->value(u"seen"_s).has_value(); }));
     EXPECT_EQ(this->value(u"a"_s), DefaultsValue(true));
     this->port().setExternalChangeHandler({});
 }

@@ -8,6 +8,7 @@
 #include "fakes/FakePanelWindow.h"
 #include "fakes/FakePreferredLanguages.h"
 #include "fakes/FakeUserDefaults.h"
+#include "fakes/Happening.h"
 
 #include <gtest/gtest.h>
 
@@ -56,12 +57,7 @@ protected:
     /// Whether the panel is gone within a time that is more than enough.
     [[nodiscard]] bool goes()
     {
-        QElapsedTimer timer;
-        timer.start();
-        while (controller.isVisible() && timer.elapsed() < 10'000) {
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
-        }
-        return !controller.isVisible();
+        return happens([this] { return !controller.isVisible(); });
     }
 
     FakeUserDefaults defaults;

@@ -1,11 +1,11 @@
 #include "UI/RecorderTest.h"
 
 #include "UI/Style.h"
+#include "fakes/Happening.h"
 
 #include <gtest/gtest.h>
 
 #include <QAccessible>
-#include <QDeadlineTimer>
 
 #include <algorithm>
 #include <cmath>
@@ -51,11 +51,7 @@ TEST_F(RecorderTest, TellsScreenReadersItsPurposeAndItsState)
     EXPECT_EQ(accessible->text(QAccessible::Description), translate.toolTip());
     accessible->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     // It stays down for a moment, as pressed by a finger.
-    const QDeadlineTimer deadline(std::chrono::seconds(2));
-    while (!translate.isRecording() && !deadline.hasExpired()) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
-    }
-    EXPECT_TRUE(translate.isRecording());
+    EXPECT_TRUE(happens([this] { return translate.isRecording(); }));
     EXPECT_EQ(accessible->text(QAccessible::Name), u"Translate Selection, Type shortcut…"_s);
     EXPECT_EQ(QAccessible::queryAccessibleInterface(&prompt)->text(QAccessible::Name), u"None"_s);
 }
