@@ -2,6 +2,7 @@
 
 #include "App/CompositionDoctor.h"
 #include "App/CompositionProcess.h"
+#include "App/DesktopPorts.h"
 #include "App/StandardStreams.h"
 #include "Platform/linux/CoreDumps.h"
 #include "Platform/linux/DisplayProbe.h"
@@ -66,28 +67,6 @@ struct UtilityTools {
     std::unique_ptr<AccessibilityTrustDialog> trustDialog;
 };
 
-std::unique_ptr<Utility> makeUtility(LinuxDesktop &desktop, UtilityTools &tools)
-{
-    return std::make_unique<Utility>(Utility::Ports{
-        .userDefaults = desktop.userDefaults(),
-        .preferredLanguages = desktop.preferredLanguages(),
-        .keyStore = desktop.keyStore(),
-        .clock = desktop.clock(),
-        .hotKeys = desktop.hotKeys(),
-        .keyMonitor = desktop.keyMonitor(),
-        .tray = desktop.tray(),
-        .workspace = desktop.workspace(),
-        .accessibilityElements = desktop.accessibilityElements(),
-        .accessibilityTrust = desktop.accessibilityTrust(),
-        .keyboardEvents = desktop.keyboardEvents(),
-        .pasteboard = desktop.pasteboard(),
-        .mouseMonitor = desktop.mouseMonitor(),
-        .panelWindow = desktop.panelWindow(),
-        .screenCapture = tools.capture,
-        .textRecognition = tools.recognition,
-    });
-}
-
 } // namespace
 
 ExitCode runUtility(int &argc, char **argv)
@@ -115,7 +94,7 @@ ExitCode runUtility(int &argc, char **argv)
         migratePreferences(desktop.userDefaults());
         tools = std::make_unique<UtilityTools>(desktop.accessibilityTrust());
         QGuiApplication::setWindowIcon(Symbols::icon(u"character.bubble"_s, Style::color(accent(AppTheme::violet))));
-        return makeUtility(desktop, *tools);
+        return std::make_unique<Utility>(portsOf(desktop, tools->capture, tools->recognition));
     };
     return serve(desktop.singleInstance(), {.make = make, .warmUp = [&desktop] { desktop.warmUp(); }});
 }

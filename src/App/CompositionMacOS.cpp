@@ -2,6 +2,7 @@
 #include "App/Composition.h"
 #include "App/CompositionPerform.h"
 #include "App/CompositionProcess.h"
+#include "App/DesktopPorts.h"
 #include "App/MainMenu.h"
 #include "App/PerformCommand.h"
 #include "App/StandardStreams.h"
@@ -22,28 +23,6 @@ namespace orvesa::Composition {
 using CommandLine::ExitCode;
 
 namespace {
-
-std::unique_ptr<Utility> makeUtility(MacDesktop &desktop)
-{
-    return std::make_unique<Utility>(Utility::Ports{
-        .userDefaults = desktop.userDefaults(),
-        .preferredLanguages = desktop.preferredLanguages(),
-        .keyStore = desktop.keyStore(),
-        .clock = desktop.clock(),
-        .hotKeys = desktop.hotKeys(),
-        .keyMonitor = desktop.keyMonitor(),
-        .tray = desktop.tray(),
-        .workspace = desktop.workspace(),
-        .accessibilityElements = desktop.accessibilityElements(),
-        .accessibilityTrust = desktop.accessibilityTrust(),
-        .keyboardEvents = desktop.keyboardEvents(),
-        .pasteboard = desktop.pasteboard(),
-        .mouseMonitor = desktop.mouseMonitor(),
-        .panelWindow = desktop.panelWindow(),
-        .screenCapture = desktop.screenCapture(),
-        .textRecognition = desktop.textRecognition(),
-    });
-}
 
 QCoro::Task<ExitCode> refuseToExamine(Services &services, CommandLine::Doctor examination)
 {
@@ -67,7 +46,7 @@ ExitCode runUtility(int &argc, char **argv)
     QGuiApplication::setQuitOnLastWindowClosed(false);
     std::unique_ptr<MainMenu> mainMenu;
     const auto make = [&] {
-        auto utility = makeUtility(desktop);
+        auto utility = std::make_unique<Utility>(portsOf(desktop, desktop.screenCapture(), desktop.textRecognition()));
         AppKitApplication::becomeAccessory();
         mainMenu = std::make_unique<MainMenu>();
         return utility;
