@@ -7,8 +7,7 @@
 
 namespace orvesa {
 
-/// The commit's short name; empty when the sources came without their
-/// history.
+/// The commit's short name; empty when the sources came without their history.
 [[nodiscard]] QString buildCommit();
 
 /// "Orvesa Translate 1.2.3 (0a1b2c3)"

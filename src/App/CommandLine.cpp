@@ -169,7 +169,7 @@ Request parseCommand(const QCommandLineParser &parser, qsizetype literalCount)
     if (const auto *error = std::get_if<UsageError>(&given)) {
         return *error;
     }
-    const Overrides &accepted = std::get<Overrides>(given);
+    const auto &accepted = std::get<Overrides>(given);
     if (command == "translate"_L1) {
         return parseTranslate(parser, accepted, textArguments(words, literalCount));
     }

@@ -12,9 +12,7 @@
 #include <optional>
 #include <variant>
 
-namespace orvesa {
-
-namespace CommandLine {
+namespace orvesa::CommandLine {
 
 /// Exit codes of the program.
 enum class ExitCode : int { success = 0, failure = 1, usage = 2 };
@@ -64,7 +62,7 @@ struct Prompt {
 /// Preferences by the keys under which they are stored.
 struct Settings {
     enum class Action { list, get, set, reset };
-    Action action;
+    Action action = Action::list;
     QString key;   ///< empty for list
     QString value; ///< in its stored form; empty unless it is set
     bool operator==(const Settings &) const = default;
@@ -72,7 +70,7 @@ struct Settings {
 /// API keys.
 struct Key {
     enum class Action { set, clear, status };
-    Action action;
+    Action action = Action::status;
     std::optional<AIProviderType> provider; ///< absent for status
     bool operator==(const Key &) const = default;
 };
@@ -83,13 +81,13 @@ struct Recognize {
 /// Start at login.
 struct Autostart {
     enum class Action { on, off, status };
-    Action action;
+    Action action = Action::status;
     bool operator==(const Autostart &) const = default;
 };
 /// What the program finds on this desktop.
 struct Doctor {
     enum class Reach { machine, network };
-    Reach reach;
+    Reach reach = Reach::machine;
     bool operator==(const Doctor &) const = default;
 };
 struct UsageError {
@@ -105,6 +103,4 @@ using Request = std::variant<StartUtility, ShowVersion, ShowHelp, Perform, Trans
 
 [[nodiscard]] QString helpText();
 
-} // namespace CommandLine
-
-} // namespace orvesa
+} // namespace orvesa::CommandLine

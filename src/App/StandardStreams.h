@@ -1,6 +1,7 @@
 #pragma once
 
 // The process's standard streams, as UTF-8 text. For the command line; calls block until the stream is done.
+// Main thread.
 
 #include <QString>
 
@@ -9,7 +10,7 @@
 namespace orvesa::StandardStreams {
 
 /// More than anyone has translated, and less than would fill the memory.
-inline constexpr qsizetype mostInput = 16 * 1024 * 1024;
+inline constexpr qsizetype mostInput = qsizetype{16} * 1024 * 1024;
 
 enum class InputTrouble { unreadable, tooLarge };
 

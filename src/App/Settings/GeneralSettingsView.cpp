@@ -69,7 +69,7 @@ void nameControl(QLabel &caption, QWidget &control, L10nKey key)
 } // namespace
 
 GeneralSettingsView::GeneralSettingsView(SettingsServices services, QWidget *parent)
-    : QWidget(parent), m_services(std::move(services))
+    : QWidget(parent), m_services(services)
 {
     m_generalCard = makeGeneralCard();
     m_requestsCard = makeRequestsCard();

@@ -166,6 +166,7 @@ ATSPIStateSet ATSPIClient::states(const ATSPIReference &object)
 std::vector<ATSPIStateSet> ATSPIClient::states(const std::vector<ATSPIReference> &objects)
 {
     std::vector<Call> calls;
+    calls.reserve(objects.size());
     for (const ATSPIReference &object : objects) {
         calls.push_back({object, accessible(), u"GetState"_s, {}});
     }
@@ -201,6 +202,7 @@ std::optional<qint64> ATSPIClient::processIdentifier(const QString &busName)
 std::vector<std::optional<qint64>> ATSPIClient::processIdentifiers(const std::vector<QString> &busNames)
 {
     std::vector<Call> calls;
+    calls.reserve(busNames.size());
     for (const QString &busName : busNames) {
         calls.push_back({{u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s},
                          u"org.freedesktop.DBus"_s,

@@ -37,7 +37,7 @@ QString characters(quint32 symbol)
 {
     const auto *const dead = std::ranges::find(deadAccents, symbol, &std::pair<xkb_keysym_t, char16_t>::first);
     if (dead != deadAccents.end()) {
-        return QString(QChar(dead->second));
+        return {QChar(dead->second)};
     }
     const char32_t scalar = xkb_keysym_to_utf32(symbol);
     return scalar == 0 ? QString() : QString::fromUcs4(&scalar, 1);

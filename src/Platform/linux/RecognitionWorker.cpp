@@ -10,7 +10,7 @@ namespace orvesa {
 
 namespace {
 
-constexpr qsizetype mostText = 8 * 1024 * 1024;
+constexpr qsizetype mostText = qsizetype{8} * 1024 * 1024;
 constexpr qsizetype longestHeader = 1024;
 /// A killed process is gone at once, unless the system holds it; it ends without us then.
 constexpr int killMilliseconds = 500;

@@ -21,7 +21,7 @@ public:
             m_isBroken = true;
             return {};
         }
-        const QByteArray taken = m_bytes.sliced(m_place, length);
+        QByteArray taken = m_bytes.sliced(m_place, length);
         m_place += length;
         return taken;
     }
