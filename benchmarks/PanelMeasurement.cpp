@@ -34,11 +34,11 @@ void PanelMeasurement::answerAtOnce(const QString &text)
 
 void PanelMeasurement::answerLater()
 {
-    m_stage.service().setResponder(service::Responder([this](const service::ServiceRequest &request,
-                                                             service::Answer answer) {
-        const std::scoped_lock lock(m_mutex);
-        m_waiting.emplace(request, std::move(answer));
-    }));
+    m_stage.service().setResponder(
+        service::Responder([this](const service::ServiceRequest &request, service::Answer answer) {
+            const std::scoped_lock lock(m_mutex);
+            m_waiting.emplace(request, std::move(answer));
+        }));
 }
 
 xcb_window_t PanelMeasurement::open()
@@ -50,23 +50,7 @@ xcb_window_t PanelMeasurement::open()
     if (!m_stage.service().waitForRequests(before + 1)) {
         throw std::runtime_error("the shortcut led to no request");
     }
-    xcb_window_t panel = 0;
-    awaitPainted(panel);
-    return panel;
-}
-
-void PanelMeasurement::awaitPainted(xcb_window_t &panel)
-{
-    desktop::waitUntil(
-        [&] {
-            for (const xcb_window_t window : m_stage.desktop().windows().mapped({.pid = m_product.pid()})) {
-                if (m_probe.times(window).painted) {
-                    panel = window;
-                }
-            }
-            return panel != 0;
-        },
-        u"the panel to be painted"_s);
+    return m_probe.awaitPaintedWindow(m_stage.desktop().windows(), m_product.pid());
 }
 
 double PanelMeasurement::answer(xcb_window_t panel, const QString &text)
@@ -101,7 +85,8 @@ void PanelMeasurement::close()
 
 void PanelMeasurement::measureAnswer(ReportTable &table, const QString &size, qsizetype bytes, double most, int rounds)
 {
-    const QString text = u"The weather is fine today, and the train was on time. "_s.repeated(bytes / 54 + 1).left(bytes);
+    const QString text =
+        u"The weather is fine today, and the train was on time. "_s.repeated(bytes / 54 + 1).left(bytes);
     Samples samples;
     answerLater();
     for (int round = 0; round < rounds; ++round) {

@@ -32,7 +32,6 @@ private:
     /// Hands the answer to the service, and returns milliseconds until it is painted.
     double answer(xcb_window_t panel, const QString &text);
     void close();
-    void awaitPainted(xcb_window_t &panel);
     void answerAtOnce(const QString &text);
     void answerLater();
 

@@ -4,11 +4,6 @@
 
 namespace orvesa::benchmark {
 
-void Samples::add(const Samples &other)
-{
-    m_values.insert(m_values.end(), other.m_values.begin(), other.m_values.end());
-}
-
 double Samples::median() const
 {
     if (m_values.empty()) {

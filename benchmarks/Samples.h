@@ -9,7 +9,6 @@ namespace orvesa::benchmark {
 class Samples final {
 public:
     void add(double value) { m_values.push_back(value); }
-    void add(const Samples &other);
 
     [[nodiscard]] bool isEmpty() const { return m_values.empty(); }
     [[nodiscard]] std::size_t count() const { return m_values.size(); }

@@ -43,7 +43,7 @@ PressTimes ShortcutMeasurement::press()
         throw std::runtime_error("the shortcut led to no request; the product said: " +
                                  m_product.standardError().right(2'000).toStdString() + shownTexts().toStdString());
     }
-    const WindowTimes window = m_probe.times(awaitPaintedPanel());
+    const WindowTimes window = m_probe.times(m_probe.awaitPaintedWindow(m_stage.desktop().windows(), m_product.pid()));
     const qint64 firstByte = m_stage.service().requests().at(requestsBefore).firstByteNanoseconds;
     dismissPanel();
     return {.mapped = millisecondsSince(pressed, *window.mapped),
@@ -58,22 +58,6 @@ QString ShortcutMeasurement::shownTexts() const
         texts += u'\n' + window.dump();
     }
     return texts;
-}
-
-xcb_window_t ShortcutMeasurement::awaitPaintedPanel()
-{
-    xcb_window_t panel = 0;
-    desktop::waitUntil(
-        [&] {
-            for (const xcb_window_t window : m_stage.desktop().windows().mapped({.pid = m_product.pid()})) {
-                if (m_probe.times(window).painted) {
-                    panel = window;
-                }
-            }
-            return panel != 0;
-        },
-        u"the panel to be mapped and painted"_s);
-    return panel;
 }
 
 void ShortcutMeasurement::dismissPanel()

@@ -28,7 +28,6 @@ public:
 private:
     /// What the product's windows say, for the message of a failure.
     [[nodiscard]] QString shownTexts() const;
-    [[nodiscard]] xcb_window_t awaitPaintedPanel();
     void dismissPanel();
 
     BenchStage &m_stage;

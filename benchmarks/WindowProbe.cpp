@@ -1,5 +1,6 @@
 #include "WindowProbe.h"
 
+#include "desktop/Waiting.h"
 #include "service/ServiceRequest.h"
 
 #include <xcb/damage.h>
@@ -93,6 +94,23 @@ WindowTimes WindowProbe::times(xcb_window_t window) const
     const std::scoped_lock lock(m_mutex);
     const auto found = m_times.find(window);
     return found == m_times.end() ? WindowTimes() : found->second;
+}
+
+xcb_window_t WindowProbe::awaitPaintedWindow(desktop::Windows &windows, qint64 process) const
+{
+    using namespace Qt::StringLiterals;
+    xcb_window_t painted = 0;
+    desktop::waitUntil(
+        [&] {
+            for (const xcb_window_t window : windows.mapped({.pid = process})) {
+                if (times(window).painted) {
+                    painted = window;
+                }
+            }
+            return painted != 0;
+        },
+        u"the window to be mapped and painted"_s);
+    return painted;
 }
 
 void WindowProbe::run()

@@ -5,6 +5,8 @@
 // A thread of its own sits on a connection of its own, so that the time stamps do not depend on what else the measuring
 // program does. All operations are called from one other thread. Ends its thread when it is destroyed.
 
+#include "desktop/Windows.h"
+
 #include <xcb/xcb.h>
 
 #include <QString>
@@ -38,6 +40,8 @@ public:
     /// When it was painted, once it is; none when the deadline passes before.
     [[nodiscard]] std::optional<qint64> awaitPainted(xcb_window_t window, std::chrono::milliseconds deadline) const;
     [[nodiscard]] WindowTimes times(xcb_window_t window) const;
+    /// The process' window that is mapped and painted, once there is one. Throws desktop::DeadlineError.
+    [[nodiscard]] xcb_window_t awaitPaintedWindow(desktop::Windows &windows, qint64 process) const;
 
 private:
     struct Disconnect {

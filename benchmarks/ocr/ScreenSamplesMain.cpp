@@ -27,7 +27,7 @@ bool write(const QString &path, const QByteArray &bytes)
 bool take(const QDir &folder, const QStringList &wanted)
 {
     QJsonArray cases;
-    for (const Scene &scene : ReadingMatter::scenes()) {
+    for (const Scene &scene : scenes()) {
         cases.append(QJsonObject{{u"id"_s, scene.id},
                                  {u"lang"_s, scene.language},
                                  {u"kind"_s, scene.kind},

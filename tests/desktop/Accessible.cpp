@@ -163,25 +163,6 @@ bool Accessible::doAction() const
            m_tree->call(m_bus, m_path, named(actionInterface), u"DoAction"_s, {0}).arguments().value(0).toBool();
 }
 
-bool Accessible::setText(const QString &text) const
-{
-    return m_tree && m_tree->call(m_bus, m_path, u"org.a11y.atspi.EditableText"_s, u"SetTextContents"_s, {text})
-                         .arguments()
-                         .value(0)
-                         .toBool();
-}
-
-Accessible Accessible::parent() const
-{
-    if (!m_tree)
-        return {};
-    const QVariant value = m_tree->property(m_bus, m_path, named(accessibleInterface), u"Parent"_s);
-    if (value.userType() != qMetaTypeId<QDBusArgument>())
-        return {};
-    auto [bus, path] = readReference(value.value<QDBusArgument>());
-    return {m_tree, bus, path};
-}
-
 std::vector<Accessible> Accessible::children() const
 {
     std::vector<Accessible> found;

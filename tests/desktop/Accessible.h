@@ -57,9 +57,7 @@ public:
     /// Performs the action of that name; false when there is none or it was refused.
     bool doAction(const QString &action) const;
     bool doAction() const; ///< the first one
-    bool setText(const QString &text) const;
 
-    [[nodiscard]] Accessible parent() const;
     [[nodiscard]] std::vector<Accessible> children() const;
     /// All below it, depth first, itself not included; at most `limit`.
     [[nodiscard]] std::vector<Accessible> descendants(std::size_t limit = 4000) const;

@@ -119,6 +119,8 @@ std::vector<TrayItem> TrayItems::items() const
         const qsizetype slash = entry.indexOf(u'/');
         TrayItem item;
         item.bus = slash < 0 ? entry : entry.left(slash);
+        if (item.bus.endsWith(u'@')) // as GNOME's extension writes it
+            item.bus.chop(1);
         item.path = slash < 0 ? u"/StatusNotifierItem"_s : entry.mid(slash);
         item.id = property(item.bus, item.path, latin(itemInterface), u"Id"_s).toString();
         item.title = property(item.bus, item.path, latin(itemInterface), u"Title"_s).toString();
@@ -181,11 +183,6 @@ void TrayItems::click(const TrayItem &item, const QString &text)
         throw DesktopError(u"the tray menu has no entry '%1' that can be clicked"_s.arg(text));
     call(item.bus, item.menuPath, latin(menuInterface), u"Event"_s,
          {entry->id, u"clicked"_s, QVariant::fromValue(QDBusVariant(0)), quint32{0}});
-}
-
-void TrayItems::activate(const TrayItem &item)
-{
-    call(item.bus, item.path, latin(itemInterface), u"Activate"_s, {0, 0});
 }
 
 } // namespace orvesa::desktop

@@ -52,7 +52,6 @@ public:
     [[nodiscard]] QStringList menuTexts(const TrayItem &item);
     /// Clicks the menu entry with exactly this text. Throws DesktopError when there is none that is enabled.
     void click(const TrayItem &item, const QString &text);
-    void activate(const TrayItem &item);
 
 private Q_SLOTS:
     void noteChange();

@@ -16,7 +16,7 @@ TEST_P(ScreenTextApplications, TranslatesWhatIsDraggedAround)
 {
     setUpScreen();
     ReadingMatter matter(*desktop);
-    const Scene scene = ReadingMatter::scene(QString::fromLatin1(GetParam()));
+    const Scene scene = sceneNamed(QString::fromLatin1(GetParam()));
     const QRect area = matter.show(scene);
     startCapture();
     dragAround(area, -1);
