@@ -30,8 +30,8 @@ struct TextRow {
     return std::ranges::equal(rows, keys, {}, &TextRow::key);
 }
 
-/// The text of the key in `table`, else in `english`, else the key's own name.
-[[nodiscard]] QString lookUp(L10nKey key, std::span<const TextRow> table, std::span<const TextRow> english);
+/// The text of the key in `rows`, else in `english`, else the key's own name.
+[[nodiscard]] QString lookUp(L10nKey key, std::span<const TextRow> rows, std::span<const TextRow> english);
 
 extern const std::array<TextRow, textCount> englishRows;
 extern const std::array<TextRow, textCount> traditionalChineseRows;
