@@ -30,6 +30,11 @@ TextArea::TextArea(QWidget *parent) : QPlainTextEdit(parent)
     setPalette(seeThrough);
 }
 
+QString TextArea::text() const
+{
+    return document()->toRawText().replace(QChar::ParagraphSeparator, u'\n');
+}
+
 bool TextArea::event(QEvent *event)
 {
     if (event->type() == QEvent::Paint) {

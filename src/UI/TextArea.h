@@ -12,6 +12,9 @@ class TextArea final : public QPlainTextEdit {
 public:
     explicit TextArea(QWidget *parent = nullptr);
 
+    /// The text as it was typed, with the blanks that no line breaks at; toPlainText() makes ordinary ones of them.
+    [[nodiscard]] QString text() const;
+
 protected:
     bool event(QEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;

@@ -128,6 +128,16 @@ TEST_F(PromptsPageTest, TheEditorStandsInPlaceOfTheListUntilItIsDone)
     EXPECT_TRUE(shownTexts().contains(u"Renamed"_s));
 }
 
+TEST_F(PromptsPageTest, KeepsTheBlanksThatNoLineBreaksAt)
+{
+    settings.setCustomPrompts({prompt(u"French"_s, u"Traduis\u00A0:\n\u3000«\u202F{text}\u00A0»"_s, std::nullopt)});
+    open();
+    rows()[0]->editButton().click();
+    page().editor()->findChild<TextArea *>()->insertPlainText(u"X\n"_s);
+    button(u"Save"_s)->click();
+    EXPECT_EQ(settings.customPrompts()[0].promptTemplate, u"X\nTraduis\u00A0:\n\u3000«\u202F{text}\u00A0»"_s);
+}
+
 TEST_F(PromptsPageTest, TheShortcutIsRecordedRefusedAndTakenAway)
 {
     open();

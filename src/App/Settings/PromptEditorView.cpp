@@ -43,7 +43,7 @@ PromptEditorView::PromptEditorView(const CustomPrompt &draft, const SettingsServ
     buildButtons();
 
     connect(m_name, &QLineEdit::textChanged, &m_model, &PromptEditorViewModel::setName);
-    connect(m_template, &QPlainTextEdit::textChanged, this, [this] { m_model.setTemplate(m_template->toPlainText()); });
+    connect(m_template, &QPlainTextEdit::textChanged, this, [this] { m_model.setTemplate(m_template->text()); });
     connect(&m_model, &PromptEditorViewModel::hotKeyChanged, this, &PromptEditorView::refreshHotKey);
     connect(&m_model, &PromptEditorViewModel::feedbackChanged, this, &PromptEditorView::refreshFeedback);
     connect(&services.settings, &SettingsStore::appLanguageChanged, this, &PromptEditorView::refreshTexts);
