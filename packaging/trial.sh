@@ -7,6 +7,7 @@
 #   packaging/trial.sh --desktops [NAME...]
 #                                 the package in real desktops, those of packaging/desktops or the ones named, each in a
 #                                 root of its own; pictures of them are under build/trial/pictures then
+#   packaging/trial.sh --boot     the package on a machine that systemd boots, whose people log in by their passwords
 # ORVESA_TRIAL names another folder in place of build/trial.
 # What is kept for the next time: build/trial/base.tar, the clean Debian. Remove it to have it made anew.
 set -euo pipefail
@@ -137,6 +138,19 @@ tryDesktops() {
     [[ ${#failed[@]} -eq 0 ]] || fail "not everything passed in: ${failed[*]}"
 }
 
+# The root as a machine of its own, booted by its systemd; ends with the status that the machine is switched off with.
+bootRoot() {
+    local -a own=()
+    if [[ ! -d /run/systemd/system ]]; then
+        # There is nobody here to give it a place among the machine's own units.
+        own=(--register=no --keep-unit)
+        asRoot mkdir -p /run/systemd
+    fi
+    # Key stores lock their memory.
+    asRoot systemd-nspawn --quiet --directory "$folder/root" --boot --machine clean --private-network --console pipe \
+        --system-call-filter @memlock "${own[@]}" </dev/null >"$folder/boot.log" 2>&1
+}
+
 mkdir -p "$folder"
 installPackages build run test package
 case "$kind" in
@@ -175,7 +189,27 @@ case "$kind" in
         begun=$SECONDS
         tryDesktops "$@"
         ;;
-    *) fail "usage: packaging/trial.sh [--package | --tree | --demo | --desktops [NAME...]]" ;;
+    --boot)
+        makePackage "$folder/package"
+        buildPrograms orvesa-session-check orvesa-service
+        makeOlderPackage
+        makeBase
+        makeRoot
+        asRoot cp "$packageFile" "$folder/root/trial/newer.deb"
+        asRoot cp "$folder/older.deb" "$projectRoot/packaging/trial-boot.sh" "$builtFolder/bin/orvesa-session-check" \
+            "$builtFolder/bin/orvesa-service" "$folder/root/trial/"
+        packagesOf boot | asRoot tee "$folder/root/trial/boot-packages.txt" >/dev/null
+        begun=$SECONDS
+        inRoot bash /trial/trial-boot.sh prepare
+        booted=0
+        bootRoot || booted=$?
+        asRoot cat "$folder/root/trial/boot.log" || true
+        if [[ $booted -ne 0 ]]; then
+            tail -20 "$folder/boot.log" >&2
+            fail "the booted machine ended with $booted"
+        fi
+        ;;
+    *) fail "usage: packaging/trial.sh [--package | --tree | --demo | --desktops [NAME...] | --boot]" ;;
 esac
 # The session of systemd leaves its cgroups, which are empty now.
 asRoot find /sys/fs/cgroup -depth -type d -path '*/orvesa-trial*' -exec rmdir {} + 2>/dev/null || true
