@@ -7,12 +7,16 @@
 #include "Platform/linux/WaylandWorkspace.h"
 #include "Platform/linux/X11HotKeys.h"
 #include "Platform/linux/X11Workspace.h"
+#include "desktop/BusClient.h"
 
 #include "fakes/FakeWorkspace.h"
 
 #include <gtest/gtest.h>
 
 #include <QElapsedTimer>
+#include <QScopeGuard>
+
+#include <csignal>
 
 namespace orvesa {
 
@@ -144,6 +148,29 @@ TEST_F(ATSPIElementsTest, FollowsTheFocusWithinAWindow)
     awaitRead(u"one two"_s);
 }
 
+TEST_F(ATSPIElementsTest, KnowsApplicationsThatWereThereBefore)
+{
+    const Mousepad editor(*m_desktop);
+    m_desktop->keyboard().type(u"known"_s);
+    m_desktop->keyboard().press(u"Ctrl+a"_s);
+    awaitRead(u"known"_s); // it has come that far
+    ATSPIElements elements(m_bus, m_workspace);
+    elements.warmUp();
+
+    // Whom a first read would have to ask which applications there are.
+    desktop::BusClient bus(m_desktop->accessibilityBusAddress());
+    const auto answer = bus.call(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s,
+                                 u"GetConnectionUnixProcessID"_s, {u"org.a11y.atspi.Registry"_s});
+    const auto registry = static_cast<pid_t>(answer.arguments().value(0).toUInt());
+    ASSERT_GT(registry, 1);
+    ASSERT_EQ(::kill(registry, SIGSTOP), 0);
+    const auto thaw = qScopeGuard([registry] { ::kill(registry, SIGCONT); });
+    const AccessibilityValue focused = elements.copyAttribute(elements.systemWide(), u"AXFocusedUIElement"_s);
+    ASSERT_TRUE(std::holds_alternative<AccessibilityElement>(focused));
+    EXPECT_EQ(elements.copyAttribute(std::get<AccessibilityElement>(focused), u"AXSelectedText"_s),
+              AccessibilityValue(u"known"_s));
+}
+
 TEST_F(ATSPIElementsTest, GivesUpOnAFrozenApplicationInTime)
 {
     const Mousepad editor(*m_desktop);
@@ -272,6 +299,13 @@ TEST_F(ATSPIElementsTest, FollowsWhetherTrustIsGiven)
     EXPECT_FALSE(trust.isTrusted()) << "asking is not granting";
     trust.enable();
     waitUntil([&] { return trust.isTrusted(); }, u"the trust"_s);
+}
+
+TEST_F(ATSPIElementsTest, ReadsFromAProgramThatIsThereOnceForEachOfItsToolkits)
+{
+    const desktop::Process &probe = m_desktop->launch(QStringLiteral(ORVESA_TWO_TOOLKITS_PROBE));
+    m_desktop->windows().awaitActive(m_desktop->windows().awaitWindow({.pid = probe.pid()}));
+    awaitRead(u"Two toolkits, one process"_s);
 }
 
 TEST_F(ATSPIElementsTest, KeepsTheContractOfTrust)

@@ -144,10 +144,12 @@ std::optional<ATSPIReference> ATSPIElements::focusedElement(qint64 processIdenti
         }
         m_applications.erase(known);
     }
-    Application application{busName(processIdentifier, client), std::nullopt, std::nullopt};
-    if (application.busName.isEmpty()) {
+    const auto names = busNames(client);
+    const auto name = names.find(processIdentifier);
+    if (name == names.end()) {
         return std::nullopt;
     }
+    Application application{name->second, std::nullopt, std::nullopt};
     auto focused = find(application, client);
     if (m_applications.size() >= mostApplications) {
         m_applications.clear(); // most of them have ended
@@ -306,7 +308,7 @@ bool ATSPIElements::isFocusNoTerminal(qint64 processIdentifier)
     return toolkit && toolkit->toString() != "Chromium"_L1 && role && *role != ATSPIRole::terminal;
 }
 
-QString ATSPIElements::busName(qint64 processIdentifier, ATSPIClient &client)
+std::map<qint64, QString> ATSPIElements::busNames(ATSPIClient &client)
 {
     std::vector<QString> names;
     for (const ATSPIReference &application :
@@ -314,13 +316,26 @@ QString ATSPIElements::busName(qint64 processIdentifier, ATSPIClient &client)
         names.push_back(application.busName);
     }
     const auto processes = client.processIdentifiers(names);
-    const auto found = std::ranges::find(processes, std::optional(processIdentifier));
-    return found == processes.end() ? QString() : names[static_cast<std::size_t>(found - processes.begin())];
+    std::map<qint64, QString> result;
+    for (std::size_t index = 0; index < names.size(); ++index) {
+        if (processes[index]) {
+            result.emplace(*processes[index], names[index]);
+        }
+    }
+    return result;
 }
 
 void ATSPIElements::warmUp()
 {
-    (void)m_bus.connection();
+    const auto known = client();
+    if (!known) {
+        return;
+    }
+    for (const auto &[process, name] : busNames(*known)) {
+        if (process != QCoreApplication::applicationPid() && m_applications.size() < mostApplications) {
+            m_applications.try_emplace(process, Application{name, std::nullopt, std::nullopt});
+        }
+    }
 }
 
 } // namespace orvesa
