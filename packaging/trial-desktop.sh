@@ -9,12 +9,14 @@
 #   session      the command that starts the session, as the login manager's entry has it
 #   editor       an editor of that desktop, and editorClass, part of its window's class
 #   tray         notifier, embedding or none
+#   splash       part of the class of a window that covers the screen until the desktop is ready
 #   dismiss      a key that puts away what the desktop greets its users with
 #   doctorLines  what the doctor has to say there, besides what it says everywhere
 # and may define
 #   prepareRoot     as root, after the packages
 #   prepareHome     as the user, before the session
 #   startDisplay    what the session is shown on, in place of Xvfb; leaves DISPLAY
+#   afterLogin      beside the checks, once the session's own programs have been started
 #   startKeyStore   an unlocked key store, in place of GNOME Keyring
 #   checkSession    the checks, in place of orvesa-session-check; with 0 when all passed
 set -euo pipefail
@@ -33,6 +35,7 @@ session=()
 editor=
 editorClass=
 tray=none
+splash=
 dismiss=
 doctorLines=()
 
@@ -41,6 +44,11 @@ startDisplay() {
         3>"$XDG_RUNTIME_DIR/display" 2>/dev/null &
     DISPLAY=":$(timeout 60 head -1 "$XDG_RUNTIME_DIR/display")"
     export DISPLAY XDG_SESSION_TYPE=x11
+}
+
+enableAccessibility() {
+    gdbus call --session --dest org.a11y.Bus --object-path /org/a11y/bus \
+        --method org.freedesktop.DBus.Properties.Set org.a11y.Status IsEnabled '<true>' >/dev/null
 }
 
 startKeyStore() {
@@ -54,7 +62,7 @@ checkSession() {
         'ocrTranslate: held by the utility' 'Key store: running, unlocked' 'OpenAI: stored' "${doctorLines[@]}"; do
         wanted+=(--doctor "$line")
     done
-    /trial/orvesa-session-check --name "$name" --editor "$editor" --editor-class "$editorClass" --tray "$tray" --dismiss "$dismiss" \
+    /trial/orvesa-session-check --name "$name" --editor "$editor" --editor-class "$editorClass" --tray "$tray" --splash "$splash" --dismiss "$dismiss" \
         --answer "$answer" --pictures "$pictures" "${wanted[@]}"
 }
 
@@ -81,8 +89,7 @@ dbus-update-activation-environment --all
 if declare -F prepareHome >/dev/null; then
     prepareHome
 fi
-gdbus call --session --dest org.a11y.Bus --object-path /org/a11y/bus --method org.freedesktop.DBus.Properties.Set \
-    org.a11y.Status IsEnabled '<true>' >/dev/null
+enableAccessibility
 startKeyStore
 printf 'a-made-up-key' | orvesa-translate key set openAI
 orvesa-translate settings set settings.defaultProvider openAI
@@ -91,4 +98,7 @@ orvesa-translate settings set settings.appLanguage en
 orvesa-translate autostart on
 
 "${session[@]}" >"/trial/pictures/$name.log" 2>&1 &
+if declare -F afterLogin >/dev/null; then
+    afterLogin
+fi
 checkSession

@@ -22,6 +22,7 @@ struct SessionCheckOptions {
     QStringList editor;  ///< its command line; a document is added
     QString editorClass; ///< part of its window's class
     SessionTray tray = SessionTray::notifier;
+    QString splash; ///< part of the class of a window that covers the screen until the desktop is ready; empty for none
     QString dismiss;         ///< a key that puts away what the desktop greets its users with; empty for none
     QString answer;          ///< what the service answers
     QString pictures;        ///< the folder for screenshots
@@ -57,6 +58,7 @@ private:
     void awaitAnswer();
     void awaitPanelGone();
     void focusTheEditor();
+    [[nodiscard]] bool isShown(const QString &className);
     void picture(const QString &name);
     [[nodiscard]] QPoint middleOfTheEditor() const;
     [[nodiscard]] bool editorIsInUse() const;

@@ -33,17 +33,20 @@ int main(int argc, char *argv[])
     const QCommandLineOption editor(u"editor"_s, u"A text editor's command line."_s, u"COMMAND"_s);
     const QCommandLineOption editorClass(u"editor-class"_s, u"Part of its window's class."_s, u"TEXT"_s);
     const QCommandLineOption tray(u"tray"_s, u"notifier, embedding or none."_s, u"KIND"_s, u"notifier"_s);
+    const QCommandLineOption splash(u"splash"_s, u"Part of the class of the window that covers the start."_s,
+                                    u"TEXT"_s);
     const QCommandLineOption dismiss(u"dismiss"_s, u"Puts away what the desktop greets its users with."_s, u"KEY"_s);
     const QCommandLineOption answer(u"answer"_s, u"What the service answers."_s, u"TEXT"_s);
     const QCommandLineOption pictures(u"pictures"_s, u"The folder for screenshots."_s, u"FOLDER"_s);
     const QCommandLineOption doctor(u"doctor"_s, u"What the doctor's page must have; once for each."_s, u"TEXT"_s);
-    parser.addOptions({name, editor, editorClass, tray, dismiss, answer, pictures, doctor});
+    parser.addOptions({name, editor, editorClass, tray, splash, dismiss, answer, pictures, doctor});
     parser.process(application);
     SessionCheckOptions options;
     options.name = parser.value(name);
     options.editor = parser.value(editor).split(u' ');
     options.editorClass = parser.value(editorClass);
     options.tray = trayFrom(parser.value(tray));
+    options.splash = parser.value(splash);
     options.dismiss = parser.value(dismiss);
     options.answer = parser.value(answer);
     options.pictures = parser.value(pictures);
