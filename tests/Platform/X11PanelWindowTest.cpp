@@ -1,9 +1,11 @@
 #include "Platform/AdoptedDesktop.h"
 #include "Platform/linux/X11MouseMonitor.h"
+#include "Platform/linux/X11StateSilence.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <string_view>
 
 namespace orvesa {
 
@@ -74,6 +76,28 @@ TEST_P(X11PanelWindowTest, FloatsWithoutTakingTheFocus)
         EXPECT_EQ(probe.readLine(), "hide");
         waitUntil([&] { return !windows.isMapped(panel); }, u"the panel to go"_s);
     }
+}
+
+TEST_P(X11PanelWindowTest, KeepsNewsOfStatesFromQtWhileAWindowAppears)
+{
+    X11Connection connection;
+    X11StateSilence silence(connection);
+    constexpr xcb_window_t panel = 7;
+    const auto reachesQt = [&](xcb_window_t window, std::string_view property) {
+        xcb_property_notify_event_t news{};
+        news.response_type = XCB_PROPERTY_NOTIFY;
+        news.window = window;
+        news.atom = connection.atom(property);
+        return !silence.nativeEventFilter("xcb_generic_event_t", &news, nullptr);
+    };
+    EXPECT_TRUE(reachesQt(panel, "_NET_WM_STATE"));
+    silence.begin(panel);
+    EXPECT_FALSE(reachesQt(panel, "_NET_WM_STATE"));
+    EXPECT_FALSE(reachesQt(panel, "WM_STATE"));
+    EXPECT_TRUE(reachesQt(panel, "_NET_FRAME_EXTENTS"));
+    EXPECT_TRUE(reachesQt(panel + 1, "_NET_WM_STATE"));
+    silence.end();
+    EXPECT_TRUE(reachesQt(panel, "_NET_WM_STATE"));
 }
 
 TEST_P(X11PanelWindowTest, HearsClicksAnywhereButNoWheel)

@@ -38,7 +38,7 @@ public:
 
     /// Whether the process' focused element is known, and is no terminal.
     [[nodiscard]] bool isFocusNoTerminal(qint64 processIdentifier);
-    /// Connects to the bus ahead of the first read.
+    /// Connects to the bus ahead of the first read, and learns which applications are there.
     void warmUp();
 
 private:
@@ -73,8 +73,8 @@ private:
     /// Items of a menu or a menu bar.
     [[nodiscard]] static std::vector<AccessibilityElement> items(const ATSPIReference &menu,
                                                                  const std::shared_ptr<ATSPIClient> &client);
-    /// The bus name of a process's application; empty when it is not on the accessibility bus.
-    [[nodiscard]] QString busName(qint64 processIdentifier, ATSPIClient &client);
+    /// The bus names of all applications on the accessibility bus, by process.
+    [[nodiscard]] static std::map<qint64, QString> busNames(ATSPIClient &client);
 
     std::shared_ptr<ATSPIClient> m_client;
     QElapsedTimer m_sinceFirst; ///< question of that client
