@@ -8,6 +8,7 @@
 #include "App/RecognizeCommand.h"
 #include "App/SecretInput.h"
 #include "App/SettingsCommand.h"
+#include "App/WarmUp.h"
 #include "Core/LegacyMigration.h"
 #include "Platform/SingleInstancePort.h"
 
@@ -19,6 +20,8 @@
 #include <QTimer>
 
 #include <chrono>
+#include <deque>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -126,13 +129,13 @@ ExitCode serve(SingleInstancePort &instance, const UtilityStart &start)
     }
     utility = start.make();
     utility->delegate().applicationDidFinishLaunching();
-    QTimer::singleShot(std::chrono::milliseconds::zero(), QCoreApplication::instance(), [&] {
-        addCertificateAuthorities();
-        if (start.warmUp) {
-            start.warmUp();
-        }
-        utility->warmUp();
-    });
+    std::deque<WarmUp::Piece> pieces = utility->warmUpPieces();
+    if (start.warmUp) {
+        pieces.push_front(start.warmUp);
+    }
+    pieces.push_front(addCertificateAuthorities); // before anything can be sent
+    WarmUp warmUp;
+    warmUp.start(std::move(pieces));
     return QCoreApplication::exec() == 0 ? ExitCode::success : ExitCode::failure;
 }
 

@@ -24,11 +24,10 @@ Utility::~Utility()
     m_keyStore.close();
 }
 
-void Utility::warmUp()
+std::deque<WarmUp::Piece> Utility::warmUpPieces()
 {
-    OCRService::removeLeftovers();
-    QSslSocket::supportsSsl();
-    m_panel.prepare();
+    // In the order in which a press would come to need them.
+    return {[this] { m_panel.prepare(); }, [] { QSslSocket::supportsSsl(); }, [] { OCRService::removeLeftovers(); }};
 }
 
 } // namespace orvesa

@@ -8,13 +8,14 @@
 #include "App/AppDelegate.h"
 #include "App/Services.h"
 #include "App/TranslationCoordinator.h"
+#include "App/WarmUp.h"
 #include "Core/ClipboardService.h"
 #include "Core/HotKeyRecordingState.h"
 #include "Core/OCRService.h"
 #include "Core/TextSelectionService.h"
 #include "UI/FloatingResultPanelController.h"
 
-#include <functional>
+#include <deque>
 
 namespace orvesa {
 
@@ -44,8 +45,8 @@ public:
     Q_DISABLE_COPY_MOVE(Utility)
 
     [[nodiscard]] AppDelegate &delegate() { return m_delegate; }
-    /// What the first shortcut would otherwise have to wait for. For an idle moment after the start.
-    void warmUp();
+    /// What the first shortcut would otherwise have to wait for. For idle moments after the start.
+    [[nodiscard]] std::deque<WarmUp::Piece> warmUpPieces();
 
 private:
     KeyStorePort &m_keyStore;
