@@ -39,6 +39,8 @@ bool SecretLibrary::resolve(void *handle)
     find(busGet, "g_bus_get");
     find(busGetFinish, "g_bus_get_finish");
     find(setExitOnClose, "g_dbus_connection_set_exit_on_close");
+    find(busIsClosed, "g_dbus_connection_is_closed");
+    find(proxyNameOwner, "g_dbus_proxy_get_name_owner");
     find(busCall, "g_dbus_connection_call");
     find(busCallFinish, "g_dbus_connection_call_finish");
     find(signalSubscribe, "g_dbus_connection_signal_subscribe");

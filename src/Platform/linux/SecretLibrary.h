@@ -26,6 +26,8 @@ struct SecretLibrary {
     decltype(&::g_bus_get) busGet = nullptr;
     decltype(&::g_bus_get_finish) busGetFinish = nullptr;
     decltype(&::g_dbus_connection_set_exit_on_close) setExitOnClose = nullptr;
+    decltype(&::g_dbus_connection_is_closed) busIsClosed = nullptr;
+    decltype(&::g_dbus_proxy_get_name_owner) proxyNameOwner = nullptr;
     decltype(&::g_dbus_connection_call) busCall = nullptr;
     decltype(&::g_dbus_connection_call_finish) busCallFinish = nullptr;
     decltype(&::g_dbus_connection_signal_subscribe) signalSubscribe = nullptr;

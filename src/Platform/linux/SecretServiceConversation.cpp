@@ -208,6 +208,11 @@ QCoro::Task<qint32> SecretServiceConversation::open()
     m_pump = GLibContextPump::hold();
     m_cancellable = m_library->cancellableNew();
     expect(Waiting::forAnswer);
+    if (const auto reached = m_session->reached(); reached.service != nullptr) {
+        m_bus = static_cast<GDBusConnection *>(m_library->objectRef(reached.bus));
+        m_service = static_cast<SecretService *>(m_library->objectRef(reached.service));
+        co_return KeyStoreStatus::success;
+    }
     GAsyncResult *result = co_await call([this](auto *cancellable, auto callback, auto data) {
         m_library->busGet(G_BUS_TYPE_SESSION, cancellable, callback, data);
     });
@@ -222,7 +227,11 @@ QCoro::Task<qint32> SecretServiceConversation::open()
         m_library->serviceGet(SECRET_SERVICE_OPEN_SESSION, cancellable, callback, data);
     });
     m_service = result == nullptr ? nullptr : m_library->serviceGetFinish(result, &error);
-    co_return m_service == nullptr ? statusOf(error) : KeyStoreStatus::success;
+    if (m_service == nullptr) {
+        co_return statusOf(error);
+    }
+    m_session->setReached(*m_library, {m_bus, m_service});
+    co_return KeyStoreStatus::success;
 }
 
 QCoro::Task<qint32> SecretServiceConversation::dismissalStatus()

@@ -11,6 +11,45 @@ SecretServiceSession::SecretServiceSession(QString productName, SecretServiceBou
 {
 }
 
+SecretServiceSession::~SecretServiceSession()
+{
+    forget();
+}
+
+QByteArray SecretServiceSession::ownerOf(SecretService *service) const
+{
+    gchar *const name = m_library->proxyNameOwner(reinterpret_cast<GDBusProxy *>(service));
+    const QByteArray owner(name);
+    g_free(name);
+    return owner;
+}
+
+SecretServiceSession::Reached SecretServiceSession::reached() const
+{
+    const bool isThere = m_reached.service != nullptr && m_library->busIsClosed(m_reached.bus) == FALSE &&
+                         !m_owner.isEmpty() && ownerOf(m_reached.service) == m_owner;
+    return isThere ? m_reached : Reached();
+}
+
+void SecretServiceSession::setReached(const SecretLibrary &library, Reached store)
+{
+    forget();
+    m_library = &library;
+    library.objectRef(store.bus);
+    library.objectRef(store.service);
+    m_reached = store;
+    m_owner = ownerOf(store.service);
+}
+
+void SecretServiceSession::forget()
+{
+    if (m_reached.service != nullptr) {
+        m_library->objectUnref(m_reached.service);
+        m_library->objectUnref(m_reached.bus);
+        m_reached = {};
+    }
+}
+
 QByteArray SecretServiceSession::lastPlace(const KeyStoreQuery &query) const
 {
     const auto found = m_lastPlaces.find({query.service, query.account});
