@@ -31,13 +31,13 @@ void appendEscape(QString &result, QChar character)
 {
     switch (character.unicode()) {
     case '\n':
-        result += "\\n"_L1;
+        result += R"(\n)"_L1;
         break;
     case '\r':
-        result += "\\r"_L1;
+        result += R"(\r)"_L1;
         break;
     case '\t':
-        result += "\\t"_L1;
+        result += R"(\t)"_L1;
         break;
     default:
         result += u"\\u%1"_s.arg(uint{character.unicode()}, 4, 16, QChar(u'0'));

@@ -12,8 +12,6 @@ namespace {
 
 constexpr qsizetype mostText = qsizetype{8} * 1024 * 1024;
 constexpr qsizetype longestHeader = 1024;
-/// A killed process is gone at once, unless the system holds it; it ends without us then.
-constexpr int killMilliseconds = 500;
 
 } // namespace
 
@@ -41,16 +39,7 @@ RecognitionWorker::RecognitionWorker(QString executable, std::chrono::millisecon
     });
 }
 
-RecognitionWorker::~RecognitionWorker()
-{
-    m_process->disconnect(this);
-    if (m_process->state() != QProcess::NotRunning) {
-        m_process->kill();
-        if (!m_process->waitForFinished(killMilliseconds)) {
-            (void)m_process.release(); // its own destructor would wait for half a minute
-        }
-    }
-}
+RecognitionWorker::~RecognitionWorker() = default;
 
 void RecognitionWorker::start()
 {

@@ -6,14 +6,14 @@
 // was asked of it for a while, or with this object. A crash, a hang and rubbish in its answers end it and are an answer
 // without text, with one line in the log.
 
+#include "Platform/linux/ChildProcess.h"
+
 #include <QByteArray>
 #include <QObject>
-#include <QProcess>
 #include <QString>
 #include <QTimer>
 
 #include <chrono>
-#include <memory>
 #include <optional>
 
 namespace orvesa {
@@ -48,7 +48,7 @@ private:
     void handleEnd();
 
     QString m_executable;
-    std::unique_ptr<QProcess> m_process = std::make_unique<QProcess>();
+    ChildProcess m_process = makeChildProcess();
     QTimer m_idle;
     QTimer m_bound;
     QByteArray m_answer;

@@ -2,13 +2,6 @@
 
 namespace orvesa {
 
-namespace {
-
-/// A killed process is gone at once, unless the system holds it; it ends without us then.
-constexpr int killMilliseconds = 500;
-
-} // namespace
-
 ToolRun::ToolRun()
 {
     m_process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -27,16 +20,7 @@ ToolRun::ToolRun()
         m_process.get(), &QProcess::finished, this, [this] { Q_EMIT ended(true); }, Qt::QueuedConnection);
 }
 
-ToolRun::~ToolRun()
-{
-    m_process->disconnect(this);
-    if (m_process->state() != QProcess::NotRunning) {
-        m_process->kill();
-        if (!m_process->waitForFinished(killMilliseconds)) {
-            (void)m_process.release(); // its own destructor would wait for half a minute
-        }
-    }
-}
+ToolRun::~ToolRun() = default;
 
 void ToolRun::start(const QString &executable, const QStringList &arguments)
 {

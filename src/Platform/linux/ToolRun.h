@@ -2,12 +2,11 @@
 
 // One run of a program from its start to its end, as one signal. Main thread.
 
+#include "Platform/linux/ChildProcess.h"
+
 #include <QObject>
-#include <QProcess>
 #include <QString>
 #include <QStringList>
-
-#include <memory>
 
 namespace orvesa {
 
@@ -28,7 +27,7 @@ Q_SIGNALS:
     void ended(bool wasStarted);
 
 private:
-    std::unique_ptr<QProcess> m_process = std::make_unique<QProcess>();
+    ChildProcess m_process = makeChildProcess();
 };
 
 } // namespace orvesa

@@ -2,6 +2,7 @@
 
 #include "Platform/linux/KeySymbols.h"
 #include "Platform/linux/X11Connection.h"
+#include "Platform/linux/X11Event.h"
 #include "Platform/linux/X11KeyboardExtension.h"
 
 #include <utility>
@@ -10,8 +11,6 @@ namespace orvesa {
 
 namespace {
 
-constexpr unsigned groupShift = 13; // of a key event's state
-constexpr unsigned groupMask = 3;
 constexpr unsigned groupCountMask = 0x0f;
 constexpr unsigned redirectMask = 0x30;
 constexpr unsigned redirectShift = 4;
@@ -73,7 +72,7 @@ xcb_keysym_t X11KeyFaces::symbol(xcb_keycode_t keyCode, quint16 state, std::size
     if (key.groups == 0 || level >= key.levels) {
         return XCB_NO_SYMBOL;
     }
-    const std::size_t group = ownGroup((state >> groupShift) & groupMask, key.groups, key.groupInfo);
+    const std::size_t group = ownGroup(groupIn(state), key.groups, key.groupInfo);
     const std::size_t place = group * key.levels + level;
     return place < key.symbols.size() ? key.symbols[place] : xcb_keysym_t{XCB_NO_SYMBOL};
 }

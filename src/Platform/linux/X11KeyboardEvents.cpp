@@ -22,8 +22,6 @@ namespace {
 constexpr quint16 macKeyCodeOfC = 8;
 constexpr xcb_keysym_t symbolOfC = 'c';
 constexpr int bitsPerByte = 8;
-constexpr unsigned groupShift = 13; // where the state of core events has the keyboard's group
-constexpr unsigned groupMask = 3;
 constexpr unsigned coreGroups = 2;
 
 /// The keys that set each of the eight modifiers, from the server's map.
@@ -281,7 +279,7 @@ std::optional<xcb_keycode_t> X11KeyboardEvents::keyFor(quint16 macKeyCode)
     if (!map || !pointer) {
         return place;
     }
-    const std::size_t group = (pointer->mask >> groupShift) & groupMask;
+    const std::size_t group = groupIn(pointer->mask);
     const std::size_t column = group < coreGroups ? group * 2 : 0;
     const auto *const symbols = xcb_get_keyboard_mapping_keysyms(map.get());
     const auto types = [&](std::size_t index) {

@@ -108,8 +108,10 @@ void X11TerminalSelection::noteRelease(xcb_timestamp_t time)
 {
     // These terminals keep PRIMARY when their highlight goes, and some even take it again then. So what the button did
     // has to tell: a drag and a repeated click select, a single click takes the highlight away.
-    const auto releasedAt = m_pressedAt ? pointer() : std::nullopt;
-    if (releasedAt) {
+    if (!m_pressedAt) {
+        return;
+    }
+    if (const auto releasedAt = pointer()) {
         const bool isDrag = (*releasedAt - *m_pressedAt).manhattanLength() > stillDistance;
         m_isOver = !isDrag && !m_isRepeated;
         m_releaseTime = time;
