@@ -323,7 +323,7 @@ ProcessResult Desktop::runToEnd(const QString &program, const QStringList &argum
     Process *process = &launch(program, arguments, changes);
     process->write(input);
     process->closeInput();
-    const ProcessResult result = process->awaitEnd(deadline);
+    ProcessResult result = process->awaitEnd(deadline);
     end(process);
     return result;
 }

@@ -60,7 +60,7 @@ QString DesktopFolders::temporary() const
 
 QString DesktopFolders::write(const QString &relativePath, const QByteArray &content) const
 {
-    const QString path = m_top + u'/' + relativePath;
+    QString path = m_top + u'/' + relativePath;
     QDir().mkpath(QFileInfo(path).absolutePath());
     QFile file(path);
     if (!file.open(QFile::WriteOnly) || file.write(content) != content.size())

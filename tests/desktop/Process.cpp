@@ -54,7 +54,7 @@ QByteArray Process::readLine(std::chrono::milliseconds deadline)
     if (end < 0)
         throw DesktopError(u"%1 ended without the awaited line; it said: %2"_s.arg(
             m_program, QString::fromUtf8(m_errors.right(2'000))));
-    const QByteArray line = m_output.mid(m_linePosition, end - m_linePosition);
+    QByteArray line = m_output.mid(m_linePosition, end - m_linePosition);
     m_linePosition = end + 1;
     return line;
 }

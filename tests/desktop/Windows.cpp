@@ -267,7 +267,8 @@ QImage Windows::picture(const QRect &area) const
         nullptr));
     if (!reply || xcb_get_image_data_length(reply.get()) < inside.width() * inside.height() * 4)
         throw DesktopError(u"the screen could not be read"_s);
-    return QImage(xcb_get_image_data(reply.get()), inside.width(), inside.height(), inside.width() * 4,
+    constexpr qsizetype bytesPerPixel = 4;
+    return QImage(xcb_get_image_data(reply.get()), inside.width(), inside.height(), inside.width() * bytesPerPixel,
                   QImage::Format_RGB32)
         .copy();
 }
