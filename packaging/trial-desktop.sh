@@ -11,12 +11,12 @@
 #   tray         notifier, embedding or none
 #   splash       part of the class of a window that covers the screen until the desktop is ready
 #   dismiss      a key that puts away what the desktop greets its users with
+#   asks         "yes" where the desktop switches accessibility off at login, so that the program asks for it
 #   doctorLines  what the doctor has to say there, besides what it says everywhere
 # and may define
 #   prepareRoot     as root, after the packages
 #   prepareHome     as the user, before the session
 #   startDisplay    what the session is shown on, in place of Xvfb; leaves DISPLAY
-#   afterLogin      beside the checks, once the session's own programs have been started
 #   startKeyStore   an unlocked key store, in place of GNOME Keyring
 #   checkSession    the checks, in place of orvesa-session-check; with 0 when all passed
 set -euo pipefail
@@ -37,6 +37,7 @@ editorClass=
 tray=none
 splash=
 dismiss=
+asks=
 doctorLines=()
 
 startDisplay() {
@@ -62,6 +63,9 @@ checkSession() {
         'ocrTranslate: held by the utility' 'Key store: running, unlocked' 'OpenAI: stored' "${doctorLines[@]}"; do
         wanted+=(--doctor "$line")
     done
+    if [[ "$asks" == yes ]]; then
+        wanted+=(--asks-for-accessibility)
+    fi
     /trial/orvesa-session-check --name "$name" --editor "$editor" --editor-class "$editorClass" --tray "$tray" --splash "$splash" --dismiss "$dismiss" \
         --answer "$answer" --pictures "$pictures" "${wanted[@]}"
 }
@@ -98,7 +102,4 @@ orvesa-translate settings set settings.appLanguage en
 orvesa-translate autostart on
 
 "${session[@]}" >"/trial/pictures/$name.log" 2>&1 &
-if declare -F afterLogin >/dev/null; then
-    afterLogin
-fi
 checkSession

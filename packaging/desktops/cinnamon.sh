@@ -7,10 +7,6 @@ session=(cinnamon-session --session cinnamon)
 editor="gedit --standalone"
 editorClass=gedit
 tray=embedding
-
-# Its settings daemon switches accessibility off at every login; a user chooses Enable once the program asks. (The program
-# comes to the accessibility bus by the variable above, so that what it shows can be read.)
-afterLogin() {
-    gdbus wait --session --timeout 60 com.orvesa.translate
-    enableAccessibility
-}
+# Its settings daemon switches accessibility off at every login. By the variable above the program comes to the
+# accessibility bus all the same, so that what it shows can be read.
+asks=yes

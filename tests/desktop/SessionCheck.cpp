@@ -43,6 +43,8 @@ SessionCheck::SessionCheck(RunningSession &session, SessionCheckOptions options)
 bool SessionCheck::run()
 {
     step(u"started at login"_s, [this] { startsAtLogin(); });
+    if (m_options.isAskedForAccessibility)
+        step(u"asks for accessibility"_s, [this] { asksForAccessibility(); });
     step(u"in the tray"_s, [this] { isInTheTray(); });
     step(u"an editor opens"_s, [this] { opensTheEditor(); });
     if (m_content.isNull())
@@ -90,6 +92,14 @@ void SessionCheck::startsAtLogin()
     waitUntil([this] { return !m_session.windowManagerName().isEmpty(); }, u"the window manager"_s, loginDeadline);
     std::cout << "           window manager: " << m_session.windowManagerName().toStdString() << std::endl;
     waitUntil([this] { return m_session.keyboard().isTaken(u"Alt+d"_s); }, u"its shortcut"_s);
+}
+
+void SessionCheck::asksForAccessibility()
+{
+    const Accessible enable = m_session.accessibles().await(m_product, u"push button"_s, u"Enable"_s, slowDeadline);
+    picture(u"asks"_s);
+    require(enable.doAction(), u"its button cannot be pressed"_s); // the desktop may be moving the window still
+    m_session.windows().awaitNoWindow({.pid = m_product});
 }
 
 void SessionCheck::isInTheTray()

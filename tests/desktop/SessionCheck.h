@@ -23,11 +23,12 @@ struct SessionCheckOptions {
     QString editorClass; ///< part of its window's class
     SessionTray tray = SessionTray::notifier;
     QString splash; ///< part of the class of a window that covers the screen until the desktop is ready; empty for none
-    QString dismiss;         ///< a key that puts away what the desktop greets its users with; empty for none
-    QString answer;          ///< what the service answers
-    QString pictures;        ///< the folder for screenshots
-    QStringList doctorLines; ///< what the doctor's page must have
-    QString name;            ///< what the desktop is called, for the pictures' names
+    QString dismiss; ///< a key that puts away what the desktop greets its users with; empty for none
+    bool isAskedForAccessibility = false; ///< the desktop switches it off at login, so that the product asks for it
+    QString answer;                       ///< what the service answers
+    QString pictures;                     ///< the folder for screenshots
+    QStringList doctorLines;              ///< what the doctor's page must have
+    QString name;                         ///< what the desktop is called, for the pictures' names
 };
 
 class SessionCheck final {
@@ -40,6 +41,7 @@ public:
 private:
     void step(const QString &name, const std::function<void()> &body);
     void startsAtLogin();
+    void asksForAccessibility();
     void isInTheTray();
     void opensTheEditor();
     void selectsInTheEditor();

@@ -35,11 +35,12 @@ int main(int argc, char *argv[])
     const QCommandLineOption tray(u"tray"_s, u"notifier, embedding or none."_s, u"KIND"_s, u"notifier"_s);
     const QCommandLineOption splash(u"splash"_s, u"Part of the class of the window that covers the start."_s,
                                     u"TEXT"_s);
+    const QCommandLineOption asks(u"asks-for-accessibility"_s, u"Chooses Enable where the program has to ask."_s);
     const QCommandLineOption dismiss(u"dismiss"_s, u"Puts away what the desktop greets its users with."_s, u"KEY"_s);
     const QCommandLineOption answer(u"answer"_s, u"What the service answers."_s, u"TEXT"_s);
     const QCommandLineOption pictures(u"pictures"_s, u"The folder for screenshots."_s, u"FOLDER"_s);
     const QCommandLineOption doctor(u"doctor"_s, u"What the doctor's page must have; once for each."_s, u"TEXT"_s);
-    parser.addOptions({name, editor, editorClass, tray, splash, dismiss, answer, pictures, doctor});
+    parser.addOptions({name, editor, editorClass, tray, splash, asks, dismiss, answer, pictures, doctor});
     parser.process(application);
     SessionCheckOptions options;
     options.name = parser.value(name);
@@ -47,6 +48,7 @@ int main(int argc, char *argv[])
     options.editorClass = parser.value(editorClass);
     options.tray = trayFrom(parser.value(tray));
     options.splash = parser.value(splash);
+    options.isAskedForAccessibility = parser.isSet(asks);
     options.dismiss = parser.value(dismiss);
     options.answer = parser.value(answer);
     options.pictures = parser.value(pictures);
