@@ -2,6 +2,8 @@
 
 #include "desktop/ProgramFixture.h"
 
+#include <utility>
+
 namespace orvesa::desktop {
 
 using namespace Qt::StringLiterals;
@@ -101,6 +103,38 @@ TEST_F(ProgramCommand, WithoutAKeyStoreItSaysThatTheKeyIsMissing)
     const ProcessResult result = command({u"translate"_s}, "Hello");
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(QString::fromUtf8(result.standardError.trimmed()), missingKeyMessage);
+}
+
+TEST_F(ProgramCommand, WithoutAPlaceForTheAnswerItFails)
+{
+    setUp();
+    service.setScript({answer(u"an answer that has to go somewhere"_s)});
+    TranslateProgram shell(*desktop, u"/bin/sh"_s);
+    shell.setService(service.address());
+    // Whatever the program opens first would get the place, and the answer.
+    const ProcessResult result = shell.run(
+        {u"-c"_s, u"exec \"$0\" translate Hello >&-"_s, TranslateProgram::pathBeside()}, desktop->withoutDisplay());
+    EXPECT_EQ(result.exitCode, 1) << result.standardError.constData();
+    EXPECT_EQ(service.requests().size(), 1U);
+}
+
+TEST_F(ProgramCommand, NoSwitchOfALibraryShowsTheKey)
+{
+    setUp();
+    service.setScript({answer(u"ok"_s)});
+    for (const auto &[name, value] : {std::pair(u"QT_LOGGING_RULES"_s, u"*=true"_s),
+                                      {u"QDBUS_DEBUG"_s, u"1"_s},
+                                      {u"G_MESSAGES_DEBUG"_s, u"all"_s},
+                                      {u"G_DBUS_DEBUG"_s, u"all"_s}}) {
+        program->setVariable(name, value);
+    }
+    const ProcessResult result = command({u"translate"_s}, "Hello");
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_TRUE(result.standardOutput.endsWith("ok\n"));
+    EXPECT_GT((result.standardOutput + result.standardError).size(), 1000) << "the switches work";
+    EXPECT_FALSE((result.standardOutput + result.standardError).contains(key));
+    EXPECT_FALSE((result.standardOutput + result.standardError).contains(key.toBase64()));
+    EXPECT_FALSE((result.standardOutput + result.standardError).contains(key.toHex()));
 }
 
 } // namespace orvesa::desktop
