@@ -103,6 +103,10 @@ DoctorFinding DoctorCommand::shortcut(quint32 identifier, const QString &subject
         // Asking the portal would ask the user.
         return DoctorSentences::portalShortcut(name, m_with.desktop.hasShortcutPortal());
     }
+    if (!m_with.desktop.hasDisplay()) {
+        // One thing is wrong then, and it has been said.
+        return {Verdict::note, name, u"not looked for, because there is no display"_s, {}};
+    }
     // Taken for a moment: what the keyboard answers is the finding.
     const HotKeyRegistration registration =
         m_with.hotKeys.registerHotKey(combo.keyCode, combo.carbonModifiers, {0, identifier});

@@ -44,7 +44,7 @@ class FakeInspection final : public DesktopInspectionPort {
 public:
     [[nodiscard]] QString desktopName() const override { return u"XFCE"_s; }
     [[nodiscard]] Session session() const override { return currentSession; }
-    [[nodiscard]] bool hasDisplay() const override { return true; }
+    [[nodiscard]] bool hasDisplay() const override { return isDisplayThere; }
     [[nodiscard]] bool hasShortcutPortal() const override { return hasPortal; }
     [[nodiscard]] Accessibility accessibility() const override { return Accessibility::switchedOn; }
     [[nodiscard]] KeyStore keyStore() const override { return currentKeyStore; }
@@ -53,6 +53,7 @@ public:
     [[nodiscard]] ScreenCapture screenCapture() const override { return ScreenCapture::there; }
 
     Session currentSession = Session::x11;
+    bool isDisplayThere = true;
     bool hasPortal = true;
     KeyStore currentKeyStore = KeyStore::unlocked;
     std::optional<QStringList> missing = QStringList();
@@ -168,6 +169,17 @@ TEST_F(DoctorCommandTest, EachShortcutIsHeldFreeOrTaken)
     findings = examine();
     EXPECT_EQ(about(u"polishSelection"_s, findings)->observation, u"held by the utility"_s);
     EXPECT_EQ(about(u"ocrTranslate"_s, findings)->verdict, Verdict::wrong) << "free, and yet not held";
+}
+
+TEST_F(DoctorCommandTest, WithoutADisplayThatAloneIsWrong)
+{
+    keyStore.setItem(u"current"_s, keychainAccount(settings.activeConfig().providerType), "a secret");
+    inspection.currentSession = Inspection::Session::none;
+    inspection.isDisplayThere = false;
+    const QList<DoctorFinding> findings = examine();
+    EXPECT_EQ(about(u"Desktop"_s, findings)->verdict, Verdict::wrong);
+    EXPECT_EQ(about(u"translateSelection"_s, findings)->verdict, Verdict::note);
+    EXPECT_TRUE(page().endsWith(u"Wrong: 1 of %1."_s.arg(findings.size()))) << page().toStdString();
 }
 
 TEST_F(DoctorCommandTest, AWaylandDesktopsPortalIsNotAskedForShortcuts)
