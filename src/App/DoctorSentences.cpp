@@ -34,10 +34,9 @@ DoctorFinding session(Session session, bool hasDisplay, const QString &desktopNa
                 u"Shortcuts and the capture of selections need X11 or XWayland; switch XWayland on."_s};
     }
     if (session == Session::wayland) {
-        return {
-            Verdict::note, subject, u"%1, Wayland with XWayland"_s.arg(name),
-            u"Shortcuts come from the desktop's portal; selections of applications without X11 come by accessibility "
-            u"alone."_s};
+        return {Verdict::note, subject, u"%1, Wayland with XWayland"_s.arg(name),
+                u"Selections of Wayland applications come by accessibility alone. Shortcuts come from the desktop's "
+                u"portal, where it has one."_s};
     }
     return {Verdict::good, subject, u"%1, X11"_s.arg(name), {}};
 }

@@ -19,6 +19,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int boundInMilliseconds = 250;
+constexpr const char *bindByHand =
+    "Bind \"orvesa-translate --perform translateSelection\" (or polishSelection, ocrTranslate, prompt:NAME) to keys in "
+    "the desktop's keyboard settings.";
 
 QString service()
 {
@@ -86,10 +89,7 @@ bool PortalHotKeys::isOffered()
                          SLOT(activated(QDBusMessage)));
         }
         if (!*m_isOffered) {
-            qWarning(
-                "OrvesaTranslate: this Wayland desktop lets no program have global shortcuts. Bind "
-                "\"orvesa-translate --perform translateSelection\" (or polishSelection, ocrTranslate, prompt:NAME) "
-                "to keys in the desktop's keyboard settings.");
+            qWarning("OrvesaTranslate: this Wayland desktop lets no program have global shortcuts. %s", bindByHand);
         }
     }
     return *m_isOffered;
@@ -206,7 +206,7 @@ void PortalHotKeys::sessionAnswered(uint response, const QVariantMap &results, c
     }
     m_session = session;
     if (response != 0 || m_session.isEmpty()) {
-        qWarning("OrvesaTranslate: the desktop refused a session for global shortcuts");
+        qWarning("OrvesaTranslate: the desktop refused a session for global shortcuts. %s", bindByHand);
         return;
     }
     if (const auto given = triggersIn(results); static_cast<std::size_t>(given.size()) == m_bound.size()) {
