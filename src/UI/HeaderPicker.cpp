@@ -17,6 +17,7 @@ namespace orvesa {
 namespace {
 constexpr int chevronSize = 10;
 constexpr int chevronGap = 6;
+constexpr int largestPixelSize = 13;
 constexpr int ringOutset = 2; ///< room around the pill for the focus ring
 } // namespace
 
@@ -25,7 +26,10 @@ HeaderPicker::HeaderPicker(QWidget *parent) : QComboBox(parent)
     AccessiblePicker::install();
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    setFont(Style::statusFont());
+    // The header is as high as it is: in a larger font the choice would leave its title no room.
+    QFont font = Style::statusFont();
+    font.setPixelSize(std::min(font.pixelSize(), largestPixelSize));
+    setFont(font);
 }
 
 QSize HeaderPicker::sizeHint() const

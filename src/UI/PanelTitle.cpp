@@ -46,11 +46,7 @@ QSize PanelTitle::minimumSizeHint() const
 
 QFont PanelTitle::fittingFont() const
 {
-    QFont fitting = font();
-    while (fitting.pixelSize() > smallestPixelSize && QFontMetrics(fitting).horizontalAdvance(m_text) > width()) {
-        fitting.setPixelSize(fitting.pixelSize() - 1);
-    }
-    return fitting;
+    return Style::fitting(font(), m_text, width(), smallestPixelSize);
 }
 
 bool PanelTitle::isShortened() const

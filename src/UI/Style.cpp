@@ -4,6 +4,7 @@
 #include "UI/FontFamilies.h"
 
 #include <QFontInfo>
+#include <QFontMetrics>
 #include <QGuiApplication>
 
 #include <algorithm>
@@ -200,6 +201,14 @@ QFont headlineFont()
 {
     QFont font = controlFont();
     font.setWeight(QFont::DemiBold);
+    return font;
+}
+
+QFont fitting(QFont font, const QString &line, int width, int smallest)
+{
+    while (font.pixelSize() > smallest && QFontMetrics(font).horizontalAdvance(line) > width) {
+        font.setPixelSize(font.pixelSize() - 1);
+    }
     return font;
 }
 

@@ -89,6 +89,8 @@ enum class Pointer { away, over };
 [[nodiscard]] QFont captionFont();
 [[nodiscard]] QFont pageTitleFont();
 [[nodiscard]] QFont headlineFont();
+/// The font itself, or as much smaller, down to `smallest` pixels, as the line needs to fit into the width.
+[[nodiscard]] QFont fitting(QFont font, const QString &line, int width, int smallest);
 /// The language of the interface's own texts.
 [[nodiscard]] TextLanguage interfaceLanguage();
 /// The font with the characters that readers of the language know, for a text of the interface.

@@ -17,6 +17,7 @@ constexpr int gap = 2;
 constexpr qreal choiceRing = 2;
 constexpr int smallestWidth = 58;
 constexpr int nameGap = 2;
+constexpr int smallestPixelSize = 9; ///< five long names in a large font share the row
 
 QFont nameFont()
 {
@@ -69,7 +70,7 @@ void ThemeSwatch::paintEvent(QPaintEvent *)
             ControlPainting::aligned(painter, swatch).adjusted(-distance, -distance, distance, distance),
             Style::controlRadius + distance, Style::controlRadius + distance);
     }
-    painter.setFont(isChecked() ? chosenNameFont() : nameFont());
+    painter.setFont(Style::fitting(isChecked() ? chosenNameFont() : nameFont(), text(), width(), smallestPixelSize));
     painter.setPen(isChecked() || underMouse() ? colors.text : colors.secondaryText);
     const qreal top = swatch.bottom() + ringRoom + nameGap;
     painter.drawText(QRectF(0, top, width(), height() - top), Qt::AlignHCenter | Qt::AlignTop | Qt::TextSingleLine,

@@ -1,6 +1,8 @@
 // Draws the settings window's pages in every language and appearance into image files, for people to look at.
 //
-//     QT_QPA_PLATFORM=offscreen settings-gallery FOLDER [SCALE...]     draws for each scale, 1 and 2 without one
+//     QT_QPA_PLATFORM=offscreen [GALLERY_FONT_PIXELS=20] settings-gallery FOLDER [SCALE...]
+//
+// draws for each scale, 1 and 2 without one.
 
 #include "App/Settings/PromptsSettingsView.h"
 #include "App/Settings/ProviderSettingsSection.h"
@@ -224,6 +226,11 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     const QString folder = arguments.value(1, u"."_s);
+    if (const int pixels = qEnvironmentVariableIntValue("GALLERY_FONT_PIXELS"); pixels > 0) {
+        QFont font = QApplication::font();
+        font.setPixelSize(pixels); // as large as the user asks the desktop for
+        QApplication::setFont(font);
+    }
     if (qEnvironmentVariableIsSet("QT_SCALE_FACTOR")) {
         return draw(QDir(folder)) ? 0 : 1;
     }

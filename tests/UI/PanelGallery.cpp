@@ -1,6 +1,6 @@
 // Draws the result panel in every theme, language, state and appearance into contact sheets, for people to look at.
 //
-//     QT_QPA_PLATFORM=offscreen panel-gallery FOLDER
+//     QT_QPA_PLATFORM=offscreen [GALLERY_FONT_PIXELS=20] panel-gallery FOLDER
 //
 // One sheet a scale, language, appearance and theme, and one of texts that are hard to set, small enough to be looked
 // at as a whole. The program runs itself for each scale, which Qt reads once at the start. Every panel is also checked:
@@ -336,6 +336,14 @@ int drawSheets(const QDir &folder)
     return isWhole ? 0 : 1;
 }
 
+/// As large a font as the user asks the desktop for.
+void useFontOfSize(int pixels)
+{
+    QFont font = QApplication::font();
+    font.setPixelSize(pixels);
+    QApplication::setFont(font);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -343,6 +351,9 @@ int main(int argc, char *argv[])
     const QDir folder(argc > 1 ? QString::fromLocal8Bit(argv[1]) : u"."_s);
     if (qEnvironmentVariableIsSet("QT_SCALE_FACTOR")) {
         const QApplication application(argc, argv);
+        if (const int pixels = qEnvironmentVariableIntValue("GALLERY_FONT_PIXELS"); pixels > 0) {
+            useFontOfSize(pixels);
+        }
         return drawSheets(folder);
     }
     int worst = 0;

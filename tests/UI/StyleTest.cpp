@@ -125,6 +125,19 @@ TEST_F(FontsTest, AreTheDesktopsForALanguageThatNeedsNoOther)
     EXPECT_EQ(Style::controlFont().families(), QStringList(desktop));
 }
 
+TEST_F(FontsTest, ShrinkForALineThatDoesNotFitAndNoFurtherThanTheyMay)
+{
+    QFont font = Style::controlFont();
+    font.setPixelSize(20);
+    const QString line = u"グラファイト"_s;
+    const int natural = QFontMetrics(font).horizontalAdvance(line);
+    EXPECT_EQ(Style::fitting(font, line, natural, 9).pixelSize(), 20);
+    const QFont smaller = Style::fitting(font, line, natural * 3 / 4, 9);
+    EXPECT_LE(QFontMetrics(smaller).horizontalAdvance(line), natural * 3 / 4);
+    EXPECT_GE(smaller.pixelSize(), 13);
+    EXPECT_EQ(Style::fitting(font, line, 1, 9).pixelSize(), 9);
+}
+
 TEST_F(FontsTest, FollowTheLanguageOfTheInterface)
 {
     QWidget window;

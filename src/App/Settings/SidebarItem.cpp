@@ -19,6 +19,7 @@ constexpr int tileGap = 10;
 constexpr int badgeGap = 6;
 constexpr int badgeDrop = 3; ///< between the title and a badge below it
 constexpr int radius = 9;
+constexpr int smallestPixelSize = 12;
 constexpr int textLeft = horizontalPadding + Style::tileSize + tileGap;
 } // namespace
 
@@ -132,7 +133,7 @@ void SidebarItem::paintEvent(QPaintEvent *)
     const int top = stacked ? m_badge->y() - badgeDrop - metrics.height() : 0;
     const int textHeight = stacked ? metrics.height() : height();
     const int right = showsNoKeyBadge() && !stacked ? m_badge->x() - badgeGap : width() - horizontalPadding;
-    painter.setFont(titleFont(isChecked()));
+    painter.setFont(Style::fitting(titleFont(isChecked()), text(), right - textLeft, smallestPixelSize));
     painter.setPen(Qt::white);
     painter.drawText(QRect(textLeft, top, right - textLeft, textHeight), Qt::AlignVCenter | Qt::TextSingleLine,
                      painter.fontMetrics().elidedText(text(), Qt::ElideRight, right - textLeft + 1));
