@@ -202,6 +202,12 @@ run() {
         --doctor 'OpenAI: stored' || fail "the session does not pass its checks"
     say "The login's password opened the key store; the session passed its checks"
 
+    local written
+    written="$(cd /home/alice && find . -iname '*orvesa*' | sort)"
+    [[ "$written" == "./.config/.$identifier.conf.lock
+./.config/autostart/$identifier.desktop
+./.config/$identifier.conf" ]] || fail "it wrote: $written"
+
     process="$(utility)"
     dpkg --install /trial/newer.deb >/dev/null 2>&1 || fail "it cannot be upgraded while it runs"
     [[ "$(utility)" == "$process" ]] || fail "the upgrade ended it"

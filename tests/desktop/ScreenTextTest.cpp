@@ -68,6 +68,7 @@ TEST_F(ScreenText, TranslatesTheTextOfAPicture)
     EXPECT_EQ(program->panelTitle(), u"Translate → English"_s);
     ASSERT_EQ(service.requests().size(), 1U);
     EXPECT_TRUE(service.requests().front().body.contains("もう一度お試しください"));
+    EXPECT_EQ(captureFiles(), QStringList()) << "the picture goes when it has been read";
 }
 
 TEST_F(ScreenText, TranslatesTheTextOfADarkTerminal)

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QTemporaryDir>
 
@@ -109,6 +111,37 @@ TEST(InstalledPrograms, AFolderBelowTheCurrentOneIsNamedWhole)
     ASSERT_TRUE(service.open(QIODevice::ReadOnly));
     EXPECT_EQ(valueOf(service.readAll(), u"D-BUS Service"_s, u"Exec"_s),
               folder.filePath(u"below/bin/orvesa-translate"_s));
+}
+
+TEST(InstalledPrograms, WriteNothingButWhatTheyAreAskedToKeep)
+{
+    const Installation installation;
+    const QProcessEnvironment environment = installation.environment();
+    const QString program = installation.file(u"/usr/bin/orvesa-translate"_s);
+    const auto written = [&environment] {
+        const QDir home(environment.value(u"HOME"_s));
+        QStringList files;
+        QDirIterator iterator(home.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        while (iterator.hasNext()) {
+            files.append(home.relativeFilePath(iterator.next()));
+        }
+        files.sort();
+        return files;
+    };
+    for (const QString &asking : {u"--version"_s, u"--help"_s}) {
+        EXPECT_EQ(run(program, {asking}, environment).exitCode, 0);
+    }
+    EXPECT_EQ(written(), QStringList());
+    const QString preferences = QStringLiteral(ORVESA_BUNDLE_IDENTIFIER) + u".conf"_s;
+    EXPECT_EQ(run(program, {u"settings"_s, u"set"_s, u"settings.appLanguage"_s, u"en"_s}, environment).exitCode, 0);
+    EXPECT_EQ(run(program, {u"autostart"_s, u"on"_s}, environment).exitCode, 0);
+    EXPECT_EQ(run(program, {u"translate"_s, u"text"_s}, environment).exitCode, 1) << "there is no key store";
+    (void)run(program, {u"doctor"_s}, environment);
+    EXPECT_EQ(written(),
+              (QStringList{u".config/."_s + preferences + u".lock"_s,
+                           u".config/autostart/"_s + QStringLiteral(ORVESA_BUNDLE_IDENTIFIER) + u".desktop"_s,
+                           u".config/"_s + preferences}))
+        << written().join(u' ').toStdString();
 }
 
 TEST(InstalledPrograms, StartAtLoginIsAnEntryThatDesktopsRead)
