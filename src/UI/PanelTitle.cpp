@@ -51,7 +51,7 @@ QFont PanelTitle::fittingFont() const
 
 bool PanelTitle::isShortened() const
 {
-    return QFontMetrics(fittingFont()).horizontalAdvance(m_text) > width();
+    return QFontMetrics(fittingFont()).elidedText(m_text, Qt::ElideRight, width()) != m_text;
 }
 
 void PanelTitle::paintEvent(QPaintEvent *)

@@ -206,7 +206,8 @@ QFont headlineFont()
 
 QFont fitting(QFont font, const QString &line, int width, int smallest)
 {
-    while (font.pixelSize() > smallest && QFontMetrics(font).horizontalAdvance(line) > width) {
+    // The advance is rounded, and what elides a line is not.
+    while (font.pixelSize() > smallest && QFontMetrics(font).horizontalAdvance(line) >= width) {
         font.setPixelSize(font.pixelSize() - 1);
     }
     return font;

@@ -131,10 +131,11 @@ TEST_F(FontsTest, ShrinkForALineThatDoesNotFitAndNoFurtherThanTheyMay)
     font.setPixelSize(20);
     const QString line = u"グラファイト"_s;
     const int natural = QFontMetrics(font).horizontalAdvance(line);
-    EXPECT_EQ(Style::fitting(font, line, natural, 9).pixelSize(), 20);
+    EXPECT_EQ(Style::fitting(font, line, natural + 1, 9).pixelSize(), 20);
     const QFont smaller = Style::fitting(font, line, natural * 3 / 4, 9);
     EXPECT_LE(QFontMetrics(smaller).horizontalAdvance(line), natural * 3 / 4);
     EXPECT_GE(smaller.pixelSize(), 13);
+    EXPECT_EQ(QFontMetrics(smaller).elidedText(line, Qt::ElideRight, natural * 3 / 4), line);
     EXPECT_EQ(Style::fitting(font, line, 1, 9).pixelSize(), 9);
 }
 
