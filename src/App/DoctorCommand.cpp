@@ -96,12 +96,16 @@ DoctorFinding DoctorCommand::shortcut(quint32 identifier, const QString &subject
                                       const std::optional<QList<quint32>> &held) const
 {
     const QString name = u"Shortcut %1 of %2"_s.arg(combo.displayText(), subject);
-    if (held && held->contains(identifier)) {
-        return {Verdict::good, name, u"held by the utility"_s, {}};
-    }
+    const bool isHeld = held && held->contains(identifier);
     if (m_with.desktop.session() == DesktopInspectionPort::Session::wayland) {
-        // Asking the portal would ask the user.
-        return DoctorSentences::portalShortcut(name, m_with.desktop.hasShortcutPortal());
+        // Asking the portal would ask the user. The utility may hold what it has asked a portal for that has none.
+        const bool hasPortal = m_with.desktop.hasShortcutPortal();
+        if (!isHeld || !hasPortal) {
+            return DoctorSentences::portalShortcut(name, hasPortal);
+        }
+    }
+    if (isHeld) {
+        return {Verdict::good, name, u"held by the utility"_s, {}};
     }
     if (!m_with.desktop.hasDisplay()) {
         // One thing is wrong then, and it has been said.

@@ -190,6 +190,10 @@ TEST_F(DoctorCommandTest, AWaylandDesktopsPortalIsNotAskedForShortcuts)
     inspection.hasPortal = false;
     EXPECT_EQ(about(u"translateSelection"_s, examine())->observation,
               u"this Wayland desktop has no portal for shortcuts"_s);
+    instance.held = {hotKeyIdentifier(HotKeyAction::translateSelection)};
+    EXPECT_EQ(about(u"translateSelection"_s, examine())->verdict, Verdict::wrong) << "asked of a portal without them";
+    inspection.hasPortal = true;
+    EXPECT_EQ(about(u"translateSelection"_s, examine())->verdict, Verdict::good);
 }
 
 TEST_F(DoctorCommandTest, AStoreThatIsNotOpenIsNotAsked)

@@ -5,6 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDir>
+#include <QFile>
+
 #include <vector>
 
 namespace orvesa {
@@ -202,6 +207,23 @@ TEST_F(PortalHotKeysTest, SaysOnceWhatToDoWithoutAPortal)
         EXPECT_EQ(registration.reference, 0U);
     }
     ASSERT_EQ(m_log.size(), 1);
+    EXPECT_TRUE(m_log.first().contains(u"orvesa-translate --perform translateSelection"_s));
+}
+
+TEST_F(PortalHotKeysTest, AsksAPortalThatIsStillToComeAndSaysWhenItDoesNot)
+{
+    const QDir services(qEnvironmentVariable("HOME") + u"/../bus-services"_s);
+    ASSERT_TRUE(services.exists());
+    QFile service(services.filePath(u"org.freedesktop.portal.Desktop.service"_s));
+    ASSERT_TRUE(service.open(QIODevice::WriteOnly));
+    service.write("[D-BUS Service]\nName=org.freedesktop.portal.Desktop\nExec=/bin/false\n");
+    service.close();
+    QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(
+        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"ReloadConfig"_s));
+    PortalHotKeys hotKeys;
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    EXPECT_TRUE(m_log.isEmpty());
+    waitUntil([this] { return m_log.size() == 1; }, u"the word about it"_s);
     EXPECT_TRUE(m_log.first().contains(u"orvesa-translate --perform translateSelection"_s));
 }
 

@@ -3,9 +3,10 @@
 #include "Platform/linux/PortalShortcut.h"
 #include "Platform/linux/SessionBus.h"
 
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusPendingCall>
+#include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 #include <QMetaObject>
 
@@ -57,6 +58,25 @@ QString sessionToken()
     return u"Orvesa_Translate"_s;
 }
 
+/// Whether the portal has not started, or has not come to answering, rather than answered that it has no shortcuts.
+bool isStillToCome(const QDBusConnection &bus, const QDBusMessage &failure)
+{
+    const QString error = failure.errorName();
+    if (error == QDBusError::errorString(QDBusError::NoReply) ||
+        error == QDBusError::errorString(QDBusError::TimedOut)) {
+        return true;
+    }
+    if (error != QDBusError::errorString(QDBusError::ServiceUnknown) &&
+        error != "org.freedesktop.DBus.Error.NameHasNoOwner"_L1) {
+        return false;
+    }
+    const QDBusMessage question = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                                                 u"org.freedesktop.DBus"_s, u"ListActivatableNames"_s);
+    const QDBusMessage answer = bus.call(question, QDBus::Block, boundInMilliseconds);
+    return answer.type() == QDBusMessage::ReplyMessage &&
+           answer.arguments().value(0).toStringList().contains(service());
+}
+
 QDBusMessage portalCall(const QString &method, const QVariantList &arguments)
 {
     QDBusMessage message = QDBusMessage::createMethodCall(service(), objectPath(), shortcutsInterface(), method);
@@ -81,9 +101,12 @@ bool PortalHotKeys::isOffered()
             QDBusMessage question =
                 QDBusMessage::createMethodCall(service(), objectPath(), u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
             question.setArguments({shortcutsInterface(), u"version"_s});
+            question.setAutoStartService(false);
             const QDBusMessage answer = bus->call(question, QDBus::Block, boundInMilliseconds);
-            m_isOffered = answer.type() == QDBusMessage::ReplyMessage &&
-                          answer.arguments().value(0).value<QDBusVariant>().variant().toUInt() >= 1;
+            // At login the portal may be still to come, or on its way; what it can do shows when it is asked for it.
+            m_isOffered = answer.type() == QDBusMessage::ReplyMessage
+                              ? answer.arguments().value(0).value<QDBusVariant>().variant().toUInt() >= 1
+                              : isStillToCome(*bus, answer);
             PortalShortcut::registerType();
             bus->connect(service(), objectPath(), shortcutsInterface(), u"Activated"_s, this,
                          SLOT(activated(QDBusMessage)));
@@ -168,7 +191,16 @@ void PortalHotKeys::bind()
     const QVariantMap options{{u"handle_token"_s, token},
                               {u"session_handle_token"_s, sessionToken()},
                               {u"shortcuts"_s, QVariant::fromValue(wishes())}};
-    bus->asyncCall(portalCall(u"CreateSession"_s, {options}));
+    auto *const creating = new QDBusPendingCallWatcher(bus->asyncCall(portalCall(u"CreateSession"_s, {options})), this);
+    connect(creating, &QDBusPendingCallWatcher::finished, this, &PortalHotKeys::sessionCalled);
+}
+
+void PortalHotKeys::sessionCalled(QDBusPendingCallWatcher *creating)
+{
+    creating->deleteLater();
+    if (creating->isError()) {
+        qWarning("OrvesaTranslate: this Wayland desktop lets no program have global shortcuts. %s", bindByHand);
+    }
 }
 
 QString PortalHotKeys::expectAnswer(const char *slot)

@@ -20,6 +20,8 @@
 #include <map>
 #include <optional>
 
+QT_FORWARD_DECLARE_CLASS(QDBusPendingCallWatcher)
+
 namespace orvesa {
 
 class PortalHotKeys final : public QObject, public HotKeyPort {
@@ -60,6 +62,7 @@ private:
     /// The keys that the desktop gave, in its own words, by the names of shortcuts; empty where it gave none.
     [[nodiscard]] QMap<QString, QString> triggersIn(const QVariantMap &results) const;
     static void reportMissingKeys(const QMap<QString, QString> &triggers);
+    void sessionCalled(QDBusPendingCallWatcher *creating);
     void closeSession();
     static void close(const QString &session);
     /// Announces the slot that takes the answer to the next request, and returns that request's token.
