@@ -20,7 +20,8 @@ constexpr QStringView harmless = u"\n\t";
 
 bool write(std::FILE *stream, const QString &text)
 {
-    const QByteArray line = text.toUtf8() + '\n';
+    const bool isTerminal = ::isatty(::fileno(stream)) == 1;
+    const QByteArray line = (isTerminal ? printable(text, harmless) : text).toUtf8() + '\n';
     std::clearerr(stream);
     (void)std::fwrite(line.constData(), 1, static_cast<std::size_t>(line.size()), stream);
     // A stream that is buffered by lines has dropped what it could not write by now, and the counts do not tell.
@@ -73,12 +74,12 @@ std::variant<QString, InputTrouble> readAll()
 
 bool writeOutput(const QString &text)
 {
-    return write(stdout, ::isatty(STDOUT_FILENO) == 1 ? printable(text, harmless) : text);
+    return write(stdout, text);
 }
 
 void writeError(const QString &text)
 {
-    (void)write(stderr, printable(text, harmless));
+    (void)write(stderr, text);
 }
 
 } // namespace orvesa::StandardStreams

@@ -26,7 +26,7 @@ void reserveMissing();
 /// control characters: what a service answers must not command it.
 [[nodiscard]] bool writeOutput(const QString &text);
 
-/// The text and a line break on standard error, without control characters.
+/// The text and a line break on standard error; a terminal gets no control characters.
 void writeError(const QString &text);
 
 } // namespace orvesa::StandardStreams

@@ -116,6 +116,9 @@ TEST(StandardOutput, IsUnchangedForAnotherProgram)
     ::testing::internal::CaptureStdout();
     EXPECT_TRUE(StandardStreams::writeOutput(answer));
     EXPECT_EQ(::testing::internal::GetCapturedStdout(), "a\x1b[31mb\n");
+    ::testing::internal::CaptureStderr();
+    StandardStreams::writeError(u"two\r\nlines"_s);
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "two\r\nlines\n");
 }
 
 /// The exit code of a process that was started without the streams and runs `body`.
