@@ -292,11 +292,9 @@ void SessionCheck::settingsByTheTray()
 void SessionCheck::readsTheScreen()
 {
     focusTheEditor();
-    // The upper half of its window, from inside its edges and shadows; not every toolkit tells where its text is.
+    // The upper half of its window: not every toolkit tells where its text is.
     const QRect editor = m_session.windows().geometry(m_editor);
-    constexpr int part = 20;
-    const QRect text =
-        editor.adjusted(editor.width() / part, editor.height() / part, -editor.width() / part, -editor.height() / 2);
+    const QRect text = editor.adjusted(2, 2, -2, -editor.height() / 2);
     m_session.keyboard().press(u"Alt+a"_s);
     const xcb_window_t overlay = m_session.windows().awaitWindow({.className = overlayClass});
     waitUntil([&] { return m_session.windows().title(overlay) == u"Screen capture"_s; },
