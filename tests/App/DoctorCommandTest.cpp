@@ -182,6 +182,14 @@ TEST_F(DoctorCommandTest, WithoutADisplayThatAloneIsWrong)
     EXPECT_TRUE(page().endsWith(u"Wrong: 1 of %1."_s.arg(findings.size()))) << page().toStdString();
 }
 
+TEST_F(DoctorCommandTest, ADisplayThatLetsNobodyInIsNotBlamedOnXWayland)
+{
+    inspection.isDisplayThere = false;
+    EXPECT_TRUE(about(u"Desktop"_s, examine())->remedy.contains(u"XAUTHORITY"_s));
+    inspection.currentSession = Inspection::Session::wayland;
+    EXPECT_TRUE(about(u"Desktop"_s, examine())->remedy.contains(u"XWayland"_s));
+}
+
 TEST_F(DoctorCommandTest, AWaylandDesktopsPortalIsNotAskedForShortcuts)
 {
     inspection.currentSession = Inspection::Session::wayland;
