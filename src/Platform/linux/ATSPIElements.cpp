@@ -145,11 +145,11 @@ std::optional<ATSPIReference> ATSPIElements::focusedElement(qint64 processIdenti
         m_applications.erase(known);
     }
     const auto names = busNames(client);
-    const auto name = names.find(processIdentifier);
-    if (name == names.end()) {
+    const auto own = names.find(processIdentifier);
+    if (own == names.end()) {
         return std::nullopt;
     }
-    Application application{name->second, std::nullopt, std::nullopt};
+    Application application{withWindows(own->second, client), std::nullopt, std::nullopt};
     auto focused = find(application, client);
     if (m_applications.size() >= mostApplications) {
         m_applications.clear(); // most of them have ended
@@ -308,7 +308,7 @@ bool ATSPIElements::isFocusNoTerminal(qint64 processIdentifier)
     return toolkit && toolkit->toString() != "Chromium"_L1 && role && *role != ATSPIRole::terminal;
 }
 
-std::map<qint64, QString> ATSPIElements::busNames(ATSPIClient &client)
+std::map<qint64, std::vector<QString>> ATSPIElements::busNames(ATSPIClient &client)
 {
     std::vector<QString> names;
     for (const ATSPIReference &application :
@@ -316,13 +316,24 @@ std::map<qint64, QString> ATSPIElements::busNames(ATSPIClient &client)
         names.push_back(application.busName);
     }
     const auto processes = client.processIdentifiers(names);
-    std::map<qint64, QString> result;
+    std::map<qint64, std::vector<QString>> result;
     for (std::size_t index = 0; index < names.size(); ++index) {
         if (processes[index]) {
-            result.emplace(*processes[index], names[index]);
+            result[*processes[index]].push_back(names[index]);
         }
     }
     return result;
+}
+
+QString ATSPIElements::withWindows(const std::vector<QString> &names, ATSPIClient &client)
+{
+    if (names.size() < 2) {
+        return names.front();
+    }
+    const auto found = std::ranges::find_if(names, [&client](const QString &name) {
+        return !client.children({name, u"/org/a11y/atspi/accessible/root"_s}).empty();
+    });
+    return found == names.end() ? names.front() : *found;
 }
 
 void ATSPIElements::warmUp()
@@ -331,9 +342,11 @@ void ATSPIElements::warmUp()
     if (!known) {
         return;
     }
-    for (const auto &[process, name] : busNames(*known)) {
-        if (process != QCoreApplication::applicationPid() && m_applications.size() < mostApplications) {
-            m_applications.try_emplace(process, Application{name, std::nullopt, std::nullopt});
+    for (const auto &[process, names] : busNames(*known)) {
+        // Of one with several names only its first read tells which is the right one.
+        const bool isClear = names.size() == 1 && process != QCoreApplication::applicationPid();
+        if (isClear && m_applications.size() < mostApplications) {
+            m_applications.try_emplace(process, Application{names.front(), std::nullopt, std::nullopt});
         }
     }
 }

@@ -18,6 +18,7 @@
 #include <chrono>
 #include <map>
 #include <memory>
+#include <vector>
 
 namespace orvesa {
 
@@ -73,8 +74,11 @@ private:
     /// Items of a menu or a menu bar.
     [[nodiscard]] static std::vector<AccessibilityElement> items(const ATSPIReference &menu,
                                                                  const std::shared_ptr<ATSPIClient> &client);
-    /// The bus names of all applications on the accessibility bus, by process.
-    [[nodiscard]] static std::map<qint64, QString> busNames(ATSPIClient &client);
+    /// The bus names of all applications on the accessibility bus, by process. One has several where it uses several
+    /// toolkits: a Qt program loads GTK where the desktop's look is GTK's.
+    [[nodiscard]] static std::map<qint64, std::vector<QString>> busNames(ATSPIClient &client);
+    /// The first of a process's names that has windows.
+    [[nodiscard]] static QString withWindows(const std::vector<QString> &names, ATSPIClient &client);
 
     std::shared_ptr<ATSPIClient> m_client;
     QElapsedTimer m_sinceFirst; ///< question of that client
