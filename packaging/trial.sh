@@ -140,6 +140,7 @@ tryDesktops() {
 
 # The root as a machine of its own, booted by its systemd; ends with the status that the machine is switched off with.
 bootRoot() {
+    local status=0
     local -a own=()
     if [[ ! -d /run/systemd/system ]]; then
         # There is nobody here to give it a place among the machine's own units.
@@ -148,7 +149,13 @@ bootRoot() {
     fi
     # Key stores lock their memory.
     asRoot systemd-nspawn --quiet --directory "$folder/root" --boot --machine clean --private-network --console pipe \
-        --system-call-filter @memlock "${own[@]}" </dev/null >"$folder/boot.log" 2>&1
+        --system-call-filter @memlock "${own[@]}" </dev/null >"$folder/boot.log" 2>&1 || status=$?
+    if [[ ${#own[@]} -gt 0 ]]; then
+        # Nobody clears the places away that it took for itself; those that others use cannot go.
+        asRoot find /sys/fs/cgroup -depth -type d \( -path '*/payload/*' -o -name payload -o -name supervisor \) \
+            -exec rmdir {} + 2>/dev/null || true
+    fi
+    return "$status"
 }
 
 mkdir -p "$folder"
