@@ -8,7 +8,7 @@
 #   variables    NAME=VALUE..., what a login manager sets for its session
 #   session      the command that starts the session, as the login manager's entry has it
 #   editor       an editor of that desktop, and editorClass, part of its window's class
-#   tray         notifier, embedding or none
+#   tray         notifier, embedding, either or none
 #   splash       part of the class of a window that covers the screen until the desktop is ready
 #   dismiss      a key that puts away what the desktop greets its users with
 #   asks         "yes" where the desktop switches accessibility off at login, so that the program asks for it

@@ -5,4 +5,4 @@ variables=(XDG_CURRENT_DESKTOP=MATE XDG_SESSION_DESKTOP=mate DESKTOP_SESSION=mat
 session=(mate-session)
 editor=pluma
 editorClass=pluma
-tray=notifier
+tray=either

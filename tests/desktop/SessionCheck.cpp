@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <iostream>
 
 namespace orvesa::desktop {
@@ -56,7 +57,7 @@ bool SessionCheck::run()
     step(u"a click elsewhere puts it away"_s, [this] { goesOnAClickElsewhere(); });
     step(u"it takes the keyboard when clicked, and Escape gives it back"_s, [this] { takesTheKeyboardWhenClicked(); });
     step(u"the settings come in front with the keyboard"_s, [this] { opensItsSettings(); });
-    if (m_options.tray == SessionTray::notifier)
+    if (hasNotifierItem())
         step(u"the tray's menu opens them, too"_s, [this] { settingsByTheTray(); });
     step(u"text of the screen"_s, [this] { readsTheScreen(); });
     step(u"the doctor's page"_s, [this] { hasATrueDoctor(); });
@@ -104,14 +105,26 @@ void SessionCheck::asksForAccessibility()
 
 void SessionCheck::isInTheTray()
 {
-    if (m_options.tray == SessionTray::notifier)
-        std::cout << "           item: " << m_session.tray().awaitItem(m_product, slowDeadline).id.toStdString()
-                  << std::endl;
-    else if (m_options.tray == SessionTray::embedding)
-        m_session.windows().awaitTrayIcon(m_product, slowDeadline);
+    const bool takesItems = m_options.tray == SessionTray::notifier || m_options.tray == SessionTray::either;
+    const bool embeds = m_options.tray == SessionTray::embedding || m_options.tray == SessionTray::either;
+    if (takesItems || embeds)
+        waitUntil([&] { return (takesItems && hasNotifierItem()) || (embeds && hasEmbeddedIcon()); },
+                  u"its icon in the tray"_s, slowDeadline);
+    std::cout << "           " << (hasNotifierItem() ? "StatusNotifierItem" : "embedded") << std::endl;
     if (!m_options.splash.isEmpty())
         waitUntil([this] { return !isShown(m_options.splash); }, u"the desktop's splash to go"_s, loginDeadline);
     picture(u"tray"_s);
+}
+
+bool SessionCheck::hasNotifierItem()
+{
+    const std::vector<TrayItem> items = m_session.tray().items();
+    return std::ranges::any_of(items, [this](const TrayItem &item) { return item.pid == m_product; });
+}
+
+bool SessionCheck::hasEmbeddedIcon()
+{
+    return m_session.windows().hasTrayIcon(m_product);
 }
 
 bool SessionCheck::isShown(const QString &className)

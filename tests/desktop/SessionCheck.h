@@ -16,7 +16,12 @@
 
 namespace orvesa::desktop {
 
-enum class SessionTray { none, notifier, embedding };
+enum class SessionTray {
+    none,
+    notifier,
+    embedding,
+    either, ///< both kinds are there, and the one that comes first at login gets the icon
+};
 
 struct SessionCheckOptions {
     QStringList editor;  ///< its command line; a document is added
@@ -43,6 +48,8 @@ private:
     void startsAtLogin();
     void asksForAccessibility();
     void isInTheTray();
+    [[nodiscard]] bool hasNotifierItem();
+    [[nodiscard]] bool hasEmbeddedIcon();
     void opensTheEditor();
     void selectsInTheEditor();
     void translates();

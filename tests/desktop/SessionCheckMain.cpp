@@ -18,6 +18,8 @@ SessionTray trayFrom(const QString &name)
 {
     if (name == u"notifier"_s)
         return SessionTray::notifier;
+    if (name == u"either"_s)
+        return SessionTray::either;
     return name == u"embedding"_s ? SessionTray::embedding : SessionTray::none;
 }
 
@@ -32,7 +34,7 @@ int main(int argc, char *argv[])
     const QCommandLineOption name(u"name"_s, u"What the desktop is called."_s, u"NAME"_s);
     const QCommandLineOption editor(u"editor"_s, u"A text editor's command line."_s, u"COMMAND"_s);
     const QCommandLineOption editorClass(u"editor-class"_s, u"Part of its window's class."_s, u"TEXT"_s);
-    const QCommandLineOption tray(u"tray"_s, u"notifier, embedding or none."_s, u"KIND"_s, u"notifier"_s);
+    const QCommandLineOption tray(u"tray"_s, u"notifier, embedding, either or none."_s, u"KIND"_s, u"notifier"_s);
     const QCommandLineOption splash(u"splash"_s, u"Part of the class of the window that covers the start."_s,
                                     u"TEXT"_s);
     const QCommandLineOption asks(u"asks-for-accessibility"_s, u"Chooses Enable where the program has to ask."_s);

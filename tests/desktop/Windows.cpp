@@ -111,6 +111,11 @@ xcb_window_t Windows::awaitTrayIcon(qint64 processIdentifier, std::chrono::milli
     return found;
 }
 
+bool Windows::hasTrayIcon(qint64 processIdentifier) const
+{
+    return embeddedBelow(root(), processIdentifier) != XCB_NONE;
+}
+
 void Windows::awaitNoWindow(const WindowMatch &match, std::chrono::milliseconds deadline)
 {
     waitUntil([&] { return mapped(match).empty(); }, u"the window to go"_s, deadline);

@@ -39,6 +39,7 @@ public:
     xcb_window_t awaitWindow(const WindowMatch &match, std::chrono::milliseconds deadline = usualDeadline);
     /// The mapped icon window of that process in an embedding tray, once there is one. Throws DeadlineError.
     xcb_window_t awaitTrayIcon(qint64 pid, std::chrono::milliseconds deadline = usualDeadline);
+    [[nodiscard]] bool hasTrayIcon(qint64 pid) const; ///< whether that window is there now
     /// Until no such window is mapped.
     void awaitNoWindow(const WindowMatch &match, std::chrono::milliseconds deadline = usualDeadline);
     void awaitActive(xcb_window_t window, std::chrono::milliseconds deadline = usualDeadline);
