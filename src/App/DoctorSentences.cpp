@@ -31,8 +31,9 @@ DoctorFinding session(Session session, bool hasDisplay, const QString &desktopNa
     }
     if (!hasDisplay && session == Session::x11) {
         // Another user's shell, root's or one from afar: it may name a display that it is not let in to.
-        return {Verdict::wrong, subject, u"%1, but its display does not let programs in"_s.arg(name),
-                u"Start it inside that desktop session and as its user, where DISPLAY and XAUTHORITY name its display."_s};
+        return {
+            Verdict::wrong, subject, u"%1, but its display does not let programs in"_s.arg(name),
+            u"Start it inside that desktop session and as its user, where DISPLAY and XAUTHORITY name its display."_s};
     }
     if (!hasDisplay) {
         return {Verdict::wrong, subject, u"%1, but no X server answers"_s.arg(name),

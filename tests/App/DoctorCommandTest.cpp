@@ -206,9 +206,9 @@ TEST_F(DoctorCommandTest, AWaylandDesktopsPortalIsNotAskedForShortcuts)
 
 TEST_F(DoctorCommandTest, AStoreThatIsNotOpenIsNotAsked)
 {
-    for (const Inspection::KeyStore state : {Inspection::KeyStore::locked, Inspection::KeyStore::absent,
-                                             Inspection::KeyStore::silent, Inspection::KeyStore::startable,
-                                             Inspection::KeyStore::unreadable}) {
+    for (const Inspection::KeyStore state :
+         {Inspection::KeyStore::locked, Inspection::KeyStore::absent, Inspection::KeyStore::silent,
+          Inspection::KeyStore::startable, Inspection::KeyStore::unreadable}) {
         inspection.currentKeyStore = state;
         EXPECT_EQ(about(u"API key"_s, examine())->verdict, Verdict::note);
     }
@@ -264,9 +264,9 @@ TEST(DoctorSentences, WhateverIsWrongHasARemedyAndItsOwnSentence)
         findings.append(DoctorSentences::accessibility(state));
     }
     using KeyStore = Inspection::KeyStore;
-    for (const KeyStore state : {KeyStore::noSessionBus, KeyStore::noLibrary, KeyStore::absent, KeyStore::startable,
-                                 KeyStore::noCollection, KeyStore::unreadable, KeyStore::locked, KeyStore::unlocked,
-                                 KeyStore::silent}) {
+    for (const KeyStore state :
+         {KeyStore::noSessionBus, KeyStore::noLibrary, KeyStore::absent, KeyStore::startable, KeyStore::noCollection,
+          KeyStore::unreadable, KeyStore::locked, KeyStore::unlocked, KeyStore::silent}) {
         findings.append(DoctorSentences::keyStore(state));
     }
     for (const Inspection::Tray tray :
