@@ -25,7 +25,19 @@ QString shortened(const QString &title)
     }
     return title.left(title.at(longest - 1).isHighSurrogate() ? longest - 1 : longest) + u'…';
 }
+/// Menus do not inherit fonts from the menus that they belong to.
+void setInterfaceFont(QMenu &menu)
+{
+    const QFont font = Style::inLanguage(menu.font(), Style::interfaceLanguage());
+    menu.setFont(font);
+    const auto submenus = menu.findChildren<QMenu *>();
+    for (QMenu *submenu : submenus) {
+        submenu->setFont(font);
+    }
+}
+
 using StatusMenu = FloatingResultPanelController::StatusMenu;
+
 } // namespace
 
 MenuBarController::MenuBarController(TranslationCoordinator &coordinator, const SettingsStore &settings,
@@ -87,7 +99,9 @@ void MenuBarController::popUp()
 std::unique_ptr<QMenu> MenuBarController::build()
 {
     auto menu = std::make_unique<QMenu>();
-    menu->setFont(Style::inLanguage(menu->font(), Style::interfaceLanguage()));
+    // Not before it is shown: the first look at a font reads all that are installed, as long as half of the start
+    // takes.
+    connect(menu.get(), &QMenu::aboutToShow, menu.get(), [shown = menu.get()] { setInterfaceFont(*shown); });
     // A tray that shows the menu itself says so: what is clicked there is clicked in our menu.
     connect(menu.get(), &QMenu::aboutToShow, this, [this] { m_coordinator.noteStatusMenu(StatusMenu::open); });
     connect(menu.get(), &QMenu::aboutToHide, this, [this] { m_coordinator.noteStatusMenu(StatusMenu::closed); });
