@@ -96,7 +96,6 @@ QString requiredString(const JSONAnswer &value)
     if (!value.is_string()) {
         throwInvalidResponse();
     }
-    // Not fromStdString(), which drops a byte order mark at the beginning.
     return JSONReading::decoded(value.get_ref<const std::string &>());
 }
 

@@ -5,8 +5,7 @@
 // OPENAI_BASE_URL and XAI_BASE_URL replace the whole base address ("https://host/v1"); ANTHROPIC_BASE_URL and
 // GOOGLE_GEMINI_BASE_URL replace scheme, host and port. These are the variables that the services' own tools read. An
 // override must be https, or http to a loopback address; it is checked when a request is about to be made, so that the
-// failure reaches the user. A trailing slash makes no difference. Value type,
-// any thread.
+// failure reaches the user. A trailing slash makes no difference. Value type, any thread.
 
 #include "AI/AIProviderType.h"
 
