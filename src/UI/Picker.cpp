@@ -51,11 +51,18 @@ QFont Picker::choiceFont(int index) const
 QSize Picker::sizeHint() const
 {
     constexpr int outset = Style::focusRingWidth;
-    int widest = 0;
+    constexpr int around = 2 * padding + chevronGap + chevronSize;
+    // No character is wider than a line is high. A short name fits without being measured, which would load the fonts
+    // of every language in the list.
+    const int square = fontMetrics().height();
+    int widest = smallestWidth - around;
     for (int index = 0; index < count(); ++index) {
-        widest = std::max(widest, QFontMetrics(choiceFont(index)).horizontalAdvance(itemText(index)));
+        const QString name = itemText(index);
+        if (name.size() * square > widest) {
+            widest = std::max(widest, QFontMetrics(choiceFont(index)).horizontalAdvance(name));
+        }
     }
-    const int width = std::max(smallestWidth, widest + 2 * padding + chevronGap + chevronSize);
+    const int width = widest + around;
     return {width + 2 * outset, Style::buttonHeight + 2 * outset};
 }
 
