@@ -1,7 +1,6 @@
 #pragma once
 
-// The names of all texts of the user interface. A key's raw value is its own name. Constant data, any
-// thread.
+// The names of all texts of the user interface. A key's raw value is its own name. Constant data, any thread.
 
 #include "Core/RawValue.h"
 

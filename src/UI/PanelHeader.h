@@ -1,8 +1,7 @@
 #pragma once
 
 // The panel's header row: title, the picker that fits the task, close button. The panel is dragged by it. It is
-// transparent: the panel paints the gradient below it, so that both share one rounded shape. Main
-// thread.
+// transparent: the panel paints the gradient below it, so that both share one rounded shape. Main thread.
 
 #include "UI/FloatingResultViewModel.h"
 #include "UI/WindowDragArea.h"

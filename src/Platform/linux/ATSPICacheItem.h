@@ -1,7 +1,6 @@
 #pragma once
 
-// One entry of an application's list of accessibles (org.a11y.atspi.Cache.GetItems). Value type, any
-// thread.
+// One entry of an application's list of accessibles (org.a11y.atspi.Cache.GetItems). Value type, any thread.
 
 #include "Platform/linux/ATSPIClient.h"
 

@@ -1,7 +1,6 @@
 #pragma once
 
-// A question to an application's own search for elements (org.a11y.atspi.Collection). Value type, any
-// thread.
+// A question to an application's own search for elements (org.a11y.atspi.Collection). Value type, any thread.
 
 #include "Platform/linux/ATSPIClient.h"
 
