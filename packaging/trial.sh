@@ -8,16 +8,56 @@
 #                                 the package in real desktops, those of packaging/desktops or the ones named, each in a
 #                                 root of its own; pictures of them are under build/trial/pictures then
 #   packaging/trial.sh --boot     the package on a machine that systemd boots, whose people log in by their passwords
-# ORVESA_TRIAL names another folder in place of build/trial.
+# ORVESA_TRIAL names another folder in place of build/trial: an empty one, or one that a trial has used before.
 # What is kept for the next time: build/trial/base.tar, the clean Debian. Remove it to have it made anew.
 set -euo pipefail
 # shellcheck source=packaging/setup.sh
 source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
 
-folder="${ORVESA_TRIAL-$projectRoot/build/trial}"
+defaultFolder="$projectRoot/build/trial"
+folder="${ORVESA_TRIAL:-$defaultFolder}"
 kind="${1---package}"
 shift || true
 codename="$(. /etc/os-release && echo "$VERSION_CODENAME")"
+
+# Parts of the folder are removed as root: it has to be one of ours, which a stamp in it says.
+takeFolder() {
+    mkdir -p "$folder"
+    folder="$(cd "$folder" && pwd -P)"
+    if [[ ! -e "$folder/.trial" && ! "$folder" -ef "$defaultFolder" && -n "$(ls -A "$folder")" ]]; then
+        fail "$folder is not empty, and no trial has used it before"
+    fi
+    touch "$folder/.trial"
+}
+
+# The places of this process among the cgroups, one in each hierarchy.
+ownGroups() {
+    local controllers path
+    while IFS=: read -r _ controllers path; do
+        if [[ -n "$controllers" ]]; then
+            echo "/sys/fs/cgroup/${controllers#name=}${path%/}"
+        elif [[ -d /sys/fs/cgroup/unified ]]; then
+            echo "/sys/fs/cgroup/unified${path%/}"
+        else
+            echo "/sys/fs/cgroup${path%/}"
+        fi
+    done </proc/self/cgroup
+}
+
+# Removes what only a trial under way needs, the groups that processes inside made for themselves included: those are
+# empty then. Mounts of roots were seen by nothing else, and have ended.
+cleanUp() {
+    local group
+    asRoot rm -rf --one-file-system "$folder/root" "$folder/common" "$folder/archives" "$folder/base" || true
+    while IFS= read -r group; do
+        asRoot find "$group/orvesa-trial" "$group/payload" "$group/supervisor" -depth -type d -exec rmdir {} + \
+            2>/dev/null || true
+    done < <(ownGroups)
+    if [[ -n "${madeRunFolder-}" ]]; then
+        asRoot rm -rf --one-file-system /run/systemd/nspawn || true
+        asRoot rmdir /run/systemd 2>/dev/null || true # if nobody else has anything in it
+    fi
+}
 
 # The mirrors that this machine itself uses, as lines for apt.
 machineSources() {
@@ -134,32 +174,29 @@ tryDesktops() {
             asRoot cp -r "$folder/root/trial/pictures/." "$folder/pictures/"
         fi
     done
-    asRoot rm -rf "$folder/archives" "$folder/common"
     [[ ${#failed[@]} -eq 0 ]] || fail "not everything passed in: ${failed[*]}"
 }
 
 # The root as a machine of its own, booted by its systemd; ends with the status that the machine is switched off with.
+# One that does not end is switched off after half an hour, which gives 124.
 bootRoot() {
-    local status=0
     local -a own=()
     if [[ ! -d /run/systemd/system ]]; then
         # There is nobody here to give it a place among the machine's own units.
         own=(--register=no --keep-unit)
+        [[ -d /run/systemd/nspawn ]] || madeRunFolder=yes
         asRoot mkdir -p /run/systemd
     fi
-    # Key stores lock their memory.
-    asRoot systemd-nspawn --quiet --directory "$folder/root" --boot --machine clean --private-network --console pipe \
-        --system-call-filter @memlock "${own[@]}" </dev/null >"$folder/boot.log" 2>&1 || status=$?
-    if [[ ${#own[@]} -gt 0 ]]; then
-        # Nobody clears the places away that it took for itself; those that others use cannot go.
-        asRoot find /sys/fs/cgroup -depth -type d \( -path '*/payload/*' -o -name payload -o -name supervisor \) \
-            -exec rmdir {} + 2>/dev/null || true
-    fi
-    return "$status"
+    # Key stores lock their memory. In the foreground, since it would not hear of Ctrl+C otherwise.
+    asRoot timeout --foreground --kill-after=30 1800 systemd-nspawn --quiet --directory "$folder/root" --boot \
+        --machine clean --private-network --console pipe --system-call-filter @memlock "${own[@]}" \
+        </dev/null >"$folder/boot.log" 2>&1
 }
 
-mkdir -p "$folder"
+takeFolder
 installPackages build run test package
+trap cleanUp EXIT
+cleanUp # what a trial left that was killed
 case "$kind" in
     --package)
         makePackage "$folder/package"
@@ -197,6 +234,7 @@ case "$kind" in
         tryDesktops "$@"
         ;;
     --boot)
+        installPackages container
         makePackage "$folder/package"
         buildPrograms orvesa-session-check orvesa-service
         makeOlderPackage
@@ -218,7 +256,4 @@ case "$kind" in
         ;;
     *) fail "usage: packaging/trial.sh [--package | --tree | --demo | --desktops [NAME...] | --boot]" ;;
 esac
-# The session of systemd leaves its cgroups, which are empty now.
-asRoot find /sys/fs/cgroup -depth -type d -path '*/orvesa-trial*' -exec rmdir {} + 2>/dev/null || true
 say "The trial ($kind) passed in $((SECONDS - begun)) s"
-asRoot rm -rf "$folder/root"
