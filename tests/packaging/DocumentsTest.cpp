@@ -71,6 +71,16 @@ TEST(Documents, LinksLeadSomewhere)
     }
 }
 
+TEST(Documents, TheArchitectureLeadsToEveryRecord)
+{
+    const QString architecture = textOf(tree + u"/docs/architecture.md"_s);
+    const QStringList records = QDir(tree + u"/docs/adr"_s).entryList({u"*.md"_s}, QDir::Files);
+    EXPECT_GT(records.size(), 10);
+    for (const QString &record : records) {
+        EXPECT_TRUE(architecture.contains(u"](adr/"_s + record + u')')) << record.toStdString();
+    }
+}
+
 TEST(Documents, TheReadmesSayTheSameInEveryLanguage)
 {
     const auto count = [](const QString &text, const QString &pattern) {
