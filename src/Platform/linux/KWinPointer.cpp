@@ -43,10 +43,14 @@ QStringList scriptPaths(int number)
 
 } // namespace
 
-KWinPointer::KWinPointer() = default;
+KWinPointer::KWinPointer() : m_question(std::make_shared<PointerQuestion>(bound))
+{
+    connect(m_question.get(), &PointerQuestion::answered, this, &KWinPointer::unloadScript);
+}
 
 KWinPointer::~KWinPointer()
 {
+    m_question->answer(std::nullopt);
     if (m_script) {
         if (auto bus = SessionBus::connection()) {
             bus->unregisterObject(objectPath());
@@ -85,14 +89,34 @@ QCoro::Task<std::optional<QPointF>> KWinPointer::place()
     if (!bus || !prepare()) {
         co_return std::nullopt;
     }
-    const QString name = u"com.orvesa.pointer.%1"_s.arg(++m_questions);
-    const QVariantList arguments{m_script->fileName(), name};
-    const QDBusMessage load = scriptingCall(u"loadScript"_s, arguments);
-    auto *const loading = new QDBusPendingCallWatcher(bus->asyncCall(load, static_cast<int>(bound.count())), this);
-    connect(loading, &QDBusPendingCallWatcher::finished, this, &KWinPointer::runScript);
-    const std::optional<QPointF> answer = co_await qCoro(this, &KWinPointer::answered, bound);
-    bus->send(scriptingCall(u"unloadScript"_s, {name}));
+    // One who asks while a question is under way gets its answer, behind those who have asked before.
+    if (!m_question->isAsked()) {
+        m_question->ask();
+        loadScript(*bus);
+    }
+    const std::shared_ptr<PointerQuestion> question = m_question;
+    const std::optional<QPointF> answer = co_await qCoro(question.get(), &PointerQuestion::answered);
     co_return answer;
+}
+
+QString KWinPointer::scriptName() const
+{
+    return u"com.orvesa.pointer.%1"_s.arg(m_questions);
+}
+
+void KWinPointer::loadScript(const QDBusConnection &bus)
+{
+    ++m_questions;
+    const QDBusMessage load = scriptingCall(u"loadScript"_s, {m_script->fileName(), scriptName()});
+    auto *const loading = new QDBusPendingCallWatcher(bus.asyncCall(load, static_cast<int>(bound.count())), this);
+    connect(loading, &QDBusPendingCallWatcher::finished, this, &KWinPointer::runScript);
+}
+
+void KWinPointer::unloadScript()
+{
+    if (auto bus = SessionBus::connection()) {
+        bus->send(scriptingCall(u"unloadScript"_s, {scriptName()}));
+    }
 }
 
 void KWinPointer::runScript(QDBusPendingCallWatcher *loading)
@@ -111,7 +135,7 @@ void KWinPointer::runScript(QDBusPendingCallWatcher *loading)
 void KWinPointer::at(int x, int y, int width, int height)
 {
     if (width > 0 && height > 0) {
-        Q_EMIT answered(QPointF(static_cast<qreal>(x) / width, static_cast<qreal>(y) / height));
+        m_question->answer(QPointF(static_cast<qreal>(x) / width, static_cast<qreal>(y) / height));
     }
 }
 

@@ -5,6 +5,8 @@
 //
 // Main thread. Nothing of it stays in KWin when the question is answered.
 
+#include "Platform/linux/PointerQuestion.h"
+
 #include <QCoroTask>
 
 #include <QObject>
@@ -15,6 +17,7 @@
 #include <memory>
 #include <optional>
 
+QT_FORWARD_DECLARE_CLASS(QDBusConnection)
 QT_FORWARD_DECLARE_CLASS(QDBusPendingCallWatcher)
 
 namespace orvesa {
@@ -29,7 +32,8 @@ public:
 
     /// Whether the session says that KWin shows it.
     [[nodiscard]] static bool isOffered();
-    /// The pointer's place as a part of the whole desktop's width and height; nothing without an answer in time.
+    /// The pointer's place as a part of the whole desktop's width and height; nothing without an answer in time,
+    /// or when this object goes. Those who ask at the same time get the same answer, in their order.
     [[nodiscard]] QCoro::Task<std::optional<QPointF>> place();
 
     static constexpr std::chrono::milliseconds bound{100};
@@ -38,14 +42,15 @@ public Q_SLOTS:
     /// For the script, over the bus: pixels in the compositor's own measure.
     Q_SCRIPTABLE void at(int x, int y, int width, int height);
 
-Q_SIGNALS:
-    void answered(QPointF place);
-
 private:
     [[nodiscard]] bool prepare();
+    [[nodiscard]] QString scriptName() const;
+    void loadScript(const QDBusConnection &bus);
+    void unloadScript();
     void runScript(QDBusPendingCallWatcher *loading);
 
     std::unique_ptr<QTemporaryFile> m_script;
+    std::shared_ptr<PointerQuestion> m_question;
     quint64 m_questions = 0;
 };
 

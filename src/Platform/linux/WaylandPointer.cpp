@@ -1,18 +1,19 @@
 #include "Platform/linux/WaylandPointer.h"
 
 #include "Platform/linux/WaylandSession.h"
+#include "Platform/linux/X11Event.h"
 
 #include <QCoroSignal>
 
 #include <QPointer>
 
 #include <array>
+#include <utility>
 
 namespace orvesa {
 
 namespace {
 
-constexpr quint8 eventTypeMask = 0x7f;
 constexpr quint8 blendedDepth = 32;
 
 struct RootSize {
@@ -45,10 +46,15 @@ xcb_visualid_t blendedVisual(X11Connection &connection)
 
 } // namespace
 
-WaylandPointer::WaylandPointer(X11Connection &connection) : m_connection(connection) {}
+WaylandPointer::WaylandPointer(X11Connection &connection)
+    : m_connection(connection), m_question(std::make_shared<PointerQuestion>(bound))
+{
+    connect(m_question.get(), &PointerQuestion::answered, this, &WaylandPointer::removeWindow);
+}
 
 WaylandPointer::~WaylandPointer()
 {
+    m_question->answer(std::nullopt);
     m_connection.removeEventHandler(m_token);
 }
 
@@ -72,29 +78,30 @@ QCoro::Task<std::optional<QPoint>> WaylandPointer::position()
 
 QCoro::Task<std::optional<QPoint>> WaylandPointer::positionByWindow()
 {
-    const xcb_window_t window = m_window == XCB_WINDOW_NONE ? makeWindow() : xcb_window_t{XCB_WINDOW_NONE};
-    if (window == XCB_WINDOW_NONE) {
+    // One who asks while a question is under way gets its answer, behind those who have asked before.
+    if (!m_question->isAsked()) {
+        m_window = showWindow();
+        if (m_window == XCB_WINDOW_NONE) {
+            co_return std::nullopt;
+        }
+        m_question->ask();
+    }
+    const std::shared_ptr<PointerQuestion> question = m_question;
+    const std::optional<QPointF> place = co_await qCoro(question.get(), &PointerQuestion::answered);
+    if (!place) {
         co_return std::nullopt;
     }
-    m_window = window;
-    const QPointer<WaylandPointer> self(this);
-    xcb_map_window(m_connection.connection(), window);
-    m_connection.settle();
-    const std::optional<QPoint> answer = co_await qCoro(this, &WaylandPointer::entered, bound);
-    if (self && m_connection.isValid()) {
-        xcb_destroy_window(m_connection.connection(), window);
-        m_connection.settle();
-        m_window = XCB_WINDOW_NONE;
-    }
-    co_return answer;
+    co_return place->toPoint();
 }
 
-xcb_window_t WaylandPointer::makeWindow()
+xcb_window_t WaylandPointer::showWindow()
 {
-    xcb_connection_t *const raw = m_connection.connection();
-    const xcb_visualid_t visual = blendedVisual(m_connection);
     const RootSize size = rootSize(m_connection);
-    if (visual == 0 || size.width == 0) {
+    const xcb_atom_t typeName = m_connection.atom("_NET_WM_WINDOW_TYPE");
+    const xcb_atom_t type = m_connection.atom("_NET_WM_WINDOW_TYPE_TOOLTIP");
+    xcb_connection_t *const raw = m_connection.connection(); // after the round trips: any of them may be the last
+    const xcb_visualid_t visual = raw == nullptr ? 0 : blendedVisual(m_connection);
+    if (visual == 0 || size.width < 2 || size.height < 2) {
         return XCB_WINDOW_NONE;
     }
     if (m_token == 0) {
@@ -105,28 +112,40 @@ xcb_window_t WaylandPointer::makeWindow()
     const xcb_window_t window = xcb_generate_id(raw);
     constexpr quint32 nothing = 0;
     constexpr quint32 leftAlone = 1;
+    // One pixel smaller than the screen: a window of its size, or of a monitor's, is taken for a full-screen one, for
+    // which GNOME hides its top bar.
+    const auto width = static_cast<quint16>(size.width - 1);
+    const auto height = static_cast<quint16>(size.height - 1);
     const std::array<quint32, 5> values{nothing, nothing, leftAlone, XCB_EVENT_MASK_POINTER_MOTION, colours};
-    xcb_create_window(raw, blendedDepth, window, m_connection.root(), 0, 0, size.width, size.height, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, visual,
-                      XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK |
-                          XCB_CW_COLORMAP,
-                      values.data());
+    xcb_create_window(
+        raw, blendedDepth, window, m_connection.root(), 0, 0, width, height, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, visual,
+        XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
+        values.data());
     xcb_free_colormap(raw, colours); // the window keeps it
-    const xcb_atom_t type = m_connection.atom("_NET_WM_WINDOW_TYPE_TOOLTIP");
-    xcb_change_property(raw, XCB_PROP_MODE_REPLACE, window, m_connection.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32,
-                        1, &type);
+    xcb_change_property(raw, XCB_PROP_MODE_REPLACE, window, typeName, XCB_ATOM_ATOM, 32, 1, &type);
+    xcb_map_window(raw, window);
+    m_connection.settle();
     return window;
+}
+
+void WaylandPointer::removeWindow()
+{
+    const xcb_window_t window = std::exchange(m_window, xcb_window_t{XCB_WINDOW_NONE});
+    if (window != XCB_WINDOW_NONE && m_connection.isValid()) {
+        xcb_destroy_window(m_connection.connection(), window);
+        m_connection.settle();
+    }
 }
 
 void WaylandPointer::handle(const xcb_generic_event_t &event)
 {
     // What the server says by itself when the window comes up is what it had last heard; only a move is news.
-    if ((event.response_type & eventTypeMask) != XCB_MOTION_NOTIFY || m_window == XCB_WINDOW_NONE) {
+    if (eventTypeOf(event) != XCB_MOTION_NOTIFY || m_window == XCB_WINDOW_NONE) {
         return;
     }
     const auto &motion = reinterpret_cast<const xcb_motion_notify_event_t &>(event);
     if (motion.event == m_window) {
-        Q_EMIT entered(QPoint(motion.root_x, motion.root_y));
+        m_question->answer(QPointF(motion.root_x, motion.root_y));
     }
 }
 

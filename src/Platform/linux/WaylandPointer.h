@@ -6,6 +6,7 @@
 // Main thread. Outside such a session nothing is done.
 
 #include "Platform/linux/KWinPointer.h"
+#include "Platform/linux/PointerQuestion.h"
 #include "Platform/linux/X11Connection.h"
 
 #include <QCoroTask>
@@ -14,6 +15,7 @@
 #include <QPoint>
 
 #include <chrono>
+#include <memory>
 #include <optional>
 
 namespace orvesa {
@@ -26,24 +28,24 @@ public:
     explicit WaylandPointer(X11Connection &connection);
     ~WaylandPointer() override;
 
-    /// In native pixels of the X server. Nothing where Qt knows it, or nobody says it in time.
+    /// In native pixels of the X server. Nothing where Qt knows it, nobody says it in time, or this object goes.
+    /// Those who ask at the same time get the same answer, in their order.
     [[nodiscard]] QCoro::Task<std::optional<QPoint>> position();
 
     /// Longer than a compositor needs to draw a window once, and too short to be felt.
     static constexpr std::chrono::milliseconds bound{80};
 
-Q_SIGNALS:
-    void entered(QPoint position);
-
 private:
     /// A transparent window over everything, for as long as it takes the compositor to say where in it the pointer is.
     [[nodiscard]] QCoro::Task<std::optional<QPoint>> positionByWindow();
-    [[nodiscard]] xcb_window_t makeWindow();
+    [[nodiscard]] xcb_window_t showWindow();
+    void removeWindow();
     void handle(const xcb_generic_event_t &event);
 
     X11Connection &m_connection;
     X11Connection::HandlerToken m_token = 0;
     xcb_window_t m_window = XCB_WINDOW_NONE;
+    std::shared_ptr<PointerQuestion> m_question;
     KWinPointer m_kwin;
 };
 

@@ -1,5 +1,7 @@
 #include "Platform/linux/X11StateSilence.h"
 
+#include "Platform/linux/X11Event.h"
+
 #include <QCoreApplication>
 
 namespace orvesa {
@@ -37,12 +39,11 @@ void X11StateSilence::end()
 
 bool X11StateSilence::nativeEventFilter(const QByteArray &eventType, void *message, qintptr *)
 {
-    constexpr quint8 eventTypeMask = 0x7f; // the eighth bit says that another client sent the event
     if (eventType != "xcb_generic_event_t") {
         return false;
     }
     const auto &event = *static_cast<const xcb_generic_event_t *>(message);
-    if ((event.response_type & eventTypeMask) != XCB_PROPERTY_NOTIFY) {
+    if (eventTypeOf(event) != XCB_PROPERTY_NOTIFY) {
         return false;
     }
     const auto &news = reinterpret_cast<const xcb_property_notify_event_t &>(event);
