@@ -3,6 +3,7 @@
 #include "Platform/FakePortalSession.h"
 
 #include <QCoreApplication>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QSocketNotifier>
 
@@ -41,10 +42,10 @@ QString FakePortal::pathFor(const QString &kind, const QString &token) const
     return u"%1/%2/%3/%4"_s.arg(objectPath(), kind, sender, token);
 }
 
-void FakePortal::answer(const QString &request, const QVariantMap &results)
+void FakePortal::answer(const QString &request, uint response, const QVariantMap &results)
 {
     QDBusMessage signal = QDBusMessage::createSignal(request, u"org.freedesktop.portal.Request"_s, u"Response"_s);
-    signal.setArguments({m_response, results});
+    signal.setArguments({response, results});
     if (m_holds) {
         m_held.append(signal);
     } else {
@@ -52,12 +53,47 @@ void FakePortal::answer(const QString &request, const QVariantMap &results)
     }
 }
 
+void FakePortal::refuse(const QString &request)
+{
+    say(u"refuse a path that is taken"_s);
+    answer(request, 2, {});
+    endSession();
+}
+
+void FakePortal::closeSession(const QDBusMessage &call)
+{
+    if (m_closing == Closing::held) {
+        m_heldClosings.append(call);
+        return;
+    }
+    endSession();
+    if (m_closing == Closing::answered) {
+        m_bus.send(call.createReply());
+    }
+}
+
+void FakePortal::endSession()
+{
+    if (m_sessionObject != nullptr) {
+        m_bus.unregisterObject(std::exchange(m_session, {}));
+        std::exchange(m_sessionObject, nullptr)->deleteLater();
+    }
+}
+
 QDBusObjectPath FakePortal::CreateSession(const QVariantMap &options)
 {
-    m_session = pathFor(u"session"_s, options.value(u"session_handle_token"_s).toString());
-    m_bus.registerObject(m_session, new FakePortalSession(this), QDBusConnection::ExportAllSlots);
-    say(u"session"_s);
     const QString request = pathFor(u"request"_s, options.value(u"handle_token"_s).toString());
+    const QString path = pathFor(u"session"_s, options.value(u"session_handle_token"_s).toString());
+    if (path == m_session) {
+        refuse(request);
+        return QDBusObjectPath(request);
+    }
+    m_session = path;
+    m_sessionObject = new FakePortalSession(this);
+    // Later than what has come in by now: another thread closes it.
+    connect(m_sessionObject, &FakePortalSession::closeAsked, this, &FakePortal::closeSession, Qt::QueuedConnection);
+    m_bus.registerObject(m_session, m_sessionObject, QDBusConnection::ExportAllSlots);
+    say(u"session"_s);
     QVariantMap results{{u"session_handle"_s, m_session}};
     if (m_gift != Gift::nothing) {
         auto shortcuts = qdbus_cast<QList<PortalShortcut>>(options.value(u"shortcuts"_s));
@@ -68,7 +104,7 @@ QDBusObjectPath FakePortal::CreateSession(const QVariantMap &options)
         }
         results.insert(u"shortcuts"_s, QVariant::fromValue(shortcuts));
     }
-    answer(request, results);
+    answer(request, m_response, results);
     return QDBusObjectPath(request);
 }
 
@@ -76,14 +112,19 @@ QDBusObjectPath FakePortal::BindShortcuts(const QDBusObjectPath &session, const 
                                           const QString &parentWindow, const QVariantMap &options)
 {
     Q_UNUSED(parentWindow)
+    if (session.path() != m_session) {
+        say(u"bind in a closed session"_s);
+        sendErrorReply(QDBusError::AccessDenied, u"no such session"_s);
+        return {};
+    }
     QStringList words;
     for (const PortalShortcut &shortcut : shortcuts) {
         words.append(u"%1=%2 (%3)"_s.arg(shortcut.id, shortcut.properties.value(u"preferred_trigger"_s).toString(),
                                          shortcut.properties.value(u"description"_s).toString()));
     }
-    say((session.path() == m_session ? u"bind "_s : u"bind in another session "_s) + words.join(u", "_s));
+    say(u"bind "_s + words.join(u", "_s));
     const QString request = pathFor(u"request"_s, options.value(u"handle_token"_s).toString());
-    answer(request, {});
+    answer(request, m_response, {});
     return QDBusObjectPath(request);
 }
 
@@ -104,11 +145,24 @@ void FakePortal::obey(const QString &order)
         say(u"holding"_s);
         return;
     }
+    if (order == "hold closing"_L1 || order == "swallow closing"_L1) {
+        m_closing = order == "hold closing"_L1 ? Closing::held : Closing::unanswered;
+        say(u"holding"_s);
+        return;
+    }
     if (order == "go on"_L1) {
         m_holds = false;
+        m_closing = Closing::answered;
+        for (const QDBusMessage &call : std::exchange(m_heldClosings, {})) {
+            closeSession(call);
+        }
         for (const QDBusMessage &answer : std::exchange(m_held, {})) {
             m_bus.send(answer);
         }
+        return;
+    }
+    if (m_session.isEmpty()) {
+        say(u"nobody to tell"_s);
         return;
     }
     QDBusMessage signal =

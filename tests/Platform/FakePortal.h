@@ -3,9 +3,11 @@
 // The global shortcuts of a Wayland desktop's portal, as far as a program sees them, for a bus of the tests' own.
 //
 // It says on standard output what it is asked for, and does what standard input tells it: "press ID", "refuse", "hold"
-// (keep answers back, as long as a person is
-// asked), "go on", and "give" or "give nothing" (keys with the session already, as Plasma 5 does). Main thread of its
-// own process.
+// (keep answers back, as long as a person is asked), "hold closing" (keep sessions open that are to be closed), "go
+// on", "swallow closing" (close sessions without an answer), and "give" or "give nothing" (keys with the session
+// already, as Plasma 5 does). A session's path is taken until the session is closed; who asks for it meanwhile is
+// refused, and loses the session that has it, as with the real one, which tidies up after a refusal by closing what it
+// finds there. Main thread of its own process.
 
 #include "Platform/linux/PortalShortcut.h"
 
@@ -17,6 +19,8 @@
 #include <QObject>
 
 namespace orvesa::tests {
+
+class FakePortalSession;
 
 class FakePortal final : public QObject, protected QDBusContext {
     Q_OBJECT
@@ -39,14 +43,20 @@ public Q_SLOTS:
 
 private:
     [[nodiscard]] QString pathFor(const QString &kind, const QString &token) const;
-    void answer(const QString &request, const QVariantMap &results);
+    void answer(const QString &request, uint response, const QVariantMap &results);
+    void refuse(const QString &request);
+    void closeSession(const QDBusMessage &call);
+    void endSession();
 
     QDBusConnection m_bus;
-    QString m_session;
+    QString m_session; ///< its path; empty while there is none
+    FakePortalSession *m_sessionObject = nullptr;
     uint m_response = 0;
     bool m_holds = false;
+    enum class Closing { answered, held, unanswered } m_closing = Closing::answered;
     enum class Gift { nothing, shortcuts, shortcutsWithoutKeys } m_gift = Gift::nothing;
     QList<QDBusMessage> m_held;
+    QList<QDBusMessage> m_heldClosings;
 };
 
 } // namespace orvesa::tests

@@ -11,6 +11,8 @@ FakePortalSession::~FakePortalSession() = default;
 void FakePortalSession::Close()
 {
     std::cout << "close" << std::endl;
+    setDelayedReply(true);
+    Q_EMIT closeAsked(message());
 }
 
 } // namespace orvesa::tests

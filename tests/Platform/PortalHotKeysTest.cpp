@@ -1,6 +1,7 @@
 #include "Platform/linux/PortalHotKeys.h"
 
 #include "Platform/AdoptedDesktop.h"
+#include "Platform/ModifierBits.h"
 #include "Platform/linux/PortalShortcut.h"
 
 #include <gtest/gtest.h>
@@ -8,6 +9,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 
 #include <vector>
@@ -22,7 +24,8 @@ namespace {
 
 constexpr quint32 keyD = 2;
 constexpr quint32 keyS = 1;
-constexpr quint32 option = 0x800;
+constexpr quint32 option = CarbonModifier::option;
+constexpr quint32 shift = CarbonModifier::shift;
 constexpr quint32 signature = 0x4B56484B;
 
 desktop::DesktopOptions busOnly()
@@ -63,8 +66,36 @@ protected:
         return portal;
     }
 
+    void listenTo(PortalHotKeys &hotKeys)
+    {
+        EXPECT_EQ(hotKeys.installHandler([this](HotKeyID id) {
+            m_pressed.push_back(id.id);
+            return HotKeyStatus::noErr;
+        }),
+                  HotKeyStatus::noErr);
+    }
+
+    /// Another portal in place of one that was killed, once that is known to have gone.
+    desktop::Process &startPortalAfterLoss()
+    {
+        waitUntil([this] { return !m_log.isEmpty(); }, u"the word about it"_s);
+        return startPortal();
+    }
+
+    /// After the portal's loss: what is registered is bound there, and works.
+    void expectBoundAt(desktop::Process &portal, const QByteArray &binding)
+    {
+        EXPECT_EQ(portal.readLine(), "session");
+        EXPECT_EQ(portal.readLine(), binding);
+        portal.write("press hotkey-1-ALT+d\n");
+        waitUntil([this] { return m_pressed.size() == 1; }, u"the press"_s);
+        EXPECT_EQ(m_pressed.front(), 1U);
+        EXPECT_EQ(m_log.size(), 1);
+    }
+
     AdoptedDesktop m_desktop{busOnly()};
     QStringList m_log;
+    std::vector<quint32> m_pressed;
 
 private:
     QtMessageHandler m_earlier = nullptr;
@@ -84,8 +115,10 @@ TEST_F(PortalHotKeysTest, BindsWhatIsRegisteredInOneGoAndHearsOfPresses)
     hotKeys.describe({signature, 2}, u"Polish Selection"_s);
     const HotKeyRegistration first = hotKeys.registerHotKey(keyD, option, {signature, 1});
     EXPECT_EQ(first.status, HotKeyStatus::noErr);
-    EXPECT_EQ(hotKeys.registerHotKey(keyS, option | 0x1000 | 0x200 | 0x100, {signature, 2}).status,
-              HotKeyStatus::noErr);
+    EXPECT_EQ(
+        hotKeys.registerHotKey(keyS, option | shift | CarbonModifier::control | CarbonModifier::command, {signature, 2})
+            .status,
+        HotKeyStatus::noErr);
     EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 3}).status, HotKeyStatus::hotKeyExists);
     EXPECT_EQ(hotKeys.registerHotKey(0x34, option, {signature, 4}).status, HotKeyStatus::hotKeyInvalid);
     EXPECT_EQ(portal.readLine(), "session");
@@ -109,7 +142,28 @@ TEST_F(PortalHotKeysTest, BindsWhatIsRegisteredInOneGoAndHearsOfPresses)
     EXPECT_TRUE(m_log.isEmpty());
 }
 
-TEST_F(PortalHotKeysTest, LeavesNoSessionBehindThatALaterChangeHasReplaced)
+TEST_F(PortalHotKeysTest, BindsWhatChangesWhileTheSessionIsStillToCome)
+{
+    desktop::Process &portal = startPortal();
+    portal.write("hold\n");
+    EXPECT_EQ(portal.readLine(), "holding");
+    PortalHotKeys hotKeys;
+    listenTo(hotKeys);
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    EXPECT_EQ(portal.readLine(), "session");
+    EXPECT_EQ(hotKeys.registerHotKey(keyS, option, {signature, 2}).status, HotKeyStatus::noErr);
+    desktop::processEventsFor(std::chrono::milliseconds(100)); // there is one path, and it is taken
+    portal.write("go on\n");
+    EXPECT_EQ(portal.readLine(), "close");
+    EXPECT_EQ(portal.readLine(), "session");
+    EXPECT_EQ(portal.readLine(), "bind hotkey-1-ALT+d=ALT+d (), hotkey-2-ALT+s=ALT+s ()");
+    portal.write("press hotkey-2-ALT+s\n");
+    waitUntil([this] { return m_pressed.size() == 1; }, u"the press"_s);
+    EXPECT_EQ(m_pressed.front(), 2U);
+    EXPECT_TRUE(m_log.isEmpty());
+}
+
+TEST_F(PortalHotKeysTest, KeepsTheSessionWhenAChangeIsTakenBackBeforeItIsThere)
 {
     desktop::Process &portal = startPortal();
     portal.write("hold\n");
@@ -117,12 +171,155 @@ TEST_F(PortalHotKeysTest, LeavesNoSessionBehindThatALaterChangeHasReplaced)
     PortalHotKeys hotKeys;
     EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
     EXPECT_EQ(portal.readLine(), "session");
-    EXPECT_EQ(hotKeys.registerHotKey(keyS, option, {signature, 2}).status, HotKeyStatus::noErr);
-    EXPECT_EQ(portal.readLine(), "session");
+    const HotKeyRegistration second = hotKeys.registerHotKey(keyS, option, {signature, 2});
+    desktop::processEventsFor(std::chrono::milliseconds(50));
+    EXPECT_EQ(hotKeys.unregisterHotKey(second.reference), HotKeyStatus::noErr);
+    desktop::processEventsFor(std::chrono::milliseconds(50));
     portal.write("go on\n");
+    EXPECT_EQ(portal.readLine(), "bind hotkey-1-ALT+d=ALT+d ()");
+}
+
+TEST_F(PortalHotKeysTest, AsksForNoSessionBeforeTheOneBeforeIsClosed)
+{
+    desktop::Process &portal = startPortal();
+    PortalHotKeys hotKeys;
+    listenTo(hotKeys);
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    EXPECT_EQ(portal.readLine(), "session");
+    EXPECT_EQ(portal.readLine(), "bind hotkey-1-ALT+d=ALT+d ()");
+    portal.write("hold closing\n");
+    EXPECT_EQ(portal.readLine(), "holding");
+    EXPECT_EQ(hotKeys.registerHotKey(keyS, option, {signature, 2}).status, HotKeyStatus::noErr);
     EXPECT_EQ(portal.readLine(), "close");
+    EXPECT_EQ(hotKeys.registerHotKey(keyS, option | shift, {signature, 3}).status, HotKeyStatus::noErr);
+    desktop::processEventsFor(std::chrono::milliseconds(100));
+    portal.write("go on\n");
+    EXPECT_EQ(portal.readLine(), "session");
+    EXPECT_EQ(portal.readLine(), "bind hotkey-1-ALT+d=ALT+d (), hotkey-2-ALT+s=ALT+s (), "
+                                 "hotkey-3-ALT+SHIFT+s=ALT+SHIFT+s ()");
+    portal.write("press hotkey-3-ALT+SHIFT+s\n");
+    waitUntil([this] { return m_pressed.size() == 1; }, u"the press"_s);
+    EXPECT_EQ(m_pressed.front(), 3U);
+    EXPECT_TRUE(m_log.isEmpty());
+}
+
+TEST_F(PortalHotKeysTest, WaitsForNoAnswerToAClosingForEver)
+{
+    desktop::Process &portal = startPortal();
+    PortalHotKeys hotKeys(std::chrono::milliseconds(200));
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    EXPECT_EQ(portal.readLine(), "session");
+    EXPECT_EQ(portal.readLine(), "bind hotkey-1-ALT+d=ALT+d ()");
+    portal.write("swallow closing\n");
+    EXPECT_EQ(portal.readLine(), "holding");
+    QElapsedTimer elapsed;
+    elapsed.start();
+    EXPECT_EQ(hotKeys.registerHotKey(keyS, option, {signature, 2}).status, HotKeyStatus::noErr);
+    EXPECT_EQ(portal.readLine(), "close");
+    EXPECT_EQ(portal.readLine(), "session");
+    EXPECT_GE(elapsed.elapsed(), 190);
     EXPECT_EQ(portal.readLine(), "bind hotkey-1-ALT+d=ALT+d (), hotkey-2-ALT+s=ALT+s ()");
     EXPECT_TRUE(m_log.isEmpty());
+}
+
+TEST_F(PortalHotKeysTest, WaitsForNoSessionForEverAndTakesOneThatComesLate)
+{
+    desktop::Process &portal = startPortal();
+    portal.write("hold\n");
+    EXPECT_EQ(portal.readLine(), "holding");
+    PortalHotKeys hotKeys(std::chrono::seconds(3), std::chrono::milliseconds(200));
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    EXPECT_EQ(portal.readLine(), "session");
+    waitUntil([this] { return m_log.size() == 1; }, u"the word about it"_s);
+    EXPECT_TRUE(m_log.first().contains(u"orvesa-translate --perform translateSelection"_s));
+    portal.write("go on\n");
+    EXPECT_EQ(portal.readLine(), "bind hotkey-1-ALT+d=ALT+d ()");
+}
+
+TEST_F(PortalHotKeysTest, ClosesTheSessionThatNeverCameBeforeItAsksForAnother)
+{
+    desktop::Process &portal = startPortal();
+    portal.write("hold\n");
+    EXPECT_EQ(portal.readLine(), "holding");
+    PortalHotKeys hotKeys(std::chrono::seconds(3), std::chrono::milliseconds(200));
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    EXPECT_EQ(portal.readLine(), "session");
+    EXPECT_EQ(hotKeys.registerHotKey(keyS, option, {signature, 2}).status, HotKeyStatus::noErr);
+    EXPECT_EQ(portal.readLine(), "close");
+    EXPECT_EQ(portal.readLine(), "session");
+    portal.write("go on\n"); // with the answer to the first one, which is nobody's any more
+    EXPECT_EQ(portal.readLine(), "bind hotkey-1-ALT+d=ALT+d (), hotkey-2-ALT+s=ALT+s ()");
+    EXPECT_EQ(m_log.size(), 1);
+}
+
+TEST_F(PortalHotKeysTest, BindsAnewWhenThePortalIsBack)
+{
+    desktop::Process &portal = startPortal();
+    PortalHotKeys hotKeys;
+    listenTo(hotKeys);
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    EXPECT_EQ(portal.readLine(), "session");
+    EXPECT_EQ(portal.readLine(), "bind hotkey-1-ALT+d=ALT+d ()");
+    portal.kill();
+    expectBoundAt(startPortalAfterLoss(), "bind hotkey-1-ALT+d=ALT+d ()");
+}
+
+TEST_F(PortalHotKeysTest, OutlivesAPortalThatVanishesWhileASessionIsAwaited)
+{
+    desktop::Process &portal = startPortal();
+    portal.write("hold\n");
+    EXPECT_EQ(portal.readLine(), "holding");
+    PortalHotKeys hotKeys;
+    listenTo(hotKeys);
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    EXPECT_EQ(portal.readLine(), "session");
+    portal.kill();
+    expectBoundAt(startPortalAfterLoss(), "bind hotkey-1-ALT+d=ALT+d ()");
+}
+
+TEST_F(PortalHotKeysTest, OutlivesAPortalThatVanishesBeforeItTakesTheCall)
+{
+    desktop::Process &portal = startPortal();
+    PortalHotKeys hotKeys;
+    listenTo(hotKeys);
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    portal.freeze();
+    desktop::processEventsFor(std::chrono::milliseconds(50)); // the call leaves
+    portal.kill();
+    expectBoundAt(startPortalAfterLoss(), "bind hotkey-1-ALT+d=ALT+d ()");
+}
+
+TEST_F(PortalHotKeysTest, OutlivesAPortalThatVanishesWhileASessionIsClosed)
+{
+    desktop::Process &portal = startPortal();
+    PortalHotKeys hotKeys;
+    listenTo(hotKeys);
+    EXPECT_EQ(hotKeys.registerHotKey(keyS, option, {signature, 2}).status, HotKeyStatus::noErr);
+    EXPECT_EQ(portal.readLine(), "session");
+    EXPECT_EQ(portal.readLine(), "bind hotkey-2-ALT+s=ALT+s ()");
+    portal.write("hold closing\n");
+    EXPECT_EQ(portal.readLine(), "holding");
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    EXPECT_EQ(portal.readLine(), "close");
+    portal.kill();
+    expectBoundAt(startPortalAfterLoss(), "bind hotkey-1-ALT+d=ALT+d (), hotkey-2-ALT+s=ALT+s ()");
+}
+
+TEST_F(PortalHotKeysTest, ReadsNoKeymapWhenAShortcutIsPressed)
+{
+    desktop::Process &portal = startPortal();
+    PortalHotKeys hotKeys;
+    listenTo(hotKeys);
+    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    EXPECT_EQ(portal.readLine(), "session");
+    EXPECT_EQ(portal.readLine(), "bind hotkey-1-ALT+d=ALT+d ()");
+    const bool hadKeymaps = qEnvironmentVariableIsSet("XKB_CONFIG_ROOT");
+    const QByteArray keymaps = qgetenv("XKB_CONFIG_ROOT");
+    qputenv("XKB_CONFIG_ROOT", "/nonexistent"); // whoever reads one now finds none
+    EXPECT_TRUE(PortalShortcut::trigger(keyD, option).isEmpty());
+    portal.write("press hotkey-1-ALT+d\n");
+    waitUntil([this] { return m_pressed.size() == 1; }, u"the press"_s);
+    hadKeymaps ? qputenv("XKB_CONFIG_ROOT", keymaps) : qunsetenv("XKB_CONFIG_ROOT");
 }
 
 TEST_F(PortalHotKeysTest, ChangesShortcutsWhileTheUserIsAskedAboutThoseBefore)
@@ -231,8 +428,8 @@ TEST(PortalShortcutTest, WritesKeysAsTheDesktopDoes)
 {
     EXPECT_EQ(PortalShortcut::trigger(keyD, option), u"ALT+d"_s);
     EXPECT_EQ(PortalShortcut::trigger(96, 0), u"F5"_s);
-    EXPECT_EQ(PortalShortcut::trigger(49, 0x100), u"LOGO+space"_s);
-    EXPECT_EQ(PortalShortcut::trigger(36, 0x1200), u"CTRL+SHIFT+Return"_s);
+    EXPECT_EQ(PortalShortcut::trigger(49, CarbonModifier::command), u"LOGO+space"_s);
+    EXPECT_EQ(PortalShortcut::trigger(36, CarbonModifier::control | shift), u"CTRL+SHIFT+Return"_s);
     EXPECT_EQ(PortalShortcut::trigger(1000, option), QString());
 }
 

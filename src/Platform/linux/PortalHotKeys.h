@@ -6,6 +6,9 @@
 // Main thread. What is registered in one go is bound in one go, from the event loop, and anew when it changes. The keys
 // are wishes: the user may choose others there. A desktop without the portal is said so once in the log, and every
 // registration ends with notAvailable.
+//
+// The session with the portal has always the same name, so there is never more than one: one is closed, and that is
+// answered, before the next is asked for, and what changes while an answer is awaited is bound after it.
 
 #include "Platform/HotKeyPort.h"
 #include "Platform/linux/PortalShortcut.h"
@@ -15,12 +18,15 @@
 #include <QMap>
 #include <QObject>
 #include <QString>
+#include <QTimer>
 #include <QVariantMap>
 
+#include <chrono>
 #include <map>
 #include <optional>
 
 QT_FORWARD_DECLARE_CLASS(QDBusPendingCallWatcher)
+QT_FORWARD_DECLARE_CLASS(QDBusConnection)
 
 namespace orvesa {
 
@@ -28,7 +34,9 @@ class PortalHotKeys final : public QObject, public HotKeyPort {
     Q_OBJECT
 
 public:
-    PortalHotKeys();
+    /// How long a session may take to be closed, and to be made: at login the portal is still being started.
+    explicit PortalHotKeys(std::chrono::milliseconds closingBound = std::chrono::seconds(3),
+                           std::chrono::milliseconds creationBound = std::chrono::seconds(30));
     ~PortalHotKeys() override;
 
     [[nodiscard]] qint32 installHandler(Handler handler) override;
@@ -47,33 +55,46 @@ private:
         quint32 keyCode = 0;
         quint32 modifiers = 0;
         HotKeyID id;
+        QString trigger; ///< the keys as the portal writes them; a keymap is read to find out
+        QString name;    ///< the shortcut's
         bool operator==(const HotKey &other) const
         {
             return keyCode == other.keyCode && modifiers == other.modifiers && id.id == other.id.id;
         }
     };
-    using HotKeys = std::map<HotKeyRef, HotKey>;
+    using HotKeys = std::map<quint32, HotKey>; ///< by identifier
+    enum class Stage { settled, creating, closing };
 
     [[nodiscard]] bool isOffered();
     void scheduleBinding();
+    /// Takes one step towards what is registered: closes the session there is, or asks for one. Each step ends here.
     void bind();
+    [[nodiscard]] HotKeys wanted() const;
+    void createSession(const QDBusConnection &bus);
+    void creationEnded();
+    void giveUpCreation();
+    void bindShortcuts(const QDBusConnection &bus);
+    void closeSession(const QDBusConnection &bus);
+    void portalChanged(const QString &earlierOwner, const QString &owner);
     /// What is to be bound, as the portal takes it.
     [[nodiscard]] QList<PortalShortcut> wishes() const;
     /// The keys that the desktop gave, in its own words, by the names of shortcuts; empty where it gave none.
     [[nodiscard]] QMap<QString, QString> triggersIn(const QVariantMap &results) const;
     static void reportMissingKeys(const QMap<QString, QString> &triggers);
-    void sessionCalled(QDBusPendingCallWatcher *creating);
-    void closeSession();
-    static void close(const QString &session);
+    [[nodiscard]] static QString pathOf(const QDBusConnection &bus, const QString &kind, const QString &token);
     /// Announces the slot that takes the answer to the next request, and returns that request's token.
-    [[nodiscard]] QString expectAnswer(const char *slot);
+    [[nodiscard]] QString expectAnswer(QDBusConnection bus, const char *slot);
     /// Whether the answer is to the last request. One before it may be answered late: a person may be asked first.
     [[nodiscard]] bool isAwaited(const QDBusMessage &answer, const char *slot);
 
     Handler m_handler;
-    HotKeys m_hotKeys;
+    std::map<HotKeyRef, HotKey> m_hotKeys;
     std::map<quint32, QString> m_descriptions;
-    std::map<quint32, HotKey> m_bound; ///< what was last asked for, by identifier
+    HotKeys m_bound; ///< what was last asked for
+    Stage m_stage = Stage::settled;
+    QDBusPendingCallWatcher *m_creating = nullptr; ///< the call for a session; null when nobody waits for it
+    QTimer m_creationBound;
+    std::chrono::milliseconds m_closingBound;
     std::optional<bool> m_isOffered;
     bool m_bindingScheduled = false;
     HotKeyRef m_lastReference = 0;

@@ -1,5 +1,6 @@
 #include "Platform/linux/PortalShortcut.h"
 
+#include "Platform/ModifierBits.h"
 #include "Platform/linux/MacKeyCodes.h"
 
 #include <QDBusMetaType>
@@ -41,13 +42,24 @@ QString PortalShortcut::trigger(quint32 macKeyCode, quint32 carbonModifiers)
         return {};
     }
     QString keys;
-    for (const auto &[bit, word] : {std::pair{0x1000U, u"CTRL+"_s}, std::pair{0x800U, u"ALT+"_s},
-                                    std::pair{0x200U, u"SHIFT+"_s}, std::pair{0x100U, u"LOGO+"_s}}) {
+    for (const auto &[bit, word] :
+         {std::pair{CarbonModifier::control, u"CTRL+"_s}, std::pair{CarbonModifier::option, u"ALT+"_s},
+          std::pair{CarbonModifier::shift, u"SHIFT+"_s}, std::pair{CarbonModifier::command, u"LOGO+"_s}}) {
         if ((carbonModifiers & bit) != 0) {
             keys += word;
         }
     }
     return keys + QString::fromLatin1(name.data());
+}
+
+QList<PortalShortcut> PortalShortcut::listIn(const QVariant &value)
+{
+    if (!value.canConvert<QDBusArgument>()) {
+        return {};
+    }
+    const auto argument = value.value<QDBusArgument>();
+    return argument.currentSignature() == "a(sa{sv})"_L1 ? qdbus_cast<QList<PortalShortcut>>(argument)
+                                                         : QList<PortalShortcut>();
 }
 
 void PortalShortcut::registerType()
