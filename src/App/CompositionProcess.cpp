@@ -133,7 +133,7 @@ ExitCode serve(SingleInstancePort &instance, const UtilityStart &start)
     if (start.warmUp) {
         pieces.push_front(start.warmUp);
     }
-    pieces.push_front(addCertificateAuthorities); // before anything can be sent
+    pieces.push_front(addCertificateAuthorities); // ahead of what a request would use
     WarmUp warmUp;
     warmUp.start(std::move(pieces));
     return QCoreApplication::exec() == 0 ? ExitCode::success : ExitCode::failure;

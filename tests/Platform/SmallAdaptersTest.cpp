@@ -128,11 +128,12 @@ TEST(LocalePreferredLanguagesTest, FollowsTheEnvironment)
 TEST(WaylandSessionTest, HasQtUseTheXServerInsideIt)
 {
     const auto platform = [] { return qgetenv("QT_QPA_PLATFORM"); };
-    const std::array variables{"WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM"};
+    const std::array variables{"WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM", "XDG_SESSION_TYPE"};
     std::array<QByteArray, variables.size()> before;
     std::ranges::transform(variables, before.begin(), [](const char *name) { return qgetenv(name); });
     qunsetenv("QT_QPA_PLATFORM");
     qunsetenv("WAYLAND_DISPLAY");
+    qunsetenv("XDG_SESSION_TYPE");
     qputenv("DISPLAY", QByteArrayLiteral(":9"));
     {
         const WaylandSession::PreferredPlatform preferred;
@@ -144,6 +145,10 @@ TEST(WaylandSessionTest, HasQtUseTheXServerInsideIt)
         EXPECT_EQ(platform(), QByteArray("xcb"));
     }
     EXPECT_EQ(platform(), QByteArray()) << "programs started later choose for themselves";
+    qputenv("XDG_SESSION_TYPE", QByteArrayLiteral("x11"));
+    EXPECT_FALSE(WaylandSession::isRunning()) << "the variable is an earlier session's";
+    qputenv("XDG_SESSION_TYPE", QByteArrayLiteral("wayland"));
+    EXPECT_TRUE(WaylandSession::isRunning());
     qputenv("QT_QPA_PLATFORM", QByteArrayLiteral("offscreen"));
     {
         const WaylandSession::PreferredPlatform preferred;

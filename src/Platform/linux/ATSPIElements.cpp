@@ -139,7 +139,8 @@ std::optional<ATSPIReference> ATSPIElements::focusedElement(qint64 processIdenti
         if (!focused) {
             focused = find(application, client);
         }
-        if (focused || client.processIdentifier(application.busName) == processIdentifier) {
+        // Of a process with several names, a young one may have had but the one without windows.
+        if (focused || (application.window && client.processIdentifier(application.busName) == processIdentifier)) {
             return focused;
         }
         m_applications.erase(known);

@@ -2,6 +2,7 @@
 
 #include "Platform/linux/SecretLibrary.h"
 #include "Platform/linux/SessionBus.h"
+#include "Platform/linux/WaylandSession.h"
 #include "Platform/linux/X11Connection.h"
 
 #include <QCoroProcess>
@@ -106,7 +107,7 @@ QString LinuxDesktopInspection::desktopName() const
 
 DesktopInspectionPort::Session LinuxDesktopInspection::session() const
 {
-    if (qEnvironmentVariable("XDG_SESSION_TYPE") == "wayland"_L1 || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+    if (WaylandSession::isRunning()) {
         return Session::wayland;
     }
     return qEnvironmentVariableIsEmpty("DISPLAY") ? Session::none : Session::x11;

@@ -13,7 +13,8 @@ constexpr const char *platformVariable = "QT_QPA_PLATFORM";
 
 bool isRunning()
 {
-    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+    // Managers of sessions may hand on the variable of an earlier session of the same user.
+    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && qgetenv("XDG_SESSION_TYPE") != "x11";
 }
 
 PreferredPlatform::PreferredPlatform()

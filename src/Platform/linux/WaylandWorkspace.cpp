@@ -20,29 +20,37 @@ QString rootPath()
     return u"/org/a11y/atspi/accessible/root"_s;
 }
 
-/// The application on the bus of which a window says that it is the active one.
+/// The process of the application on the bus of which a window says that it is the active one.
 std::optional<qint64> activeApplication(ATSPIClient &client)
 {
-    std::vector<ATSPIClient::Call> questions;
+    std::vector<QString> names;
     for (const ATSPIReference &application : client.children({u"org.a11y.atspi.Registry"_s, rootPath()})) {
-        questions.push_back({{application.busName, rootPath()}, u"Accessible"_s, u"GetChildren"_s, {}});
+        names.push_back(application.busName);
     }
+    const auto processes = client.processIdentifiers(names);
+    std::vector<ATSPIClient::Call> questions;
+    std::vector<qint64> asked;
+    for (std::size_t index = 0; index < names.size(); ++index) {
+        // This process could not answer while it waits.
+        if (processes[index] && *processes[index] != QCoreApplication::applicationPid()) {
+            questions.push_back({{names[index], rootPath()}, u"Accessible"_s, u"GetChildren"_s, {}});
+            asked.push_back(*processes[index]);
+        }
+    }
+    const auto answers = client.callTogether(questions);
     std::vector<ATSPIReference> windows;
-    for (const auto &answer : client.callTogether(questions)) {
-        const auto answered = ATSPIClient::referencesIn(answer);
-        windows.insert(windows.end(), answered.begin(), answered.end());
+    std::vector<qint64> owners;
+    for (std::size_t index = 0; index < answers.size(); ++index) {
+        for (const ATSPIReference &window : ATSPIClient::referencesIn(answers[index])) {
+            windows.push_back(window);
+            owners.push_back(asked[index]);
+        }
     }
     const auto states = client.states(windows);
-    for (std::size_t index = 0; index < states.size(); ++index) {
-        if (!states[index].has(ATSPIState::active)) {
-            continue;
-        }
-        const auto process = client.processIdentifier(windows[index].busName);
-        if (process && *process != QCoreApplication::applicationPid()) {
-            return process;
-        }
-    }
-    return std::nullopt;
+    const auto active =
+        std::ranges::find_if(states, [](const ATSPIStateSet &state) { return state.has(ATSPIState::active); });
+    return active == states.end() ? std::nullopt
+                                  : std::optional(owners[static_cast<std::size_t>(active - states.begin())]);
 }
 
 } // namespace

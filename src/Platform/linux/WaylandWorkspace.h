@@ -3,7 +3,8 @@
 // The active window's process in a Wayland session, where the X server knows of the windows of X programs alone: for
 // all others the accessibility bus tells.
 //
-// Main thread. A question waits 250 ms at most for all applications together.
+// Main thread. A question waits 250 ms at most for the windows of all applications together, and as long for their
+// states. This process is never asked, since it could not answer itself.
 
 #include "Platform/WorkspacePort.h"
 
