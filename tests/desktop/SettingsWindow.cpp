@@ -1,5 +1,7 @@
 #include "desktop/SettingsWindow.h"
 
+#include <QElapsedTimer>
+
 #include <utility>
 
 namespace orvesa::desktop {
@@ -11,6 +13,7 @@ namespace {
 const QString windowTitle = u"Orvesa Translate Settings"_s;
 constexpr int mostStrokes = 60;
 constexpr int mostTurns = 40;
+constexpr std::chrono::milliseconds lookInterval{20};
 
 bool isShowing(const Accessible &element)
 {
@@ -21,7 +24,7 @@ bool isShowing(const Accessible &element)
 
 SettingsWindow::SettingsWindow(Desktop &desktop, TranslateProgram &program) : m_desktop(desktop), m_program(program)
 {
-    m_look.start(std::chrono::milliseconds(20));
+    m_look.start(lookInterval);
 }
 
 void SettingsWindow::open()
@@ -31,7 +34,12 @@ void SettingsWindow::open()
         throw DesktopError(u"the settings window could not be asked for"_s);
     m_window = m_desktop.windows().awaitWindow({.pid = m_program.process().pid(), .title = windowTitle});
     m_desktop.windows().awaitActive(m_window);
-    waitUntil([this] { return !root().isNull(); }, u"the settings window on the accessibility bus"_s);
+    // Until it has read where the window manager has put it, places on the accessibility bus are off by the frame.
+    const auto knowsItsPlace = [this] {
+        const QRect place = root().extents();
+        return !place.isEmpty() && place == m_desktop.windows().geometry(m_window);
+    };
+    waitUntil(knowsItsPlace, u"the settings window to know its place"_s);
 }
 
 void SettingsWindow::close()
@@ -78,33 +86,39 @@ void SettingsWindow::awaitNoText(const QString &text)
     waitUntil([&] { return !shows(text); }, u"'%1' to go"_s.arg(text));
 }
 
-bool SettingsWindow::isInView(const Accessible &element) const
+QRect SettingsWindow::awaitStill(const Accessible &element) const
 {
-    const QRect view = m_desktop.windows().geometry(m_window);
-    const QRect place = element.extents();
-    return !place.isEmpty() && view.contains(place);
+    QRect place;
+    QElapsedTimer unchanged; // two looks right after each other can come before the same move
+    const auto stays = [&] {
+        const QRect before = std::exchange(place, element.extents());
+        if (!unchanged.isValid() || before != place)
+            unchanged.start();
+        return !place.isEmpty() && unchanged.elapsed() >= lookInterval.count();
+    };
+    waitUntil(stays, u"'%1' to stay where it is"_s.arg(element.name()));
+    return place;
 }
 
 void SettingsWindow::click(const Accessible &element)
 {
+    // What was just shown may still move to its place.
+    QRect place = awaitStill(element);
     const QRect view = m_desktop.windows().geometry(m_window);
-    if (!isInView(element))
+    if (!view.contains(place))
         m_desktop.pointer().moveTo({view.right() - 12, view.center().y()});
-    for (int turn = 0; !isInView(element); ++turn) {
+    for (int turn = 0; !view.contains(place); ++turn) {
         if (turn == mostTurns)
             throw DesktopError(u"'%1' cannot be scrolled into view"_s.arg(element.name()));
-        const QRect before = element.extents();
-        m_desktop.pointer().click(before.top() < view.top() ? MouseButton::wheelUp : MouseButton::wheelDown);
-        waitUntil([&] { return element.extents() != before; }, u"the page to scroll"_s);
+        m_desktop.pointer().click(place.top() < view.top() ? MouseButton::wheelUp : MouseButton::wheelDown);
+        waitUntil([&] { return element.extents() != place; }, u"the page to scroll"_s);
+        place = awaitStill(element);
     }
-    // What was just shown may still move to its place.
-    QRect place;
-    const auto stays = [&] {
-        const QRect before = std::exchange(place, element.extents());
-        return before == place;
-    };
-    waitUntil(stays, u"'%1' to stay where it is"_s.arg(element.name()));
     m_desktop.pointer().clickAt(place.center());
+    // The window manager looks at a press before the window gets it, and not at keys, which can overtake it.
+    if (element.has(AccessibleState::editable))
+        waitUntil([&] { return element.has(AccessibleState::focused); },
+                  u"'%1' to get the keyboard"_s.arg(element.name()));
 }
 
 void SettingsWindow::click(const QString &name, const QString &role, const QString &description)

@@ -6,6 +6,7 @@
 
 #include "desktop/TranslateProgram.h"
 
+#include <QRect>
 #include <QString>
 #include <QStringList>
 #include <QTimer>
@@ -16,7 +17,7 @@ class SettingsWindow final {
 public:
     SettingsWindow(Desktop &desktop, TranslateProgram &program);
 
-    /// Asks for it as a second start of the program does, and returns once it has the keyboard.
+    /// Asks for it as a second start of the program does, and returns once it has the keyboard and knows its place.
     void open();
     /// Closes it as a click on its frame does, and returns once it has gone.
     void close();
@@ -32,7 +33,8 @@ public:
     void awaitNoText(const QString &text);
     [[nodiscard]] bool shows(const QString &text) const { return !find(text).isNull(); }
 
-    /// Clicks its middle with the mouse, after turning the wheel until it is in view.
+    /// Clicks its middle with the mouse, after turning the wheel until it is in view. What can be typed into has the
+    /// keyboard then.
     void click(const Accessible &element);
     /// Awaits the element and clicks it.
     void click(const QString &name, const QString &role = {}, const QString &description = {});
@@ -48,7 +50,8 @@ public:
     void pressUntilFocused(const QString &key, const QString &name, const QString &description = {});
 
 private:
-    [[nodiscard]] bool isInView(const Accessible &element) const;
+    /// Where the element is, once it has stayed there for a while. Throws DeadlineError.
+    [[nodiscard]] QRect awaitStill(const Accessible &element) const;
 
     Desktop &m_desktop;
     TranslateProgram &m_program;

@@ -77,6 +77,8 @@ EnvironmentChanges TranslateProgram::prepared(const EnvironmentChanges &changes)
 Process &TranslateProgram::start(const EnvironmentChanges &changes)
 {
     m_process = &m_desktop.launch(m_path, {}, prepared(changes));
+    QTimer look; // it may be on the bus, which is told, before it answers there, which nobody tells of
+    look.start(std::chrono::milliseconds(20));
     // Whatever it answers, it answers from its event loop, which runs only after the shortcuts are in place.
     const auto answers = [this] {
         return !m_desktop.accessibles().application(m_process->pid()).role().isEmpty() || !m_process->isRunning();
