@@ -161,6 +161,11 @@ void FakePortal::obey(const QString &order)
         }
         return;
     }
+    if (order == "lose"_L1) {
+        endSession();
+        say(u"lost"_s);
+        return;
+    }
     if (m_session.isEmpty()) {
         say(u"nobody to tell"_s);
         return;

@@ -4,10 +4,10 @@
 //
 // It says on standard output what it is asked for, and does what standard input tells it: "press ID", "refuse", "hold"
 // (keep answers back, as long as a person is asked), "hold closing" (keep sessions open that are to be closed), "go
-// on", "swallow closing" (close sessions without an answer), and "give" or "give nothing" (keys with the session
-// already, as Plasma 5 does). A session's path is taken until the session is closed; who asks for it meanwhile is
-// refused, and loses the session that has it, as with the real one, which tidies up after a refusal by closing what it
-// finds there. Main thread of its own process.
+// on", "swallow closing" (close sessions without an answer), "lose" (end the session without a word), and "give" or
+// "give nothing" (keys with the session already, as Plasma 5 does). A session's path is taken until the session is
+// closed; who asks for it meanwhile is refused, and loses the session that has it, as with the real one, which tidies
+// up after a refusal by closing what it finds there. Main thread of its own process.
 
 #include "Platform/linux/PortalShortcut.h"
 
