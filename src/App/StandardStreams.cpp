@@ -12,16 +12,24 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace orvesa::StandardStreams {
 
 namespace {
 
 constexpr QStringView harmless = u"\n\t";
 
+/// Services end lines in either way; a terminal makes its own of them.
+QString forTerminal(QString text)
+{
+    return printable(text.replace(u"\r\n"_s, u"\n"_s), harmless);
+}
+
 bool write(std::FILE *stream, const QString &text)
 {
     const bool isTerminal = ::isatty(::fileno(stream)) == 1;
-    const QByteArray line = (isTerminal ? printable(text, harmless) : text).toUtf8() + '\n';
+    const QByteArray line = (isTerminal ? forTerminal(text) : text).toUtf8() + '\n';
     std::clearerr(stream);
     (void)std::fwrite(line.constData(), 1, static_cast<std::size_t>(line.size()), stream);
     // A stream that is buffered by lines has dropped what it could not write by now, and the counts do not tell.

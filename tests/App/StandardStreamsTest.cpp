@@ -110,6 +110,14 @@ TEST(StandardOutput, CommandsNoTerminal)
                          "2J\tc\r\nd\r\n"));
 }
 
+TEST(StandardOutput, ShowsEitherKindOfLineBreakOnATerminal)
+{
+    const QString answer = u"one\r\ntwo\nback\rhere\r\n"_s;
+    const QByteArray expected("one\r\ntwo\r\nback\xEF\xBF\xBDhere\r\n\r\n");
+    EXPECT_EQ(shownOnTerminal(STDOUT_FILENO, [&] { EXPECT_TRUE(StandardStreams::writeOutput(answer)); }), expected);
+    EXPECT_EQ(shownOnTerminal(STDERR_FILENO, [&] { StandardStreams::writeError(answer); }), expected);
+}
+
 TEST(StandardOutput, IsUnchangedForAnotherProgram)
 {
     const QString answer = u"a\x1b[31mb"_s;
