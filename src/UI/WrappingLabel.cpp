@@ -13,6 +13,13 @@ constexpr int smallestWidth = 80;
 constexpr int usualWidth = 280;
 constexpr qreal shortestLastLine = 0.2; ///< of the width
 constexpr int mostSettledLines = 6;     ///< of a service's long answer nobody minds the last one
+
+/// Whether the last line is one because the text says so.
+bool endsInLineOfItsOwn(const QTextLayout &layout)
+{
+    const int start = layout.lineAt(layout.lineCount() - 1).textStart();
+    return start > 0 && layout.text().at(start - 1) == QChar::LineSeparator;
+}
 } // namespace
 
 WrappingLabel::WrappingLabel(const QFont &font, QWidget *parent) : QLabel(parent)
@@ -48,19 +55,23 @@ void WrappingLabel::setLines(QTextLayout &layout, qreal width) const
 {
     breakLines(layout, width);
     const int count = layout.lineCount();
-    const auto endsAlone = [&] {
-        return count > 1 && count <= mostSettledLines &&
-               layout.lineAt(layout.lineCount() - 1).naturalTextWidth() < width * shortestLastLine;
-    };
-    const qreal step = fontMetrics().averageCharWidth();
+    if (count < 2 || count > mostSettledLines || endsInLineOfItsOwn(layout)) {
+        return;
+    }
+    const auto lastWidth = [&layout] { return layout.lineAt(layout.lineCount() - 1).naturalTextWidth(); };
+    const qreal alone = lastWidth();
+    const qreal step = std::max(1, fontMetrics().averageCharWidth());
     qreal fitting = width;
-    while (endsAlone() && fitting - step > width / 2) {
+    while (lastWidth() < width * shortestLastLine && fitting - step > width / 2) {
         breakLines(layout, fitting - step);
         if (layout.lineCount() > count) {
             breakLines(layout, fitting);
-            return;
+            break;
         }
         fitting -= step;
+    }
+    if (fitting < width && lastWidth() <= alone) {
+        breakLines(layout, width); // narrower lines had nothing to give it
     }
 }
 

@@ -45,6 +45,51 @@ TEST_F(WrappingLabelTest, KeepsTheLinesOfATextThatEndsWell)
     EXPECT_EQ(label.lines(label.fontMetrics().horizontalAdvance(line) + 2), QStringList({line, line}));
 }
 
+TEST_F(WrappingLabelTest, KeepsTheWidthAboveALastLineOfItsOwn)
+{
+    const QString answer = u"選択したテキストをターゲット言語に翻訳します"_s;
+    label.setText(answer);
+    const int width = label.fontMetrics().horizontalAdvance(answer) * 2 / 3;
+    const QStringList filled = label.lines(width);
+    ASSERT_EQ(filled.size(), 2);
+    label.setText(answer + u"\n}"_s);
+    const QStringList lines = label.lines(width);
+    ASSERT_EQ(lines.size(), 3);
+    EXPECT_EQ(lines[0], filled[0]);
+    EXPECT_EQ(lines[2], u"}"_s);
+}
+
+TEST_F(WrappingLabelTest, KeepsTheWidthWhereLessOfItGivesTheLastLineNothing)
+{
+    constexpr int most = 20;
+    const auto kana = [](int count) { return QString(count, u'あ'); };
+    const QFontMetrics metrics = label.fontMetrics();
+    const int width = metrics.horizontalAdvance(kana(most)) + 1;
+    // A little less makes the first paragraph longer; the last one's long word needs still less to break.
+    QString word;
+    while (metrics.horizontalAdvance(word + u'b') < metrics.horizontalAdvance(kana(most - 1))) {
+        word += u'b';
+    }
+    label.setText(kana(most - 1) + u'\n' + kana(most * 3 / 2) + u'\n' + word + u" cccc"_s);
+    const QStringList lines = label.lines(width);
+    ASSERT_EQ(lines.size(), 5);
+    EXPECT_EQ(lines[1], kana(most));
+    EXPECT_EQ(lines[4], u"cccc"_s);
+}
+
+TEST_F(WrappingLabelTest, ComesToAnEndInAFontWithoutWidth)
+{
+    QFont font(u"DejaVu Sans"_s);
+    font.setPixelSize(1);
+    font.setStretch(QFont::UltraCondensed);
+    WrappingLabel tiny(font);
+    ASSERT_EQ(tiny.fontMetrics().averageCharWidth(), 0);
+    tiny.setText(QString(40, u'w') + u" x"_s);
+    const QStringList lines = tiny.lines(tiny.fontMetrics().horizontalAdvance(tiny.text()) - 1);
+    EXPECT_EQ(lines.size(), 2);
+    EXPECT_EQ(lines.join(QString()), tiny.text());
+}
+
 TEST_F(WrappingLabelTest, BreaksAnAddressAnywhere)
 {
     label.setText(QString(200, u'x'));
