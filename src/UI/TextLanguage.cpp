@@ -14,7 +14,7 @@ constexpr qsizetype judgedLength = 2000;
 
 // Frequent characters that only one of the three ways of writing has.
 constexpr QStringView onlyTraditional =
-    u"們這說對發經學應變廣圖當實區號處舊權觀黃兒沒裡嗎麼譯讀賣驗關樂圓歸氣澤戰單惡國會來與從點為體豐擇獨團邊邏"
+    u"們這說對發經學應變廣圖當實區號處舊權觀黃兒沒嗎麼譯讀賣驗關樂圓歸氣澤戰單惡國會來與從點體豐擇獨團邊邏"
     u"辦壓價專屬將帶齊濟總續檢據轉";
 constexpr QStringView onlySimplified =
     u"们这说对发经应变图实处权观吗译读卖验关乐归泽战单恶为择团边逻办压专带齐济总续检转"
@@ -65,12 +65,13 @@ Count counted(QStringView text)
 TextLanguage textLanguage(QStringView text, TextLanguage undecided)
 {
     const Count count = counted(text);
-    if (count.hangul > count.kana) {
+    // A Chinese text may have a foreign shop's name or a single の in it; a Japanese or a Korean one is full of its own
+    // letters.
+    constexpr int hanPerLetter = 10;
+    if (count.hangul > count.kana && count.hangul * hanPerLetter >= count.han) {
         return TextLanguage::korean;
     }
-    // A Chinese text may have a shop's name or a single の in it; a Japanese one is full of kana.
-    constexpr int hanPerKana = 10;
-    if (count.kana > 0 && count.kana * hanPerKana >= count.han) {
+    if (count.kana > 0 && count.kana * hanPerLetter >= count.han) {
         return TextLanguage::japanese;
     }
     const int chinese = std::max(count.traditional + count.bopomofo, count.simplified);

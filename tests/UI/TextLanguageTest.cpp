@@ -43,6 +43,20 @@ TEST(TextLanguageTest, LeavesAChineseTextWithASingleKanaChinese)
               TextLanguage::traditionalChinese);
 }
 
+TEST(TextLanguageTest, LeavesAChineseTextWithAKoreanNameChinese)
+{
+    EXPECT_EQ(textLanguage(u"這家店的招牌上寫著한국，每天早上九點開門，週末常有從遠處來的客人排隊等候。", undecided),
+              TextLanguage::traditionalChinese);
+    EXPECT_EQ(textLanguage(u"大韓民國은 民主共和國이다.", TextLanguage::other), TextLanguage::korean);
+}
+
+TEST(TextLanguageTest, KnowsOldCharactersThatJapaneseKeptInUse)
+{
+    EXPECT_EQ(textLanguage(u"外国為替市場", TextLanguage::japanese), TextLanguage::japanese);
+    EXPECT_EQ(textLanguage(u"脳裡", TextLanguage::japanese), TextLanguage::japanese);
+    EXPECT_EQ(textLanguage(u"裡面", TextLanguage::traditionalChinese), TextLanguage::traditionalChinese);
+}
+
 TEST(TextLanguageTest, LooksAtTheBeginningOfALongTextOnly)
 {
     EXPECT_EQ(textLanguage(QString(100000, u'x') + u"はい"_s, undecided), TextLanguage::other);
