@@ -1,6 +1,7 @@
 #include "UI/AccessibilityTrustDialog.h"
 
 #include "Core/Localization.h"
+#include "UI/InterfaceFonts.h"
 #include "UI/PlainLabel.h"
 #include "UI/Style.h"
 #include "UI/WindowKeys.h"
@@ -78,6 +79,7 @@ void AccessibilityTrustDialog::present()
     findChild<QLabel *>(u"explanation"_s)->setText(shown.explanation);
     findChild<QPushButton *>(u"enable"_s)->setText(shown.enable);
     findChild<QPushButton *>(u"cancel"_s)->setText(Localization::string(L10nKey::btnCancel));
+    InterfaceFonts::follow(*this);
     show();
     raise();
 }

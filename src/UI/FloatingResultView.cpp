@@ -129,8 +129,8 @@ void FloatingResultView::refresh(int visibleScreenHeight)
     const int width = ResultMetrics::panelWidth(m_model.sourceText(), m_model.phase());
     const int textWidth = width - ResultMetrics::textInset;
     setFixedWidth(width);
-    m_header->refresh();
     refreshTexts();
+    m_header->refresh(); // its title is drawn in a language of its own
     refreshColors();
 
     m_sourceSection->setVisible(!m_model.sourceText().isEmpty());
@@ -166,10 +166,11 @@ void FloatingResultView::refreshResult(int textWidth, int maximumHeight)
 
 void FloatingResultView::refreshTexts()
 {
-    const QString original = Localization::string(L10nKey::panelOriginal);
-    const QString result = Localization::string(L10nKey::panelResult);
-    if (original != m_sourceCaption->text() || result != m_resultCaption->text()) {
+    if (const AppLanguage language = Localization::current(); language != m_textsLanguage) {
+        m_textsLanguage = language;
         InterfaceFonts::follow(*this);
+        const QString original = Localization::string(L10nKey::panelOriginal);
+        const QString result = Localization::string(L10nKey::panelResult);
         m_sourceCaption->setText(original);
         m_source->setAccessibleName(original);
         m_resultCaption->setText(result);

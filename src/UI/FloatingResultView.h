@@ -5,10 +5,13 @@
 //
 // The owner calls refresh() after the model or the settings changed and then asks for idealSize(). Main thread only.
 
+#include "Core/AppLanguage.h"
 #include "UI/FloatingResultViewModel.h"
 #include "UI/Spinner.h"
 
 #include <QWidget>
+
+#include <optional>
 
 class QHBoxLayout;
 class QLabel;
@@ -71,6 +74,7 @@ private:
     QLabel *m_status = nullptr;
     SymbolButton *m_copy = nullptr;
     SymbolButton *m_retry = nullptr;
+    std::optional<AppLanguage> m_textsLanguage;
     Corners m_corners = Corners::blended;
 };
 

@@ -22,6 +22,7 @@ void followOne(QWidget &widget)
 void follow(QWidget &root)
 {
     QToolTip::setFont(Style::inLanguage(QToolTip::font(), Style::interfaceLanguage()));
+    followOne(root);
     const auto widgets = root.findChildren<QWidget *>();
     for (QWidget *widget : widgets) {
         followOne(*widget);

@@ -24,11 +24,12 @@ void PanelTitle::setText(const QString &text)
 {
     // A title may come from a prompt's name, which may hold line breaks.
     const QString line = text.simplified();
+    // The same title is another language's once the interface is.
+    setFont(Style::contentFont(Style::titleFont(), textLanguage(line, Style::interfaceLanguage())));
     if (line == m_text) {
         return;
     }
     m_text = line;
-    setFont(Style::contentFont(Style::titleFont(), textLanguage(line, Style::interfaceLanguage())));
     setAccessibleName(line);
     updateGeometry();
     update();

@@ -28,16 +28,18 @@ Picker::Picker(QWidget *parent) : QComboBox(parent)
     setFont(Style::controlFont());
 }
 
-void Picker::setChoices(const QStringList &choices, int current)
+void Picker::setChoices(const QStringList &choices, int current, const QList<TextLanguage> &languages)
 {
+    m_languages = languages;
     if (choices != m_choices) {
         m_choices = choices;
         clear();
         addItems(choices);
-        for (int index = 0; index < count(); ++index) {
-            setItemData(index, choiceFont(index), Qt::FontRole);
-        }
         updateGeometry();
+    }
+    // The same names are drawn in other shapes once the interface is in another language.
+    for (int index = 0; index < count(); ++index) {
+        setItemData(index, choiceFont(index), Qt::FontRole);
     }
     setCurrentIndex(current);
 }
@@ -45,7 +47,10 @@ void Picker::setChoices(const QStringList &choices, int current)
 /// Each name in the shapes of its own language: the list of languages shows all of them.
 QFont Picker::choiceFont(int index) const
 {
-    return Style::inLanguage(font(), textLanguage(m_choices.value(index), Style::interfaceLanguage()));
+    const TextLanguage language = index >= 0 && index < m_languages.size()
+                                      ? m_languages[index]
+                                      : textLanguage(m_choices.value(index), Style::interfaceLanguage());
+    return Style::inLanguage(font(), language);
 }
 
 QSize Picker::sizeHint() const

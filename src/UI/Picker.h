@@ -4,7 +4,10 @@
 //
 // It never changes by the wheel, which is there to scroll the page.
 
+#include "UI/TextLanguage.h"
+
 #include <QComboBox>
+#include <QList>
 #include <QStringList>
 
 namespace orvesa {
@@ -16,7 +19,8 @@ public:
     explicit Picker(QWidget *parent = nullptr);
 
     /// Shows these texts and that choice. The list is left alone when the texts are the same, since it may be open.
-    void setChoices(const QStringList &choices, int current);
+    /// `languages` are those of the texts, one each; without them a text's characters tell.
+    void setChoices(const QStringList &choices, int current, const QList<TextLanguage> &languages = {});
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
@@ -30,6 +34,7 @@ private:
     [[nodiscard]] QFont choiceFont(int index) const;
 
     QStringList m_choices;
+    QList<TextLanguage> m_languages;
 };
 
 } // namespace orvesa

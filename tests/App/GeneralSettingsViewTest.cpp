@@ -3,10 +3,14 @@
 #include "App/SettingsViewFixture.h"
 
 #include "Core/AccessibilityPermissionService.h"
+#include "UI/FontFamilies.h"
 #include "UI/Picker.h"
 #include "UI/Switch.h"
 #include "UI/TextButton.h"
 #include "UI/ThemeSwatch.h"
+
+#include <QFontInfo>
+#include <QGuiApplication>
 
 using namespace Qt::StringLiterals;
 
@@ -24,6 +28,21 @@ TEST_F(SettingsViewTest, TheLanguagePickerNamesEachLanguageInItsOwnWords)
         }
         EXPECT_EQ(choices, (QStringList{u"繁體中文"_s, u"日本語"_s, u"English"_s}));
         EXPECT_EQ(picker->currentIndex(), static_cast<int>(language));
+    }
+}
+
+TEST_F(SettingsViewTest, TheLanguagePickerDrawsEachLanguageInItsOwnShapes)
+{
+    open();
+    const QString desktop = QFontInfo(QGuiApplication::font()).family();
+    for (const AppLanguage shown : {AppLanguage::japanese, AppLanguage::traditionalChinese, AppLanguage::english}) {
+        settings.setAppLanguage(shown);
+        const auto *picker = view().findChildren<Picker *>().first();
+        for (const AppLanguage named : allCases<AppLanguage>()) {
+            EXPECT_EQ(picker->itemData(static_cast<int>(named), Qt::FontRole).value<QFont>().families(),
+                      FontFamilies::forInterface(desktop, textLanguage(named)))
+                << rawValue(named).toStdString() << " in " << rawValue(shown).toStdString();
+        }
     }
 }
 

@@ -3,6 +3,7 @@
 #include "App/SettingsViewFixture.h"
 
 #include "App/Settings/ProviderSettingsSection.h"
+#include "UI/FontFamilies.h"
 #include "UI/LinkButton.h"
 #include "UI/SecretField.h"
 #include "UI/SymbolButton.h"
@@ -10,6 +11,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QFontInfo>
 #include <QMainWindow>
 #include <QMenu>
 
@@ -57,6 +59,20 @@ TEST_F(SettingsViewTest, TheModelMenuListsTheModelsAndTheDefault)
     openMenu()->actions().last()->trigger();
     EXPECT_EQ(field->text(), QString());
     EXPECT_EQ(settings.storedModel(AIProviderType::openAI), std::nullopt);
+}
+
+TEST_F(SettingsViewTest, TheModelMenuIsDrawnInTheInterfaceLanguage)
+{
+    open(SettingsSection::providers);
+    const QString desktop = QFontInfo(QGuiApplication::font()).family();
+    for (const AppLanguage language : {AppLanguage::traditionalChinese, AppLanguage::japanese, AppLanguage::english}) {
+        settings.setAppLanguage(language);
+        auto *section = view().findChildren<ProviderSettingsSection *>().first();
+        section->findChild<SymbolButton *>()->click();
+        auto *menu = section->findChildren<QMenu *>().last();
+        EXPECT_EQ(menu->font().families(), FontFamilies::forInterface(desktop, textLanguage(language)));
+        menu->close();
+    }
 }
 
 TEST_F(SettingsViewTest, TheKeysFieldGivesItsTextToNobody)

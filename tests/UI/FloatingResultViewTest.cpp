@@ -2,6 +2,7 @@
 
 #include "Core/SettingsStore.h"
 #include "UI/AdaptiveTextScrollView.h"
+#include "UI/FontFamilies.h"
 #include "UI/HeaderPicker.h"
 #include "UI/PanelTitle.h"
 #include "UI/Spinner.h"
@@ -12,6 +13,8 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QFontInfo>
+#include <QGuiApplication>
 #include <QLabel>
 
 using namespace Qt::StringLiterals;
@@ -169,6 +172,41 @@ TEST_F(FloatingResultViewTest, FollowsTheInterfaceLanguage)
     settings.setAppLanguage(AppLanguage::english);
 }
 
+TEST_F(FloatingResultViewTest, DrawsItsTextsInTheShapesOfTheInterfaceLanguage)
+{
+    const QString desktop = QFontInfo(QGuiApplication::font()).family();
+    model.setSourceText(u"Hola"_s);
+    for (const AppLanguage language : {AppLanguage::japanese, AppLanguage::traditionalChinese, AppLanguage::english}) {
+        settings.setAppLanguage(language);
+        render();
+        const auto labels = view.findChildren<QLabel *>();
+        for (const QLabel *label : labels) {
+            EXPECT_EQ(label->font().families(), FontFamilies::forInterface(desktop, textLanguage(language)))
+                << label->text().toStdString();
+        }
+    }
+}
+
+TEST_F(FloatingResultViewTest, DrawsItsTitleInTheShapesOfTheTitlesLanguage)
+{
+    const QString desktop = QFontInfo(QGuiApplication::font()).family();
+    const auto *title = view.findChild<PanelTitle *>();
+    for (const AppLanguage language : {AppLanguage::english, AppLanguage::japanese, AppLanguage::traditionalChinese}) {
+        settings.setAppLanguage(language);
+        model.setTaskTitle(u"直す"_s);
+        render();
+        EXPECT_EQ(title->font().families(), FontFamilies::forContent(desktop, TextLanguage::japanese));
+    }
+    model.setTaskTitle(u"直骨令"_s);
+    for (const AppLanguage language : {AppLanguage::japanese, AppLanguage::traditionalChinese}) {
+        settings.setAppLanguage(language);
+        render();
+        EXPECT_EQ(title->font().families(), FontFamilies::forContent(desktop, textLanguage(language)));
+    }
+    EXPECT_EQ(title->font().weight(), QFont::DemiBold);
+    settings.setAppLanguage(AppLanguage::english);
+}
+
 TEST_F(FloatingResultViewTest, IsAsWideAsItsTextsWantIt)
 {
     model.setSourceText(QString(301, u'x'));
@@ -251,7 +289,8 @@ TEST_F(FloatingResultViewTest, LeadsThroughItsControlsInReadingOrder)
             break;
         }
     }
-    EXPECT_EQ(names, QStringList({u"Target Language"_s, u"Close"_s, u"Original"_s, u"Result"_s, u"Copy Result"_s, u"Retry"_s}));
+    EXPECT_EQ(names, QStringList(
+                         {u"Target Language"_s, u"Close"_s, u"Original"_s, u"Result"_s, u"Copy Result"_s, u"Retry"_s}));
 }
 
 } // namespace

@@ -147,6 +147,8 @@ TEST_F(FontsTest, FollowTheLanguageOfTheInterface)
     InterfaceFonts::follow(window);
     EXPECT_EQ(label->font().families(), FontFamilies::forInterface(desktop, TextLanguage::japanese));
     EXPECT_EQ(label->font().weight(), QFont::DemiBold);
+    EXPECT_EQ(window.font().families(), FontFamilies::forInterface(desktop, TextLanguage::japanese))
+        << "the widget itself";
     Localization::setCurrent(AppLanguage::english);
     InterfaceFonts::follow(window);
     EXPECT_EQ(label->font().families(), QStringList(desktop));

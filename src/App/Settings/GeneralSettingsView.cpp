@@ -37,6 +37,17 @@ QString ownName(AppLanguage language)
     return u"English"_s;
 }
 
+void showLanguages(Picker &picker, AppLanguage current)
+{
+    QStringList names;
+    QList<TextLanguage> languages;
+    for (const AppLanguage language : allCases<AppLanguage>()) {
+        names.append(ownName(language));
+        languages.append(textLanguage(language));
+    }
+    picker.setChoices(names, static_cast<int>(current), languages);
+}
+
 template <typename Enumeration, typename Text>
 void showChoices(Picker &picker, Enumeration current, Text text)
 {
@@ -210,7 +221,7 @@ void GeneralSettingsView::refreshTexts()
 void GeneralSettingsView::refreshChoices()
 {
     const SettingsStore &settings = m_services.settings;
-    showChoices(*m_language, settings.appLanguage(), ownName);
+    showLanguages(*m_language, settings.appLanguage());
     showChoices(*m_provider, settings.defaultProvider(), [](AIProviderType type) { return displayName(type); });
     showChoices(*m_target, settings.targetLanguage(), [](TargetLanguage language) { return displayText(language); });
     showChoices(*m_polish, settings.polishMode(), [](PolishMode mode) { return displayText(mode); });

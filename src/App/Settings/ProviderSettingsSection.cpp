@@ -164,6 +164,7 @@ void ProviderSettingsSection::openModelMenu()
 {
     auto *menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setFont(Style::inLanguage(menu->font(), Style::interfaceLanguage()));
     const auto add = [this, menu](const QString &title, const QString &model) {
         connect(menu->addAction(title), &QAction::triggered, &m_model, [this, model] { m_model.setModelInput(model); });
     };
