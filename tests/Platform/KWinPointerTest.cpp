@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <utility>
+#include <optional>
 #include <vector>
 
 namespace orvesa {

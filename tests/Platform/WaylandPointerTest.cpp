@@ -7,7 +7,7 @@
 #include <QThread>
 
 #include <memory>
-#include <utility>
+#include <optional>
 #include <vector>
 
 namespace orvesa {
@@ -24,19 +24,20 @@ constexpr QPoint somewhere(300, 200);
 constexpr QPoint elsewhere(700, 500);
 
 class WaylandPointerTest : public ::testing::Test {
-protected:
-    struct Answer {
-        int question = 0;
-        std::optional<QPoint> place;
-        bool operator==(const Answer &) const = default;
-    };
-
+public:
     WaylandPointerTest()
     {
         qputenv("WAYLAND_DISPLAY", QByteArrayLiteral("wayland-9"));
         qunsetenv("XDG_CURRENT_DESKTOP");
     }
     ~WaylandPointerTest() override { qunsetenv("WAYLAND_DISPLAY"); }
+
+protected:
+    struct Answer {
+        int question = 0;
+        std::optional<QPoint> place;
+        bool operator==(const Answer &) const = default;
+    };
 
     /// Returns when the server has the question's window on the screen.
     void ask(int question)
