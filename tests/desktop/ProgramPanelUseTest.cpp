@@ -98,6 +98,7 @@ TEST_P(ProgramPanelUse, TakesTheKeyboardWhenItIsClickedAndGivesItBack)
     EXPECT_TRUE(editor->isInUse());
     desktop->pointer().clickAt(middleOf(u"Result"_s));
     desktop->windows().awaitActive(panel);
+    waitUntil([this] { return focusedControl() == u"Result"_s; }, u"the answer to have the keyboard"_s);
     desktop->keyboard().press(u"Ctrl+a"_s);
     desktop->keyboard().press(u"Ctrl+c"_s);
     desktop->selections().awaitText(Selection::clipboard, u"The house is big."_s);

@@ -1,6 +1,7 @@
 // The product's shortcut recorder with real keys: every key is its, also registered ones and the window manager's.
 
 #include "desktop/ProgramFixture.h"
+#include "desktop/SettingsWindow.h"
 
 namespace orvesa::desktop {
 
@@ -14,12 +15,10 @@ protected:
         setUp();
         service.setResponder([](const ServiceRequest &) { return answer(u"answered"_s); });
         program->start();
-        ASSERT_EQ(program->run({}).exitCode, 0);
-        window = desktop->windows().awaitWindow({.pid = program->process().pid()});
-        desktop->windows().awaitActive(window);
-        const Accessible section = awaitAccessible(
-            [](const Accessible &accessible) { return accessible.name() == u"Shortcuts"_s; }, u"the section"_s);
-        desktop->pointer().clickAt(section.extents().center());
+        settings = std::make_unique<SettingsWindow>(*desktop, *program);
+        settings->open();
+        window = settings->window();
+        settings->choose(u"Shortcuts"_s, u"Customize the global keyboard shortcuts"_s);
         recorder = awaitAccessible(
             [](const Accessible &accessible) {
                 return accessible.name().startsWith(u"Translate Selection, "_s) && isShown(accessible);
@@ -52,6 +51,7 @@ protected:
                   u"the recorder to show '%1', not '%2'"_s.arg(text, recorder.name()));
     }
 
+    std::unique_ptr<SettingsWindow> settings;
     xcb_window_t window = 0;
     Accessible recorder;
 };
