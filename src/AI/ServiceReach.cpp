@@ -9,8 +9,10 @@
 #include <QElapsedTimer>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QTimer>
 
 #include <memory>
+#include <utility>
 
 namespace orvesa {
 
@@ -54,10 +56,16 @@ QCoro::Task<ServiceReach::Result> ServiceReach::ask(QUrl address)
 {
     QElapsedTimer clock;
     clock.start();
-    // From the event loop, so that nobody misses the signal of proxies that are known at once.
-    m_proxies.lookUp(address, this,
-                     [this] { QMetaObject::invokeMethod(this, &ServiceReach::proxiesKnown, Qt::QueuedConnection); });
-    const bool areKnown = (co_await qCoro(this, &ServiceReach::proxiesKnown, m_timeout)).has_value();
+    // One answer, from the event loop so that nobody misses it. QCoro's own time-out could leave a second one posted to
+    // a frame that is gone.
+    const auto answer = [this, isAnswered = std::make_shared<bool>(false)](bool areKnown) {
+        if (!std::exchange(*isAnswered, true)) {
+            Q_EMIT proxiesKnown(areKnown);
+        }
+    };
+    m_proxies.lookUp(address, this, [this, answer] { QTimer::singleShot(0, this, [answer] { answer(true); }); });
+    QTimer::singleShot(m_timeout, this, [answer] { answer(false); });
+    const bool areKnown = co_await qCoro(this, &ServiceReach::proxiesKnown);
     Result result{Outcome::timedOut, 0, std::chrono::milliseconds(clock.elapsed())};
     if (!areKnown) {
         co_return result;

@@ -48,7 +48,7 @@ public:
     [[nodiscard]] QCoro::Task<Result> ask(QUrl address);
 
 Q_SIGNALS:
-    void proxiesKnown();
+    void proxiesKnown(bool areKnown);
 
 private:
     QNetworkAccessManager &m_manager;
