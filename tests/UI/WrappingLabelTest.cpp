@@ -77,19 +77,6 @@ TEST_F(WrappingLabelTest, KeepsTheWidthWhereLessOfItGivesTheLastLineNothing)
     EXPECT_EQ(lines[4], u"cccc"_s);
 }
 
-TEST_F(WrappingLabelTest, ComesToAnEndInAFontWithoutWidth)
-{
-    QFont font(u"DejaVu Sans"_s);
-    font.setPixelSize(1);
-    font.setStretch(QFont::UltraCondensed);
-    WrappingLabel tiny(font);
-    ASSERT_EQ(tiny.fontMetrics().averageCharWidth(), 0);
-    tiny.setText(QString(40, u'w') + u" x"_s);
-    const QStringList lines = tiny.lines(tiny.fontMetrics().horizontalAdvance(tiny.text()) - 1);
-    EXPECT_EQ(lines.size(), 2);
-    EXPECT_EQ(lines.join(QString()), tiny.text());
-}
-
 TEST_F(WrappingLabelTest, BreaksAnAddressAnywhere)
 {
     label.setText(QString(200, u'x'));
