@@ -18,14 +18,21 @@ template <typename Enumeration>
 void fill(HeaderPicker &picker, const QString &name)
 {
     const auto cases = allCases<Enumeration>();
+    bool isChanged = false;
     for (std::size_t index = 0; index < cases.size(); ++index) {
         const int row = static_cast<int>(index);
         const QString text = displayText(cases[index]);
         if (row >= picker.count()) {
             picker.addItem(text);
+            isChanged = true;
         } else if (picker.itemText(row) != text) {
             picker.setItemText(row, text);
+            isChanged = true;
         }
+    }
+    if (isChanged) {
+        // The picker measures its texts itself: nothing else tells the row that it has become wider or narrower.
+        picker.updateGeometry();
     }
     if (name != picker.accessibleName()) {
         picker.setAccessibleName(name);
@@ -58,14 +65,17 @@ PanelHeader::PanelHeader(FloatingResultViewModel &model, QWidget *parent)
     row->addWidget(m_modePicker);
     row->addWidget(m_close);
 
+    // A picker also tells when what was chosen is chosen again: the answer to that is the one shown.
     connect(m_languagePicker, &QComboBox::activated, this, [this](int index) {
-        if (m_model.onLanguageChange) {
-            m_model.onLanguageChange(allCases<TargetLanguage>().at(static_cast<std::size_t>(index)));
+        const TargetLanguage language = allCases<TargetLanguage>().at(static_cast<std::size_t>(index));
+        if (m_model.onLanguageChange && language != m_model.translationLanguage()) {
+            m_model.onLanguageChange(language);
         }
     });
     connect(m_modePicker, &QComboBox::activated, this, [this](int index) {
-        if (m_model.onPolishModeChange) {
-            m_model.onPolishModeChange(allCases<PolishMode>().at(static_cast<std::size_t>(index)));
+        const PolishMode mode = allCases<PolishMode>().at(static_cast<std::size_t>(index));
+        if (m_model.onPolishModeChange && mode != m_model.polishMode()) {
+            m_model.onPolishModeChange(mode);
         }
     });
     connect(m_close, &QAbstractButton::clicked, this, [this] {

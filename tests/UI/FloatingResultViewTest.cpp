@@ -4,6 +4,7 @@
 #include "UI/AdaptiveTextScrollView.h"
 #include "UI/FontFamilies.h"
 #include "UI/HeaderPicker.h"
+#include "UI/PanelHeader.h"
 #include "UI/PanelTitle.h"
 #include "UI/Spinner.h"
 #include "UI/SymbolButton.h"
@@ -12,10 +13,15 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
 #include <QAccessible>
+#include <QCoreApplication>
 #include <QFontInfo>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLabel>
+
+#include <set>
 
 using namespace Qt::StringLiterals;
 
@@ -141,6 +147,55 @@ TEST_F(FloatingResultViewTest, ShowsThePickerOfTheTask)
     model.onLanguageChange = [&](TargetLanguage language) { picked = language; };
     Q_EMIT pickers[0]->activated(2);
     EXPECT_EQ(picked, TargetLanguage::english);
+}
+
+TEST_F(FloatingResultViewTest, ChangesNothingWhenWhatIsChosenIsChosenAgain)
+{
+    int changes = 0;
+    model.onLanguageChange = [&](TargetLanguage) { ++changes; };
+    model.onPolishModeChange = [&](PolishMode) { ++changes; };
+    const auto chooseCurrent = [](HeaderPicker *picker) {
+        ASSERT_TRUE(picker->isVisible());
+        picker->showPopup();
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+        QCoreApplication::sendEvent(picker->view(), &press);
+        QAccessible::queryAccessibleInterface(picker)->actionInterface()->doAction(picker->currentText());
+    };
+    const auto pickers = view.findChildren<HeaderPicker *>();
+    model.setTranslationLanguage(TargetLanguage::japanese);
+    render();
+    chooseCurrent(pickers[0]);
+    model.setTranslationLanguage(std::nullopt);
+    model.setPolishMode(PolishMode::concise);
+    render();
+    chooseCurrent(pickers[1]);
+    EXPECT_EQ(changes, 0);
+    Q_EMIT pickers[1]->activated(0);
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(FloatingResultViewTest, GivesThePickerTheRoomOfItsTextsInEveryLanguage)
+{
+    // By itself: within the view the fonts may change as well, which has everything measured anew.
+    PanelHeader header(model);
+    header.resize(420, header.height());
+    for (const bool polishes : {false, true}) {
+        model.setTranslationLanguage(polishes ? std::nullopt : std::optional(TargetLanguage::traditionalChinese));
+        model.setPolishMode(polishes ? std::optional(PolishMode::businessJapanese) : std::nullopt);
+        header.refresh();
+        header.show();
+        const HeaderPicker *picker = header.findChildren<HeaderPicker *>().at(polishes ? 1 : 0);
+        std::set<int> widths;
+        for (const AppLanguage language :
+             {AppLanguage::japanese, AppLanguage::english, AppLanguage::traditionalChinese, AppLanguage::english}) {
+            settings.setAppLanguage(language);
+            header.refresh();
+            QCoreApplication::sendPostedEvents();
+            EXPECT_EQ(picker->width(), picker->sizeHint().width()) << picker->currentText().toStdString();
+            widths.insert(picker->width());
+        }
+        EXPECT_GT(widths.size(), 1U);
+    }
 }
 
 TEST_F(FloatingResultViewTest, ForwardsTheButtons)
