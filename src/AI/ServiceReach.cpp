@@ -9,12 +9,16 @@
 #include <QElapsedTimer>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QScopedPointer>
 #include <QTimer>
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
 namespace orvesa {
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -72,9 +76,11 @@ QCoro::Task<ServiceReach::Result> ServiceReach::ask(QUrl address)
     }
     HTTPRequest request;
     request.url = address;
-    QNetworkRequest head = networkRequest(request);
-    head.setTransferTimeout(static_cast<int>(m_timeout.count()));
-    const std::unique_ptr<QNetworkReply> reply(m_manager.head(head));
+    const QNetworkRequest head = networkRequest(request);
+    // Deleted later: this goes on inside the reply's own signal, after which the reply is not done with itself.
+    const std::unique_ptr<QNetworkReply, QScopedPointerDeleteLater> reply(m_manager.head(head));
+    const std::chrono::milliseconds left = m_timeout - std::chrono::milliseconds(clock.elapsed());
+    QTimer::singleShot(std::max(left, 0ms), reply.get(), &QNetworkReply::abort);
     co_await reply.get();
     result.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     result.outcome = outcomeOf(*reply, result.status);

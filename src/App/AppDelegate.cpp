@@ -20,8 +20,6 @@ namespace orvesa {
 
 namespace {
 
-/// Prompts have the identifiers from here on, by their place in the list.
-constexpr quint32 firstPromptIdentifier = 1000;
 /// What an outside name of a prompt begins with.
 constexpr QLatin1StringView promptPrefix("prompt:");
 
@@ -140,7 +138,7 @@ void AppDelegate::applyHotKeys()
         if (!prompt.hotKey) {
             continue;
         }
-        const quint32 identifier = firstPromptIdentifier + static_cast<quint32>(index);
+        const quint32 identifier = promptHotKeyIdentifier(index);
         m_with.hotKeys.describe({HotKeyService::signature, identifier}, prompt.shownName());
         registerHotKey(
             identifier, *prompt.hotKey,

@@ -4,6 +4,7 @@
 #include "AI/ServiceReach.h"
 #include "App/DoctorSentences.h"
 #include "App/StandardStreams.h"
+#include "Core/KeychainError.h"
 #include "Core/KeychainService.h"
 #include "Core/SettingsStore.h"
 #include "Models/AppError.h"
@@ -20,13 +21,6 @@ namespace orvesa {
 using CommandLine::ExitCode;
 using Verdict = DoctorFinding::Verdict;
 using KeyStore = DesktopInspectionPort::KeyStore;
-
-namespace {
-
-/// As the utility numbers them: prompts from here on, by their place in the list.
-constexpr quint32 firstPromptIdentifier = 1000;
-
-} // namespace
 
 DoctorCommand::DoctorCommand(const Collaborators &collaborators, QString identifier, QString title)
     : m_with(collaborators), m_identifier(std::move(identifier)), m_title(std::move(title))
@@ -85,7 +79,7 @@ QList<DoctorFinding> DoctorCommand::shortcuts() const
     const std::vector<CustomPrompt> &prompts = m_with.settings.customPrompts();
     for (std::size_t index = 0; index < prompts.size(); ++index) {
         if (prompts[index].hotKey) {
-            findings.append(shortcut(firstPromptIdentifier + static_cast<quint32>(index), u"prompt %1"_s.arg(index + 1),
+            findings.append(shortcut(promptHotKeyIdentifier(index), u"prompt %1"_s.arg(index + 1),
                                      *prompts[index].hotKey, held));
         }
     }
@@ -123,18 +117,18 @@ DoctorFinding DoctorCommand::shortcut(quint32 identifier, const QString &subject
 QCoro::Task<DoctorFinding> DoctorCommand::key(KeyStore store) const
 {
     const AIProviderType type = m_with.settings.activeConfig().providerType;
-    const QString subject = u"API key for %1"_s.arg(displayName(type));
     if (store != KeyStore::unlocked) {
         // Asking a locked store would open its prompt.
-        co_return DoctorFinding{Verdict::note, subject, u"not looked for, because the key store is not open"_s, {}};
+        co_return DoctorSentences::keyNotLookedFor(type);
     }
-    const bool isStored = co_await m_with.keychain.hasValue(keychainAccount(type));
-    if (isStored) {
-        co_return DoctorFinding{Verdict::good, subject, u"stored"_s, {}};
+    std::optional<bool> isStored;
+    try {
+        isStored = co_await m_with.keychain.isStored(keychainAccount(type));
+    } catch (const KeychainError &) {
+        // Its number says nothing to anybody; the sentence for this is the same whatever it is.
+        isStored.reset();
     }
-    co_return DoctorFinding{
-        Verdict::wrong, subject, u"missing"_s,
-        u"Enter it in the settings window, or pipe it into: orvesa-translate key set %1"_s.arg(rawValue(type))};
+    co_return DoctorSentences::key(type, isStored);
 }
 
 QCoro::Task<DoctorFinding> DoctorCommand::recognition() const
@@ -149,12 +143,11 @@ QCoro::Task<DoctorFinding> DoctorCommand::network() const
     QUrl address;
     try {
         address = QUrl(m_with.addresses.base(type));
-    } catch (const AppError &) {
-        // Its sentence repeats what the variable holds.
+    } catch (const AppError &error) {
+        // It names the variable, and does not repeat what that holds.
         co_return DoctorFinding{
             Verdict::wrong, u"Network"_s,
-            u"the address that the environment gives for %1 is not allowed"_s.arg(displayName(type)),
-            u"Use an https address, or http on this machine, in the _BASE_URL variable."_s};
+            u"the address that the environment gives for %1 is not allowed"_s.arg(displayName(type)), error.message()};
     }
     const ServiceReach::Result result = co_await m_with.reach.ask(address);
     co_return DoctorSentences::network(displayName(type), result);

@@ -19,6 +19,11 @@ const QString noBusRemedy =
     u"Start it inside a desktop session, where DBUS_SESSION_BUS_ADDRESS or XDG_RUNTIME_DIR names "
     u"the session's message bus."_s;
 
+QString keySubject(AIProviderType type)
+{
+    return u"API key for %1"_s.arg(displayName(type));
+}
+
 } // namespace
 
 DoctorFinding session(Session session, bool hasDisplay, const QString &desktopName)
@@ -97,6 +102,25 @@ DoctorFinding keyStore(KeyStore state)
         break;
     }
     return {Verdict::good, subject, u"running, unlocked"_s, {}};
+}
+
+DoctorFinding key(AIProviderType type, std::optional<bool> isStored)
+{
+    const QString subject = keySubject(type);
+    if (!isStored) {
+        return {Verdict::wrong, subject, u"not looked for, because the key store does not give it"_s,
+                u"Unlock the keyring that holds it, in the key store's own program, and try again."_s};
+    }
+    if (!*isStored) {
+        return {Verdict::wrong, subject, u"missing"_s,
+                u"Enter it in the settings window, or pipe it into: orvesa-translate key set %1"_s.arg(rawValue(type))};
+    }
+    return {Verdict::good, subject, u"stored"_s, {}};
+}
+
+DoctorFinding keyNotLookedFor(AIProviderType type)
+{
+    return {Verdict::note, keySubject(type), u"not looked for, because the key store is not open"_s, {}};
 }
 
 DoctorFinding tray(Tray tray)

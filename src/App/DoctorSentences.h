@@ -3,6 +3,8 @@
 // The sentences of the page for bug reports: for everything that can be found, what it means and what to do. Pure
 // functions, any thread. No sentence repeats a text from outside, but for the desktop's name.
 
+#include "AI/AIProviderType.h"
+#include "AI/AIProviderType.h"
 #include "AI/ServiceReach.h"
 #include "App/DoctorReport.h"
 #include "Platform/DesktopInspectionPort.h"
@@ -17,6 +19,9 @@ namespace orvesa::DoctorSentences {
                                     const QString &desktopName);
 [[nodiscard]] DoctorFinding accessibility(DesktopInspectionPort::Accessibility state);
 [[nodiscard]] DoctorFinding keyStore(DesktopInspectionPort::KeyStore state);
+/// No value means that the store did not give an answer.
+[[nodiscard]] DoctorFinding key(AIProviderType type, std::optional<bool> isStored);
+[[nodiscard]] DoctorFinding keyNotLookedFor(AIProviderType type);
 [[nodiscard]] DoctorFinding tray(DesktopInspectionPort::Tray tray);
 [[nodiscard]] DoctorFinding utility(bool isRunning);
 /// A shortcut that the running utility does not hold, by what the keyboard answers when it is asked for.

@@ -79,9 +79,20 @@ QCoro::Task<ExitCode> KeyCommand::clear(AIProviderType provider) const
 QCoro::Task<ExitCode> KeyCommand::status() const
 {
     QStringList lines;
-    for (const AIProviderType provider : allCases<AIProviderType>()) {
-        const bool isStored = co_await m_keychain.hasValue(keychainAccount(provider));
-        lines.append(rawValue(provider) + (isStored ? u"=stored"_s : u"=missing"_s));
+    QString failure;
+    try {
+        for (const AIProviderType provider : allCases<AIProviderType>()) {
+            const bool isStored = co_await m_keychain.isStored(keychainAccount(provider));
+            lines.append(rawValue(provider) + (isStored ? u"=stored"_s : u"=missing"_s));
+        }
+    } catch (const KeychainError &error) {
+        // What a store without an answer holds is not missing, and who has declined to unlock it is not asked again.
+        failure = error.errorDescription();
+    }
+    if (!failure.isEmpty()) {
+        StandardStreams::writeError(
+            u"The key store could not be asked: %1. \"orvesa-translate doctor\" says why."_s.arg(failure));
+        co_return ExitCode::failure;
     }
     co_return StandardStreams::writeOutput(lines.join(u'\n')) ? ExitCode::success : ExitCode::failure;
 }

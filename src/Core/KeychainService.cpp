@@ -32,12 +32,12 @@ KeychainService::KeychainService(KeyStorePort &store, QString service, QStringLi
 
 QCoro::Task<std::optional<QString>> KeychainService::get(QString key) const
 {
-    std::optional<QString> secret = co_await read(m_service, key);
+    std::optional<QString> secret = co_await readOrNothing(m_service, key);
     if (secret) {
         co_return secret;
     }
     for (qsizetype index = 0; index < m_legacyServices.size() && !secret; ++index) {
-        secret = co_await read(m_legacyServices.at(index), key);
+        secret = co_await readOrNothing(m_legacyServices.at(index), key);
     }
     if (secret) {
         try {
@@ -57,6 +57,20 @@ QCoro::Task<bool> KeychainService::hasValue(QString key) const
         clearSecret(*secret);
     }
     co_return hasSecret;
+}
+
+QCoro::Task<bool> KeychainService::isStored(QString key) const
+{
+    const QStringList services = QStringList{m_service} + m_legacyServices;
+    for (qsizetype index = 0; index < services.size(); ++index) {
+        std::optional<QString> secret = co_await read(services.at(index), key);
+        if (secret) {
+            const bool isKey = !secret->isEmpty();
+            clearSecret(*secret);
+            co_return isKey;
+        }
+    }
+    co_return false;
 }
 
 QCoro::Task<void> KeychainService::set(QString value, QString key) const
@@ -95,10 +109,22 @@ QCoro::Task<std::optional<QString>> KeychainService::read(QString service, QStri
 {
     KeyStoreCopyResult result = co_await m_store.copyMatching(baseQuery(service, key));
     const SecretClearing clearing(result.data);
-    if (result.status != KeyStoreStatus::success) {
+    if (result.status == KeyStoreStatus::itemNotFound) {
         co_return std::nullopt;
     }
+    if (result.status != KeyStoreStatus::success) {
+        throw KeychainError(result.status);
+    }
     co_return decodedSecret(result.data);
+}
+
+QCoro::Task<std::optional<QString>> KeychainService::readOrNothing(QString service, QString key) const
+{
+    try {
+        co_return co_await read(service, key);
+    } catch (const KeychainError &) {
+        co_return std::nullopt;
+    }
 }
 
 } // namespace orvesa

@@ -29,6 +29,10 @@ public:
     /// Whether get() would give a non-empty string; carries an earlier identity's key forward like it.
     [[nodiscard]] QCoro::Task<bool> hasValue(QString key) const;
 
+    /// Like hasValue(), but carries nothing forward, and tells a store that cannot be asked from one that has nothing:
+    /// throws KeychainError for every status but success and "not found", and asks no further then.
+    [[nodiscard]] QCoro::Task<bool> isStored(QString key) const;
+
     /// Stores the secret under the current service, replacing an earlier one. Throws KeychainError.
     [[nodiscard]] QCoro::Task<void> set(QString value, QString key) const;
 
@@ -37,7 +41,10 @@ public:
 
 private:
     [[nodiscard]] KeyStoreQuery baseQuery(const QString &service, const QString &key) const;
+    /// Throws KeychainError for every status but success and "not found".
     [[nodiscard]] QCoro::Task<std::optional<QString>> read(QString service, QString key) const;
+    /// The same without a failure: that reads as nothing.
+    [[nodiscard]] QCoro::Task<std::optional<QString>> readOrNothing(QString service, QString key) const;
 
     KeyStorePort &m_store;
     QString m_service;

@@ -22,6 +22,12 @@ quint32 hotKeyIdentifier(HotKeyAction action)
     return static_cast<quint32>(action) + 1;
 }
 
+quint32 promptHotKeyIdentifier(std::size_t index)
+{
+    constexpr quint32 first = 1000;
+    return first + static_cast<quint32>(index);
+}
+
 SRGBGradient iconGradient(HotKeyAction action)
 {
     switch (action) {

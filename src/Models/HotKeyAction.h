@@ -23,6 +23,8 @@ struct RawValueTable<HotKeyAction> {
 [[nodiscard]] KeyCombo defaultCombo(HotKeyAction action);
 /// Declaration index plus one.
 [[nodiscard]] quint32 hotKeyIdentifier(HotKeyAction action);
+/// That of a prompt with a shortcut, by its place in the list of prompts.
+[[nodiscard]] quint32 promptHotKeyIdentifier(std::size_t index);
 /// Drawn behind the action's icon, first colour to second.
 [[nodiscard]] SRGBGradient iconGradient(HotKeyAction action);
 /// The key of the action's menu title.

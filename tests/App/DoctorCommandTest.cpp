@@ -23,6 +23,7 @@
 #include <gtest/gtest.h>
 
 #include <QNetworkAccessManager>
+#include <QNetworkReply>
 #include <QProcessEnvironment>
 #include <QTcpServer>
 
@@ -151,6 +152,7 @@ TEST_F(DoctorCommandTest, ThePageHoldsNoKeyNoPromptAndNoAddress)
     const QString text = page(Doctor::Reach::network);
     EXPECT_TRUE(text.contains(u"prompt 1"_s)) << text.toStdString();
     EXPECT_TRUE(text.contains(u"is not allowed"_s)) << text.toStdString();
+    EXPECT_TRUE(text.contains(u"GOOGLE_GEMINI_BASE_URL must be"_s)) << text.toStdString();
     EXPECT_FALSE(text.contains(u"hidden"_s)) << text.toStdString();
 }
 
@@ -215,6 +217,29 @@ TEST_F(DoctorCommandTest, AStoreThatIsNotOpenIsNotAsked)
     EXPECT_TRUE(keyStore.calls().empty()) << "a locked store would open its prompt";
     inspection.currentKeyStore = Inspection::KeyStore::unlocked;
     EXPECT_EQ(about(u"API key"_s, examine())->observation, u"missing"_s);
+}
+
+TEST_F(DoctorCommandTest, AKeyThatTheStoreDoesNotGiveIsNotCalledMissing)
+{
+    keyStore.setStatus(FakeKeyStore::Operation::copyMatching, KeyStoreStatus::userCanceled);
+    const std::optional<DoctorFinding> finding = about(u"API key"_s, examine());
+    EXPECT_EQ(finding->verdict, Verdict::wrong);
+    EXPECT_EQ(finding->observation, u"not looked for, because the key store does not give it"_s);
+    EXPECT_EQ(keyStore.calls().size(), 1U) << "its prompt would open again";
+}
+
+TEST_F(DoctorCommandTest, AServiceThatDoesNotAnswerIsWaitedForNoLongerThanTheBound)
+{
+    QTcpServer silent;
+    ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
+    ServiceReach reach(network, proxies, std::chrono::milliseconds(100));
+    const ServiceReach::Result result =
+        awaited(reach.ask(QUrl(u"http://127.0.0.1:%1/v1"_s.arg(silent.serverPort()))));
+    EXPECT_EQ(result.outcome, ServiceReach::Outcome::timedOut);
+    EXPECT_GE(result.elapsed, std::chrono::milliseconds(100));
+    EXPECT_EQ(network.findChildren<QNetworkReply *>().size(), 1) << "goes when it is done with its own signal";
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(network.findChildren<QNetworkReply *>().isEmpty());
 }
 
 TEST_F(DoctorCommandTest, TheNetworkIsAskedOnlyWhenWanted)

@@ -124,7 +124,7 @@ protected:
     {
         m_defaults.forgetCalls();
         const Outcome outcome = set(key, value);
-        EXPECT_EQ(outcome.code, ExitCode::failure) << key.toStdString() << ' ' << value.toStdString();
+        EXPECT_EQ(outcome.code, ExitCode::usage) << key.toStdString() << ' ' << value.toStdString();
         EXPECT_THAT(outcome.errors, HasSubstr(key.toStdString() + " takes "));
         EXPECT_THAT(outcome.output, IsEmpty());
         EXPECT_THAT(m_defaults.writes(), IsEmpty());
@@ -328,6 +328,17 @@ TEST_F(KeyCommandTest, SaysForWhichServicesThereIsAKey)
     const Outcome outcome = run(Key::Action::status);
     EXPECT_EQ(outcome.code, ExitCode::success);
     EXPECT_EQ(outcome.output, "openAI=stored\ngemini=missing\nanthropic=missing\nxAI=stored\n");
+}
+
+TEST_F(KeyCommandTest, CallsNoKeyMissingWhereTheStoreCannotBeAsked)
+{
+    m_store.setStatus(FakeKeyStore::Operation::copyMatching, u"gemini_api_key"_s, KeyStoreStatus::userCanceled);
+    const Outcome outcome = run(Key::Action::status);
+    EXPECT_EQ(outcome.code, ExitCode::failure);
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_EQ(outcome.errors, "The key store could not be asked: Keychain error (status: -128). \"orvesa-translate "
+                              "doctor\" says why.\n");
+    EXPECT_EQ(m_store.calls().back().account, u"gemini_api_key"_s) << "who has declined to unlock it is not asked again";
 }
 
 } // namespace

@@ -145,6 +145,26 @@ TEST_F(KeychainServiceTest, readsEveryFailureAsNoKey)
     }
 }
 
+TEST_F(KeychainServiceTest, tellsAStoreThatCannotBeAskedFromOneThatHasNothing)
+{
+    EXPECT_FALSE(awaited(m_service.isStored(account)));
+    m_store.setItem(second, account, "older");
+    EXPECT_TRUE(awaited(m_service.isStored(account)));
+    EXPECT_EQ(m_store.item(current, account), std::nullopt) << "nothing is carried forward";
+    m_store.setItem(current, account, "");
+    EXPECT_FALSE(awaited(m_service.isStored(account))) << "as hasValue() has it";
+    for (const qint32 status : {KeyStoreStatus::notAvailable, KeyStoreStatus::authorizationFailed,
+                                KeyStoreStatus::interactionNotAllowed, KeyStoreStatus::userCanceled, -1}) {
+        FakeKeyStore store;
+        const KeychainService service(store, current, {first, second});
+        store.setItem(second, account, "older");
+        store.setStatus(Operation::copyMatching, status);
+        const auto ask = [&]() -> QCoro::Task<void> { (void)co_await service.isStored(account); };
+        EXPECT_EQ(statusOf(ask()), status);
+        EXPECT_EQ(store.calls().size(), 1U) << "and asks no further";
+    }
+}
+
 TEST_F(KeychainServiceTest, tellsApartAccounts)
 {
     m_store.setItem(current, u"xai_api_key"_s, "other");

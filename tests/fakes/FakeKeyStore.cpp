@@ -68,6 +68,11 @@ void FakeKeyStore::setStatus(Operation operation, std::optional<qint32> status)
     }
 }
 
+void FakeKeyStore::setStatus(Operation operation, const QString &account, qint32 status)
+{
+    m_accountStatuses[{operation, account}] = status;
+}
+
 void FakeKeyStore::setItem(const QString &service, const QString &account, const QByteArray &data)
 {
     m_items[{service, account}] = data;
@@ -82,6 +87,10 @@ std::optional<QByteArray> FakeKeyStore::item(const QString &service, const QStri
 std::optional<qint32> FakeKeyStore::begin(Operation operation, const KeyStoreQuery &query)
 {
     m_calls.push_back({operation, query.service, query.account});
+    const auto ofAccount = m_accountStatuses.find({operation, query.account});
+    if (ofAccount != m_accountStatuses.end()) {
+        return ofAccount->second;
+    }
     const auto found = m_statuses.find(operation);
     return found == m_statuses.end() ? std::nullopt : std::optional(found->second);
 }

@@ -35,6 +35,9 @@ public:
     /// Every later call of the operation ends with this status and does nothing; no value restores ordinary behaviour.
     void setStatus(Operation operation, std::optional<qint32> status);
 
+    /// The same for one account only: an item in a keyring that is locked beside one that is open.
+    void setStatus(Operation operation, const QString &account, qint32 status);
+
     void setItem(const QString &service, const QString &account, const QByteArray &data);
     [[nodiscard]] std::optional<QByteArray> item(const QString &service, const QString &account) const;
     [[nodiscard]] std::size_t itemCount() const { return m_items.size(); }
@@ -54,6 +57,7 @@ private:
 
     std::map<Identity, QByteArray> m_items;
     std::map<Operation, qint32> m_statuses;
+    std::map<std::pair<Operation, QString>, qint32> m_accountStatuses;
     std::vector<Call> m_calls;
     Gate m_gate;
     int m_warmUps = 0;
