@@ -182,8 +182,9 @@ bool HTTPTransfer::isCutShort() const
         return m_response.body.size() < announced.toLongLong();
     }
     // Qt takes the end of the connection for the end of the body where it cannot compare lengths, even between two
-    // chunks. JSON shows its own end.
-    return (body.startsWith('{') && !body.endsWith('}')) || (body.startsWith('[') && !body.endsWith(']'));
+    // chunks. JSON shows its own end; errors may be any text.
+    return m_response.isSuccess() &&
+           ((body.startsWith('{') && !body.endsWith('}')) || (body.startsWith('[') && !body.endsWith(']')));
 }
 
 QString HTTPTransfer::transportFailure() const

@@ -9,6 +9,7 @@
 
 #include <map>
 #include <utility>
+#include <vector>
 
 namespace orvesa {
 
@@ -19,13 +20,36 @@ class SystemProxies::Answers final {
 public:
     using Place = std::pair<QString, int>;
 
+    struct Waiter {
+        QPointer<QObject> context;
+        std::function<void()> known;
+    };
+
     [[nodiscard]] static Place placeOf(const QUrl &url)
     {
         // Qt names the opening of a connection by schemes of its own.
         return {url.host(), url.port(url.scheme().endsWith("https"_L1) ? 443 : 80)};
     }
 
-    void keep(const QUrl &url, QList<QNetworkProxy> proxies) { m_proxies[placeOf(url)] = std::move(proxies); }
+    /// Whether the place is being asked about already; the waiter hears of that answer then.
+    [[nodiscard]] bool joins(const QUrl &url, Waiter waiter)
+    {
+        std::vector<Waiter> &waiters = m_waiters[placeOf(url)];
+        waiters.push_back(std::move(waiter));
+        return waiters.size() > 1;
+    }
+
+    void keep(const QUrl &url, QList<QNetworkProxy> proxies)
+    {
+        m_proxies[placeOf(url)] = std::move(proxies);
+        // Taken out first: whoever hears of it may ask again.
+        const auto waiters = m_waiters.extract(placeOf(url));
+        for (const Waiter &waiter : waiters.mapped()) {
+            if (waiter.context != nullptr) {
+                waiter.known();
+            }
+        }
+    }
 
     [[nodiscard]] QList<QNetworkProxy> proxies(const QUrl &url) const
     {
@@ -36,6 +60,7 @@ public:
 
 private:
     std::map<Place, QList<QNetworkProxy>> m_proxies;
+    std::map<Place, std::vector<Waiter>> m_waiters; ///< of places that are being asked about
 };
 
 /// The thread that the system is asked in. It touches nothing of whoever asks, so that it may outlive it.
@@ -100,14 +125,11 @@ void SystemProxies::lookUp(const QUrl &url, QObject *context, std::function<void
         known();
         return;
     }
-    m_asker->ask(m_question, url,
-                 [answers = m_answers, url, context = QPointer(context),
-                  known = std::move(known)](const QList<QNetworkProxy> &proxies) {
-                     answers->keep(url, proxies);
-                     if (context != nullptr) {
-                         known();
-                     }
-                 });
+    if (!m_answers->joins(url, {context, std::move(known)})) {
+        m_asker->ask(m_question, url, [answers = m_answers, url](const QList<QNetworkProxy> &proxies) {
+            answers->keep(url, proxies);
+        });
+    }
 }
 
 } // namespace orvesa

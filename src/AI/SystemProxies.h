@@ -35,7 +35,8 @@ public:
     ~SystemProxies() override;
 
     /// Calls `known` once the proxies for the address are known to the manager; at once for an address of this machine,
-    /// never when `context` is gone by then. Questions are answered in their order.
+    /// never when `context` is gone by then. One question is asked for all who want to know of a place meanwhile: a
+    /// script can take seconds, each time. Questions are answered in their order.
     void lookUp(const QUrl &url, QObject *context, std::function<void()> known);
 
 private:

@@ -170,23 +170,37 @@ QCoro::Task<void> TranslationCoordinator::generate(Weak self, QString text, AITa
     if (!self) {
         co_return;
     }
-    // The handshake with the service runs while the panel is being shown.
-    self->m_with.providers.preconnect(self->m_with.settings.defaultProvider());
+    const AIProviderConfig config = self->m_with.settings.activeConfig();
+    // The handshake with the service runs while the panel is being shown; but a service without a key is not contacted.
+    if (self->m_keyedProviders.contains(config.providerType)) {
+        self->m_with.providers.preconnect(config.providerType);
+    }
     self->presentLoading(text, task, position);
 
     FloatingResultViewModel::Phase phase;
+    bool isKeyThere = true;
     try {
-        const AIProviderConfig config = self->m_with.settings.activeConfig();
         const std::unique_ptr<AIProvider> provider = self->m_with.providers.provider(config.providerType);
         // Awaited by itself: GCC 12 destroys an aggregate made within a co_await expression twice.
         QString answer = co_await provider->generate(text, task, config, stop);
         phase = FloatingResultViewModel::Success{std::move(answer)};
     } catch (const std::exception &error) {
         phase = FloatingResultViewModel::Failure{localizedDescription(error)};
+        isKeyThere = mapToAppError(error).kind() != AppError::Kind::missingAPIKey;
     }
     // A cancelled job's result is written like any other; the job that replaced it writes its own after it.
     if (self) {
+        self->noteKey(config.providerType, isKeyThere);
         self->m_with.panelController.viewModel().setPhase(std::move(phase));
+    }
+}
+
+void TranslationCoordinator::noteKey(AIProviderType provider, bool isThere)
+{
+    if (isThere) {
+        m_keyedProviders.insert(provider);
+    } else {
+        m_keyedProviders.erase(provider);
     }
 }
 

@@ -5,6 +5,8 @@
 // It remembers the last source text and task, so that the panel can run them again, and holds no settings of its own:
 // every run reads them when it needs them. Main thread only; all collaborators must outlive it. Jobs hold it weakly.
 
+#include "AI/AIProviderType.h"
+#include "AI/AIProviderType.h"
 #include "App/Job.h"
 #include "Models/AITask.h"
 #include "Models/AppError.h"
@@ -18,6 +20,7 @@
 
 #include <chrono>
 #include <optional>
+#include <set>
 #include <stop_token>
 
 namespace orvesa {
@@ -79,6 +82,7 @@ private:
     void copyResult();
     void flashStatus(L10nKey message);
     void presentLoading(const QString &text, const AITask &task, Position position);
+    void noteKey(AIProviderType provider, bool isThere);
     void presentError(const AppError &error, const AITask &task);
 
     static QCoro::Task<void> captureAndGenerate(Weak self, AITask task, std::stop_token stop);
@@ -89,6 +93,7 @@ private:
     std::optional<Job> m_currentTask;
     QString m_lastSourceText;
     std::optional<AITask> m_lastAITask;
+    std::set<AIProviderType> m_keyedProviders; ///< those whose last request found a key
 };
 
 } // namespace orvesa

@@ -125,6 +125,14 @@ TEST_F(HTTPFailureTest, halfAnErrorBodyIsABrokenTransfer)
     EXPECT_EQ(answered(response).failure(), u"Connection closed"_s);
 }
 
+TEST_F(HTTPFailureTest, anErrorBodyInBracketsKeepsItsStatus)
+{
+    // No length to compare with, and an end that no JSON has.
+    Response response = Response::text(429, "[rate limited] try later");
+    response.framing = Response::Framing::chunked;
+    EXPECT_EQ(answered(response).failure(), u"HTTP 429: [rate limited] try later"_s);
+}
+
 TEST_F(HTTPFailureTest, anAnswerThatIsNotHTTPIsAFailure)
 {
     Response response;

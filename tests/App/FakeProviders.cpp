@@ -1,7 +1,5 @@
 #include "App/FakeProviders.h"
 
-#include "Models/AppError.h"
-
 #include <utility>
 
 namespace orvesa {
@@ -38,7 +36,7 @@ public:
         m_calls->push_back(call);
         co_await Answer(*call);
         if (call->failure) {
-            throw AppError::apiRequestFailed(*call->failure);
+            throw AppError(*call->failure);
         }
         co_return *call->answer;
     }
@@ -62,7 +60,12 @@ void FakeProviders::Call::succeed(const QString &result)
 
 void FakeProviders::Call::fail(const QString &message)
 {
-    failure = message;
+    fail(AppError::apiRequestFailed(message));
+}
+
+void FakeProviders::Call::fail(const AppError &error)
+{
+    failure = error;
     if (waiting) {
         std::exchange(waiting, nullptr).resume();
     }

@@ -3,6 +3,7 @@
 // Services whose answers a test gives when it wants to. Main thread.
 
 #include "AI/AIProviderSource.h"
+#include "Models/AppError.h"
 
 #include <coroutine>
 #include <memory>
@@ -20,12 +21,13 @@ public:
         AIProviderConfig config;
         std::stop_token stop;
         std::optional<QString> answer;
-        std::optional<QString> failure;
+        std::optional<AppError> failure;
         std::coroutine_handle<> waiting;
 
         /// Ends the call with an answer, or with apiRequestFailed.
         void succeed(const QString &result);
         void fail(const QString &message);
+        void fail(const AppError &error);
     };
 
     FakeProviders() = default;

@@ -54,9 +54,26 @@ TEST_F(TranslationCoordinatorTest, ShowsLoadingBeforeTheServiceIsAskedAndThenThe
     ASSERT_EQ(calls().size(), 1U);
     EXPECT_EQ(calls()[0]->text, u" Hola "_s);
     EXPECT_EQ(calls()[0]->config, settings.activeConfig());
-    EXPECT_EQ(providers.preconnected(), std::vector{AIProviderType::gemini});
     calls()[0]->succeed(u"你好"_s);
     EXPECT_EQ(success(), u"你好"_s);
+}
+
+TEST_F(TranslationCoordinatorTest, ContactsAServiceAheadOnlyOnceItsKeyWasFound)
+{
+    using Providers = std::vector<AIProviderType>;
+    runTranslate(u"uno"_s);
+    EXPECT_EQ(providers.preconnected(), Providers()) << "it may have no key";
+    calls()[0]->fail(AppError(AppError::Kind::missingAPIKey));
+    runTranslate(u"dos"_s);
+    EXPECT_EQ(providers.preconnected(), Providers()) << "it has none";
+    calls()[1]->fail(u"HTTP 500"_s);
+    runTranslate(u"tres"_s);
+    EXPECT_EQ(providers.preconnected(), Providers{AIProviderType::gemini});
+    calls()[2]->fail(AppError(AppError::Kind::missingAPIKey));
+    runTranslate(u"cuatro"_s);
+    settings.setDefaultProvider(AIProviderType::xAI);
+    runTranslate(u"cinco"_s);
+    EXPECT_EQ(providers.preconnected(), Providers{AIProviderType::gemini}) << "the key was removed; another has its own";
 }
 
 TEST_F(TranslationCoordinatorTest, ReadsTheSettingsAtEveryRun)
