@@ -6,12 +6,27 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 using namespace Qt::StringLiterals;
 
 namespace orvesa {
 namespace {
 
-class ProviderKeyStatusTest : public testing::Test, protected SettingsOnFakes {};
+class ProviderKeyStatusTest : public testing::Test, protected SettingsOnFakes {
+protected:
+    /// Lets something happen as soon as the service's key was looked for.
+    static void after(const ProviderKeyStatus &status, AIProviderType type, const std::function<void()> &happens)
+    {
+        QObject::connect(&status, &ProviderKeyStatus::looked, &status, [type, happens](AIProviderType looked, bool) {
+            if (looked == type) {
+                happens();
+            }
+        });
+    }
+
+    void refuse(std::optional<qint32> status) { keyStore.setStatus(FakeKeyStore::Operation::copyMatching, status); }
+};
 
 TEST_F(ProviderKeyStatusTest, KnowsThatThereIsNoKey)
 {
@@ -98,15 +113,84 @@ TEST_F(ProviderKeyStatusTest, ForgetsWhatAnEarlierRefreshFindsOut)
     EXPECT_FALSE(status.isRefreshing());
 }
 
-TEST_F(ProviderKeyStatusTest, ReadsALockedOrMissingStoreAsNoKey)
+TEST_F(ProviderKeyStatusTest, OneRefusalEndsTheLookAndLeavesTheStatusUnknown)
+{
+    for (const QString &account : {u"openai_api_key"_s, u"gemini_api_key"_s, u"xai_api_key"_s}) {
+        keyStore.setItem(u"current"_s, account, "secret");
+    }
+    for (const qint32 refusal :
+         {KeyStoreStatus::userCanceled, KeyStoreStatus::authorizationFailed, KeyStoreStatus::interactionNotAllowed}) {
+        refuse(refusal);
+        const std::size_t before = keyStore.calls().size();
+        const ProviderKeyStatus status(keychain);
+        EXPECT_EQ(keyStore.calls().size() - before, 1U) << "whoever declines is asked once";
+        EXPECT_FALSE(status.hasAnyKey());
+        EXPECT_FALSE(status.hasNoKey());
+        EXPECT_FALSE(status.isRefreshing());
+        EXPECT_EQ(status.hasKey(AIProviderType::openAI), std::nullopt);
+    }
+}
+
+TEST_F(ProviderKeyStatusTest, ForgetsThatThereWasNoKeyWhenTheStoreRefuses)
+{
+    ProviderKeyStatus status(keychain);
+    EXPECT_TRUE(status.hasNoKey());
+    const SignalCount changes(&status, &ProviderKeyStatus::changed);
+    refuse(KeyStoreStatus::userCanceled);
+    status.refresh();
+    EXPECT_FALSE(status.hasNoKey());
+    EXPECT_EQ(changes.size(), 1);
+}
+
+TEST_F(ProviderKeyStatusTest, KeepsWhatItFoundBeforeARefusal)
+{
+    ProviderKeyStatus status(keychain);
+    keyStore.setItem(u"current"_s, u"openai_api_key"_s, "secret");
+    after(status, AIProviderType::openAI, [this] { refuse(KeyStoreStatus::userCanceled); });
+    status.refresh();
+    EXPECT_TRUE(status.hasAnyKey());
+    EXPECT_EQ(status.hasKey(AIProviderType::openAI), true);
+    EXPECT_EQ(status.hasKey(AIProviderType::gemini), std::nullopt);
+}
+
+TEST_F(ProviderKeyStatusTest, IsSureOfNoKeyWhereNoKeyStoreRuns)
 {
     keyStore.setItem(u"current"_s, u"openai_api_key"_s, "secret");
-    for (const qint32 refusal :
-         {KeyStoreStatus::userCanceled, KeyStoreStatus::notAvailable, KeyStoreStatus::interactionNotAllowed}) {
-        keyStore.setStatus(FakeKeyStore::Operation::copyMatching, refusal);
-        const ProviderKeyStatus status(keychain);
-        EXPECT_TRUE(status.hasNoKey());
-    }
+    refuse(KeyStoreStatus::notAvailable);
+    ProviderKeyStatus status(keychain);
+    EXPECT_TRUE(status.hasNoKey());
+    EXPECT_EQ(keyStore.calls().size(), 1U);
+    refuse(std::nullopt); // it was started
+    status.look();
+    EXPECT_TRUE(status.hasAnyKey());
+}
+
+TEST_F(ProviderKeyStatusTest, LooksNoFurtherAfterARefusalUntilItIsToRefresh)
+{
+    keyStore.setItem(u"current"_s, u"gemini_api_key"_s, "secret");
+    refuse(KeyStoreStatus::userCanceled);
+    ProviderKeyStatus status(keychain);
+    const std::size_t before = keyStore.calls().size();
+    refuse(std::nullopt);
+    status.look();
+    EXPECT_EQ(keyStore.calls().size(), before);
+    status.refresh();
+    EXPECT_TRUE(status.hasAnyKey());
+    EXPECT_EQ(status.hasKey(AIProviderType::openAI), false);
+    EXPECT_EQ(status.hasKey(AIProviderType::gemini), true);
+}
+
+TEST_F(ProviderKeyStatusTest, LooksOnceAtATime)
+{
+    keyStore.gate().close();
+    ProviderKeyStatus status(keychain);
+    status.look();
+    EXPECT_EQ(keyStore.calls().size(), 1U);
+    keyStore.gate().open();
+    EXPECT_TRUE(status.hasNoKey());
+    const std::size_t before = keyStore.calls().size();
+    status.look();
+    EXPECT_GT(keyStore.calls().size(), before) << "each page is made from what is stored now";
 }
 
 TEST_F(ProviderKeyStatusTest, MayGoWhileTheKeyStoreIsAsked)

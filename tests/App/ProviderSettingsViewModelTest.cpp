@@ -25,15 +25,14 @@ protected:
         return keyStore.item(u"current"_s, u"openai_api_key"_s);
     }
 
-    [[nodiscard]] std::size_t storeCalls(Operation operation) const
+    [[nodiscard]] std::unique_ptr<ProviderSettingsViewModel> makeModel(AIProviderType type)
     {
-        return static_cast<std::size_t>(std::ranges::count_if(
-            keyStore.calls(), [&](const FakeKeyStore::Call &call) { return call.operation == operation; }));
+        return std::make_unique<ProviderSettingsViewModel>(
+            type, ProviderSettingsViewModel::Collaborators{settings, keychain, providers, keyStatus});
     }
 
     ProviderKeyStatus keyStatus{keychain};
-    std::unique_ptr<ProviderSettingsViewModel> model = std::make_unique<ProviderSettingsViewModel>(
-        AIProviderType::openAI, ProviderSettingsViewModel::Collaborators{settings, keychain, providers, keyStatus});
+    std::unique_ptr<ProviderSettingsViewModel> model = makeModel(AIProviderType::openAI);
 };
 
 TEST_F(ProviderSettingsViewModelTest, StartsEmptyWithoutAKey)
@@ -66,6 +65,68 @@ TEST_F(ProviderSettingsViewModelTest, CarriesAnEarlierKeyForwardWhenItLoads)
     model->load();
     EXPECT_TRUE(model->hasStoredKey());
     EXPECT_EQ(storedKey(), QByteArray("old"));
+}
+
+TEST_F(ProviderSettingsViewModelTest, AllSectionsTogetherAskAKeyStoreThatRefusesOnce)
+{
+    std::vector<std::unique_ptr<ProviderSettingsViewModel>> sections;
+    for (const AIProviderType type : allCases<AIProviderType>()) {
+        keyStore.setItem(u"current"_s, keychainAccount(type), "secret");
+        sections.push_back(makeModel(type));
+    }
+    keyStore.setStatus(Operation::copyMatching, KeyStoreStatus::userCanceled);
+    keyStore.gate().close();
+    const std::size_t before = keyStore.calls().size();
+    for (const auto &section : sections) {
+        section->load();
+    }
+    keyStore.gate().open();
+    for (const auto &section : sections) {
+        section->leave();
+        section->load(); // the page is chosen again
+        EXPECT_FALSE(section->hasStoredKey());
+    }
+    EXPECT_EQ(keyStore.calls().size() - before, 1U);
+}
+
+TEST_F(ProviderSettingsViewModelTest, LearnsOfTheKeyWhenAKeyStoreThatRefusedIsOpenedForAnother)
+{
+    storeKey("secret");
+    keyStore.setStatus(Operation::copyMatching, KeyStoreStatus::userCanceled);
+    keyStatus.refresh();
+    const auto gemini = makeModel(AIProviderType::gemini);
+    model->load();
+    gemini->load();
+    EXPECT_FALSE(model->hasStoredKey());
+    keyStore.setStatus(Operation::copyMatching, std::nullopt);
+    gemini->setAPIKeyInput(u"key"_s);
+    gemini->saveKey();
+    EXPECT_TRUE(gemini->hasStoredKey());
+    EXPECT_TRUE(model->hasStoredKey());
+}
+
+TEST_F(ProviderSettingsViewModelTest, TakesWhatALookUnderWayHasFoundAlready)
+{
+    storeKey("secret");
+    keyStore.setItem(u"current"_s, u"gemini_api_key"_s, "secret");
+    const auto gemini = makeModel(AIProviderType::gemini);
+    {
+        QObject untilOpenAIIsKnown;
+        QObject::connect(&keyStatus, &ProviderKeyStatus::looked, &untilOpenAIIsKnown,
+                         [this] { keyStore.gate().close(); });
+        keyStatus.refresh();
+    }
+    model->load();
+    gemini->load();
+    EXPECT_TRUE(keyStatus.isRefreshing());
+    EXPECT_TRUE(model->hasStoredKey());
+    EXPECT_FALSE(gemini->hasStoredKey());
+    const std::size_t before = keyStore.calls().size();
+    keyStore.gate().open();
+    EXPECT_TRUE(gemini->hasStoredKey());
+    for (std::size_t index = before; index < keyStore.calls().size(); ++index) {
+        EXPECT_NE(keyStore.calls()[index].account, u"openai_api_key"_s) << "nothing was asked twice";
+    }
 }
 
 TEST_F(ProviderSettingsViewModelTest, SavesWithoutOuterBlanks)
@@ -300,7 +361,21 @@ TEST_F(ProviderSettingsViewModelTest, MayGoWhileATestOrTheKeyStoreIsPending)
     keyStore.gate().open();
     providers.gate().open();
     EXPECT_TRUE(providers.calls()[0].stop.stop_requested());
-    EXPECT_EQ(storedKey(), QByteArray("typed")); // what was begun is done, and tells nobody
+    EXPECT_EQ(storedKey(), QByteArray("typed")); // what was begun is done
+    EXPECT_TRUE(keyStatus.hasAnyKey()) << "the badge goes although the page has gone before";
+}
+
+TEST_F(ProviderSettingsViewModelTest, MayGoWhileAKeyIsRemoved)
+{
+    storeKey("secret");
+    model->load();
+    EXPECT_TRUE(keyStatus.hasAnyKey());
+    keyStore.gate().close();
+    model->clearKey();
+    model.reset();
+    keyStore.gate().open();
+    EXPECT_EQ(storedKey(), std::nullopt);
+    EXPECT_TRUE(keyStatus.hasNoKey());
 }
 
 TEST_F(ProviderSettingsViewModelTest, FollowsTheInterfaceLanguage)

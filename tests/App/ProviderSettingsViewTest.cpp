@@ -111,6 +111,30 @@ TEST_F(SettingsViewTest, ASavedKeyIsWipedFromItsField)
     EXPECT_FALSE(item(SettingsSection::providers).showsNoKeyBadge());
 }
 
+TEST_F(SettingsViewTest, WhoeverDeclinesToUnlockTheKeyStoreIsAskedOnceInAWindow)
+{
+    for (const QString &account : {u"openai_api_key"_s, u"gemini_api_key"_s, u"xai_api_key"_s}) {
+        keyStore.setItem(u"current"_s, account, "secret");
+    }
+    keyStore.setStatus(FakeKeyStore::Operation::copyMatching, KeyStoreStatus::userCanceled);
+    keyStore.gate().close();
+    open();
+    view().setSelection(SettingsSection::providers);
+    keyStore.gate().open();
+    EXPECT_EQ(keyStore.calls().size(), 1U);
+    EXPECT_FALSE(item(SettingsSection::providers).showsNoKeyBadge()) << "nobody knows";
+    view().setSelection(SettingsSection::general);
+    view().setSelection(SettingsSection::providers);
+    EXPECT_EQ(keyStore.calls().size(), 1U);
+    EXPECT_FALSE(shownTexts().contains(u"Key saved"_s));
+
+    controller->window().close();
+    keyStore.setStatus(FakeKeyStore::Operation::copyMatching, std::nullopt);
+    controller->showWindow(); // which asks anew, and is let in
+    EXPECT_EQ(shownTexts().count(u"Key saved"_s), 3);
+    EXPECT_FALSE(item(SettingsSection::providers).showsNoKeyBadge());
+}
+
 TEST_F(SettingsViewTest, LeavingThePageWhileAKeyIsTestedTouchesNothing)
 {
     keyStore.setItem(u"current"_s, u"openai_api_key"_s, "stored");

@@ -1,8 +1,11 @@
 #include "App/Settings/ProviderKeyStatus.h"
 
-#include "AI/AIProviderType.h"
 #include "App/Job.h"
+#include "Core/KeychainError.h"
 #include "Core/KeychainService.h"
+#include "Platform/KeyStorePort.h"
+
+#include <algorithm>
 
 namespace orvesa {
 
@@ -14,12 +17,27 @@ ProviderKeyStatus::ProviderKeyStatus(const KeychainService &keychain, QObject *p
 
 ProviderKeyStatus::~ProviderKeyStatus() = default;
 
+std::optional<bool> ProviderKeyStatus::hasKey(AIProviderType type) const
+{
+    const auto found = m_found.find(type);
+    return found == m_found.end() ? std::nullopt : std::optional(found->second);
+}
+
 void ProviderKeyStatus::refresh()
 {
     ++m_refreshes;
+    m_found.clear();
+    m_wasRefused = false;
     (void)Job::start([self = Weak(this), keychain = &m_keychain, refresh = m_refreshes](std::stop_token) {
         return readKeys(self, keychain, refresh);
     });
+}
+
+void ProviderKeyStatus::look()
+{
+    if (!isRefreshing() && !m_wasRefused) {
+        refresh();
+    }
 }
 
 void ProviderKeyStatus::setAnswer(Answer answer)
@@ -30,24 +48,47 @@ void ProviderKeyStatus::setAnswer(Answer answer)
     }
 }
 
+void ProviderKeyStatus::take(AIProviderType type, bool hasKey)
+{
+    m_found.insert_or_assign(type, hasKey);
+    // Told at once; the other keys are read all the same, since reading is what carries them over.
+    if (hasKey) {
+        setAnswer(Answer::someKey);
+    }
+    Q_EMIT looked(type, hasKey);
+}
+
+void ProviderKeyStatus::finish(quint64 refresh, std::optional<qint32> refusal)
+{
+    m_finished = refresh;
+    // A key store that does not run asks nobody, has nothing, and may run the next time.
+    m_wasRefused = refusal && *refusal != KeyStoreStatus::notAvailable;
+    const bool hasFound = std::ranges::any_of(m_found, [](const auto &found) { return found.second; });
+    if (!hasFound) {
+        setAnswer(m_wasRefused ? Answer::unknown : Answer::noKey);
+    }
+}
+
 QCoro::Task<void> ProviderKeyStatus::readKeys(Weak self, const KeychainService *keychain, quint64 refresh)
 {
-    bool found = false;
-    for (const AIProviderType type : allCases<AIProviderType>()) {
-        const QString account = keychainAccount(type);
-        const bool hasKey = co_await keychain->hasValue(account);
-        if (!self || self->m_refreshes != refresh) {
-            co_return;
+    std::optional<qint32> refusal;
+    try {
+        for (const AIProviderType type : allCases<AIProviderType>()) {
+            const QString account = keychainAccount(type);
+            const bool hasKey = co_await keychain->isStored(account);
+            if (hasKey) {
+                (void)co_await keychain->hasValue(account); // which carries it over
+            }
+            if (!self || self->m_refreshes != refresh) {
+                co_return;
+            }
+            self->take(type, hasKey);
         }
-        // Told at once; the other keys are read all the same, since reading is what carries them over.
-        if (hasKey && !found) {
-            found = true;
-            self->setAnswer(Answer::someKey);
-        }
+    } catch (const KeychainError &error) {
+        refusal = error.status();
     }
-    self->m_finished = refresh;
-    if (!found) {
-        self->setAnswer(Answer::noKey);
+    if (self && self->m_refreshes == refresh) {
+        self->finish(refresh, refusal);
     }
 }
 

@@ -17,6 +17,7 @@ ProviderSettingsViewModel::ProviderSettingsViewModel(AIProviderType type, const 
     : QObject(parent), m_type(type), m_with(collaborators)
 {
     connect(&m_with.settings, &SettingsStore::willChange, this, &ProviderSettingsViewModel::followStoredModel);
+    connect(&m_with.keyStatus, &ProviderKeyStatus::looked, this, &ProviderSettingsViewModel::takeStoredKey);
 }
 
 ProviderSettingsViewModel::~ProviderSettingsViewModel()
@@ -68,10 +69,26 @@ bool ProviderSettingsViewModel::canClear() const
 void ProviderSettingsViewModel::load()
 {
     reset();
+    m_awaitsStoredKey = true;
     m_modelInput = m_with.settings.storedModel(m_type).value_or(QString());
     Q_EMIT changed();
-    (void)Job::start([self = Weak(this), keychain = &m_with.keychain, account = keychainAccount(m_type),
-                      visit = m_visit](std::stop_token) { return readStoredKey(self, keychain, account, visit); });
+    m_with.keyStatus.look();
+    // A look that is under way may have passed this service already.
+    if (const std::optional<bool> hasKey = m_with.keyStatus.hasKey(m_type)) {
+        takeStoredKey(m_type, *hasKey);
+    }
+}
+
+void ProviderSettingsViewModel::takeStoredKey(AIProviderType type, bool hasKey)
+{
+    if (type != m_type || !m_awaitsStoredKey) {
+        return;
+    }
+    m_awaitsStoredKey = false;
+    if (m_hasStoredKey != hasKey) {
+        m_hasStoredKey = hasKey;
+        Q_EMIT changed();
+    }
 }
 
 void ProviderSettingsViewModel::leave()
@@ -88,6 +105,7 @@ void ProviderSettingsViewModel::reset()
         m_test.reset();
     }
     m_apiKeyInput.clear();
+    m_awaitsStoredKey = false;
     m_isTesting = false;
     m_isStoring = false;
     m_status.reset();
@@ -131,16 +149,19 @@ void ProviderSettingsViewModel::saveKey()
     const QString key = trimmedWhitespaceAndNewlines(m_apiKeyInput).toString();
     m_isStoring = true;
     Q_EMIT changed();
-    (void)Job::start([self = Weak(this), keychain = &m_with.keychain, account = keychainAccount(m_type), key,
-                      visit = m_visit](std::stop_token) { return store(self, keychain, account, key, visit); });
+    (void)Job::start([self = Weak(this), keyStatus = WeakStatus(&m_with.keyStatus), keychain = &m_with.keychain,
+                      account = keychainAccount(m_type), key, visit = m_visit](std::stop_token) {
+        return store(self, keyStatus, keychain, account, key, visit);
+    });
 }
 
 void ProviderSettingsViewModel::clearKey()
 {
     m_isStoring = true;
     Q_EMIT changed();
-    (void)Job::start([self = Weak(this), keychain = &m_with.keychain, account = keychainAccount(m_type),
-                      visit = m_visit](std::stop_token) { return remove(self, keychain, account, visit); });
+    (void)Job::start([self = Weak(this), keyStatus = WeakStatus(&m_with.keyStatus), keychain = &m_with.keychain,
+                      account = keychainAccount(m_type),
+                      visit = m_visit](std::stop_token) { return remove(self, keyStatus, keychain, account, visit); });
 }
 
 void ProviderSettingsViewModel::testKey()
@@ -157,7 +178,7 @@ void ProviderSettingsViewModel::testKey()
 
 void ProviderSettingsViewModel::finishStoring(quint64 visit, Status status, bool hasKey)
 {
-    ++m_storedChanges;
+    m_awaitsStoredKey = false;
     m_hasStoredKey = hasKey;
     if (m_visit == visit) {
         m_isStoring = false;
@@ -165,7 +186,6 @@ void ProviderSettingsViewModel::finishStoring(quint64 visit, Status status, bool
         m_status = std::move(status);
     }
     Q_EMIT changed();
-    m_with.keyStatus.refresh();
 }
 
 void ProviderSettingsViewModel::failStoring(quint64 visit, Status status)
@@ -184,25 +204,18 @@ void ProviderSettingsViewModel::finishTest(quint64 visit, Status status)
     }
 }
 
-QCoro::Task<void> ProviderSettingsViewModel::readStoredKey(Weak self, const KeychainService *keychain, QString account,
-                                                           quint64 visit)
-{
-    const quint64 before = self->m_storedChanges;
-    const bool hasKey = co_await keychain->hasValue(account);
-    if (self && self->m_visit == visit && self->m_storedChanges == before && self->m_hasStoredKey != hasKey) {
-        self->m_hasStoredKey = hasKey;
-        Q_EMIT self->changed();
-    }
-}
-
-QCoro::Task<void> ProviderSettingsViewModel::store(Weak self, const KeychainService *keychain, QString account,
-                                                   QString key, quint64 visit)
+QCoro::Task<void> ProviderSettingsViewModel::store(Weak self, WeakStatus keyStatus, const KeychainService *keychain,
+                                                   QString account, QString key, quint64 visit)
 {
     std::optional<Status> failure;
     try {
         co_await keychain->set(key, account);
     } catch (const std::exception &error) {
         failure = Status{L10nKey::msgSaveFailed, localizedDescription(error)};
+    }
+    // Also where the page was left while the store asked for its password: the badge is there still.
+    if (!failure && keyStatus) {
+        keyStatus->refresh();
     }
     if (!self) {
         co_return;
@@ -214,14 +227,17 @@ QCoro::Task<void> ProviderSettingsViewModel::store(Weak self, const KeychainServ
     }
 }
 
-QCoro::Task<void> ProviderSettingsViewModel::remove(Weak self, const KeychainService *keychain, QString account,
-                                                    quint64 visit)
+QCoro::Task<void> ProviderSettingsViewModel::remove(Weak self, WeakStatus keyStatus, const KeychainService *keychain,
+                                                    QString account, quint64 visit)
 {
     std::optional<Status> failure;
     try {
         co_await keychain->remove(account);
     } catch (const std::exception &error) {
         failure = Status{L10nKey::msgRemoveFailed, localizedDescription(error)};
+    }
+    if (!failure && keyStatus) {
+        keyStatus->refresh();
     }
     if (!self) {
         co_return;

@@ -51,7 +51,8 @@ public:
     [[nodiscard]] bool canTest() const;
     [[nodiscard]] bool canClear() const;
 
-    /// The section appears: nothing typed, no feedback, and what is stored.
+    /// The section appears: nothing typed, no feedback, and what is stored. The key store is asked for all sections in
+    /// one look, and once it has refused, not again before the window is opened anew or a key was saved.
     void load();
     /// The section goes away: a test ends, and what was typed is forgotten.
     void leave();
@@ -67,6 +68,7 @@ Q_SIGNALS:
 
 private:
     using Weak = QPointer<ProviderSettingsViewModel>;
+    using WeakStatus = QPointer<ProviderKeyStatus>;
 
     struct Status {
         L10nKey key;
@@ -76,14 +78,15 @@ private:
     void reset();
     void setStatus(std::optional<Status> status);
     void followStoredModel();
+    void takeStoredKey(AIProviderType type, bool hasKey);
     void finishStoring(quint64 visit, Status status, bool hasKey);
     void failStoring(quint64 visit, Status status);
     void finishTest(quint64 visit, Status status);
 
-    static QCoro::Task<void> readStoredKey(Weak self, const KeychainService *keychain, QString account, quint64 visit);
-    static QCoro::Task<void> store(Weak self, const KeychainService *keychain, QString account, QString key,
-                                   quint64 visit);
-    static QCoro::Task<void> remove(Weak self, const KeychainService *keychain, QString account, quint64 visit);
+    static QCoro::Task<void> store(Weak self, WeakStatus keyStatus, const KeychainService *keychain, QString account,
+                                   QString key, quint64 visit);
+    static QCoro::Task<void> remove(Weak self, WeakStatus keyStatus, const KeychainService *keychain, QString account,
+                                    quint64 visit);
     static QCoro::Task<void> test(Weak self, Collaborators with, AIProviderType type, QString key, quint64 visit,
                                   std::stop_token stop);
 
@@ -96,8 +99,8 @@ private:
     bool m_isStoring = false;
     std::optional<Status> m_status;
     std::optional<Job> m_test;
-    quint64 m_visit = 0;         ///< counts load() and leave(): answers to an earlier visit are too late
-    quint64 m_storedChanges = 0; ///< counts saves and clears: a reading that began before one is out of date
+    bool m_awaitsStoredKey = false; ///< from load() until somebody knows whether there is one
+    quint64 m_visit = 0;            ///< counts load() and leave(): answers to an earlier visit are too late
 };
 
 } // namespace orvesa
