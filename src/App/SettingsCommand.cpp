@@ -157,7 +157,7 @@ ExitCode SettingsCommand::run(const CommandLine::Settings &request) const
     const auto value = preference->stored(request.value);
     if (!value) {
         StandardStreams::writeError(u"%1 takes %2"_s.arg(request.key, preference->allowed));
-        return ExitCode::failure;
+        return ExitCode::usage;
     }
     m_defaults.set(request.key, *value);
     return written();

@@ -16,8 +16,8 @@ class SettingsCommand final {
 public:
     SettingsCommand(UserDefaultsPort &defaults, const PreferredLanguagesPort &languages);
 
-    /// Prints to the standard streams. A value that the key does not allow, or that cannot be written, is a failure; an
-    /// unknown key is wrong usage.
+    /// Prints to the standard streams. An unknown key and a value that the key does not allow are wrong usage; a change
+    /// that cannot be written is a failure.
     [[nodiscard]] CommandLine::ExitCode run(const CommandLine::Settings &request) const;
 
 private:
