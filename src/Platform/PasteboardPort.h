@@ -56,7 +56,8 @@ public:
 
     /// A number that changes whenever the contents do.
     [[nodiscard]] virtual qint64 changeCount() = 0;
-    /// The types of every item, in order; nothing when whoever has the contents does not answer.
+    /// The types of every item, in order; nothing when they cannot be had, because whoever has the contents does not
+    /// answer or changes of them would go unseen. No items are an answer: there is nothing on it.
     [[nodiscard]] virtual QCoro::Task<std::optional<std::vector<QStringList>>> itemTypes() = 0;
     /// The data of one type of the item with this index.
     [[nodiscard]] virtual QCoro::Task<PasteboardReading> data(std::size_t item, QString type) = 0;

@@ -3,6 +3,7 @@
 #include "Core/TextSelectionService.h"
 #include "Models/AppError.h"
 #include "Platform/AdoptedDesktop.h"
+#include "Platform/BusyServer.h"
 #include "Platform/QtClock.h"
 #include "Platform/linux/X11Pasteboard.h"
 #include "Platform/linux/X11TerminalSelection.h"
@@ -21,6 +22,7 @@
 #include <algorithm>
 
 #include <unistd.h>
+#include <xcb/xfixes.h>
 
 namespace orvesa {
 
@@ -73,6 +75,14 @@ protected:
         m_ticks.stop();
         EXPECT_GT(m_tickCount, 5);
         EXPECT_LT(m_longestPause, 250);
+    }
+    /// The same while nothing is answered, which the event loop cannot but notice.
+    void captureFromABusyServer()
+    {
+        m_text.reset();
+        m_isOver = false;
+        (void)run();
+        waitUntil([this] { return m_isOver; }, u"the capture's end"_s);
     }
     /// What everybody sees on the clipboard, asked by yet another program.
     std::optional<QByteArray> target(const QString &name)
@@ -201,6 +211,28 @@ TEST_F(X11CaptureTest, TheServicesEndDuringTheWaitPutsTheContentsBack)
     expectKept();
 }
 
+TEST_F(X11CaptureTest, AServerThatIsBusyAtTheVeryFirstCaptureLosesNothing)
+{
+    m_application.copy(textItem("earlier")); // it knows the server; the service does not yet
+    m_before.copy(kept);
+    m_keyboard.setPostHandler([this](const FakeKeyboardEvents::Event &event) {
+        if (event.transition == KeyTransition::down) {
+            m_application.copy(textItem("selected"));
+        }
+    });
+    ASSERT_NE(m_connection.extension(xcb_xfixes_id), nullptr);
+    {
+        const tests::BusyServer busy;
+        captureFromABusyServer();
+        EXPECT_EQ(m_text, std::nullopt);
+        EXPECT_THAT(m_keyboard.posted(), ::testing::IsEmpty()) << "what cannot be put back is not put at risk";
+    }
+    expectKept();
+    capture();
+    EXPECT_EQ(m_text, u"selected"_s);
+    expectKept();
+}
+
 TEST_F(X11CaptureTest, AServerThatIsBusyForAWhileLosesNothing)
 {
     m_before.copy(kept);
@@ -212,17 +244,14 @@ TEST_F(X11CaptureTest, AServerThatIsBusyForAWhileLosesNothing)
     capture(); // everything is known to the server now
     m_before.copy(kept);
     const auto items = std::vector<PasteboardItem>{kept};
-    X11Connection busy;
-    xcb_grab_server(busy.connection());
-    ASSERT_TRUE(busy.reply(xcb_get_input_focus_reply, xcb_get_input_focus(busy.connection())));
+    tests::BusyServer busy;
     QElapsedTimer timer;
     timer.start();
     m_pasteboard.clear();
     EXPECT_TRUE(m_pasteboard.write(items)) << "not yet is not never";
     EXPECT_LT(timer.elapsed(), 1000);
     ::usleep(600'000); // longer than any of its questions waits for an answer, and nothing may ask the server
-    xcb_ungrab_server(busy.connection());
-    busy.settle();
+    busy.letGo();
     expectKept();
 }
 

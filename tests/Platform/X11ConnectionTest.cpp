@@ -1,13 +1,20 @@
 #include "Platform/linux/X11Connection.h"
 
 #include "Platform/AdoptedDesktop.h"
+#include "Platform/BusyServer.h"
 #include "Platform/linux/X11HotKeys.h"
 
 #include <gtest/gtest.h>
 
 #include <QElapsedTimer>
 
+#include <array>
 #include <memory>
+#include <string_view>
+#include <vector>
+
+#include <xcb/xcbext.h>
+#include <xcb/xfixes.h>
 
 namespace orvesa {
 
@@ -46,6 +53,61 @@ TEST(X11ConnectionTest, IsNotHeldUpByAServerThatAnotherProgramKeepsToItself)
     other.settle();
     EXPECT_TRUE(query());
     EXPECT_TRUE(connection.isValid());
+}
+
+TEST(X11ConnectionTest, TellsWhatIsUnknownFromWhatIsNot)
+{
+    AdoptedDesktop desktop(screenOnly());
+    X11Connection connection;
+    ASSERT_TRUE(connection.isValid());
+    xcb_extension_t absent{.name = "ORVESA-ABSENT", .global_id = 0};
+    const std::array<std::string_view, 3> names{"_ORVESA_FIRST", "_ORVESA_SECOND", "_ORVESA_THIRD"};
+    EXPECT_EQ(connection.property(connection.root(), "_ORVESA_FIRST").size(), 0U);
+    EXPECT_EQ(connection.lateReplies(), 0U);
+
+    tests::BusyServer busy;
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_EQ(connection.extension(xcb_xfixes_id), nullptr);
+    EXPECT_EQ(connection.lateReplies(), 1U);
+    EXPECT_FALSE(connection.learnAtoms(names));
+    EXPECT_EQ(connection.lateReplies(), 2U);
+    const std::vector<QByteArray> none = connection.atomNames({XCB_ATOM_PRIMARY, XCB_ATOM_SECONDARY, XCB_ATOM_ATOM});
+    EXPECT_EQ(none, std::vector<QByteArray>(3));
+    EXPECT_EQ(connection.lateReplies(), 3U) << "several questions wait no longer than one";
+    EXPECT_LT(timer.elapsed(), 1000);
+
+    busy.letGo();
+    EXPECT_NE(connection.extension(xcb_xfixes_id), nullptr);
+    EXPECT_EQ(connection.extension(absent), nullptr);
+    EXPECT_TRUE(connection.learnAtoms(names));
+    EXPECT_NE(connection.atom("_ORVESA_THIRD"), XCB_ATOM_NONE);
+    EXPECT_EQ(connection.atomNames({connection.atom("_ORVESA_THIRD"), XCB_ATOM_PRIMARY}),
+              (std::vector<QByteArray>{"_ORVESA_THIRD", "PRIMARY"}));
+    EXPECT_EQ(connection.lateReplies(), 3U);
+}
+
+TEST(X11ConnectionTest, SaysWhenTheServerAnswersAgain)
+{
+    AdoptedDesktop desktop(screenOnly());
+    X11Connection connection;
+    std::vector<int> called;
+    connection.whenServerAnswers([&called] { called.push_back(1); });
+    (void)connection.atom("_ANYTHING"); // reads the answer on the way
+    EXPECT_TRUE(called.empty()) << "from the event loop";
+    waitUntil([&called] { return !called.empty(); }, u"the first call"_s);
+
+    tests::BusyServer busy;
+    connection.whenServerAnswers([&] {
+        called.push_back(2);
+        connection.whenServerAnswers([&called] { called.push_back(4); });
+    });
+    connection.whenServerAnswers([&called] { called.push_back(3); });
+    processEventsFor(std::chrono::milliseconds(100));
+    EXPECT_EQ(called, std::vector<int>{1});
+    busy.letGo();
+    waitUntil([&called] { return called.size() >= 4; }, u"the other calls"_s);
+    EXPECT_EQ(called, (std::vector<int>{1, 2, 3, 4}));
 }
 
 TEST(X11ConnectionTest, OutlivesTheServer)

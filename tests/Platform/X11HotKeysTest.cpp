@@ -1,10 +1,9 @@
 #include "Platform/linux/X11HotKeys.h"
 
 #include "Platform/AdoptedDesktop.h"
+#include "Platform/BusyServer.h"
 
 #include <gtest/gtest.h>
-
-#include <algorithm>
 
 #include <xcb/xtest.h>
 
@@ -178,18 +177,8 @@ TEST_F(X11HotKeysTest, FollowsAModifierThatMoves)
 {
     ASSERT_EQ(add(keyD, option, 1).status, HotKeyStatus::noErr);
     // Alt becomes a modifier that no key was.
-    xcb_connection_t *const raw = m_connection.connection();
-    const auto map = m_connection.reply(xcb_get_modifier_mapping_reply, xcb_get_modifier_mapping(raw));
-    ASSERT_TRUE(map);
-    const auto width = map->keycodes_per_modifier;
-    const auto *const keys = xcb_get_modifier_mapping_keycodes(map.get());
-    std::vector<xcb_keycode_t> changed(keys, keys + 8 * std::ptrdiff_t{width});
-    constexpr std::ptrdiff_t mod1 = 3;
-    constexpr std::ptrdiff_t mod3 = 5;
-    std::swap_ranges(changed.begin() + mod1 * width, changed.begin() + (mod1 + 1) * width,
-                     changed.begin() + mod3 * width);
-    ASSERT_TRUE(
-        m_connection.reply(xcb_set_modifier_mapping_reply, xcb_set_modifier_mapping(raw, width, changed.data())));
+    ASSERT_TRUE(tests::moveAlt(m_connection.connection()));
+    m_connection.settle();
     ASSERT_NE(X11Modifiers::read(m_connection).alt, XCB_MOD_MASK_1);
     // The old combination is free for others as soon as the new one is ours.
     X11Connection otherConnection;

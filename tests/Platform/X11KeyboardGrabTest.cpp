@@ -1,6 +1,7 @@
 #include "Platform/linux/X11KeyboardGrab.h"
 
 #include "Platform/AdoptedDesktop.h"
+#include "Platform/BusyServer.h"
 
 #include <gtest/gtest.h>
 
@@ -56,19 +57,42 @@ TEST(X11KeyboardGrabTest, TellsPlacesAndWhatTheLayoutTypesThere)
     }
 }
 
+namespace {
+
+/// Whether another program could take the keyboard.
+bool isKeyboardFree(X11Connection &other)
+{
+    xcb_connection_t *const raw = other.connection();
+    const auto answer =
+        other.reply(xcb_grab_keyboard_reply, xcb_grab_keyboard(raw, 0, other.root(), XCB_CURRENT_TIME,
+                                                               XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    xcb_ungrab_keyboard(raw, XCB_CURRENT_TIME);
+    other.settle();
+    return answer && answer->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
+} // namespace
+
+TEST(X11KeyboardGrabTest, TakesNothingLaterFromAServerThatWasBusy)
+{
+    AdoptedDesktop desktop(screenOnly());
+    X11Connection other;
+    X11KeyboardGrab grab;
+    const auto begin = [&grab] { return grab.begin([](const MonitoredKeyPress &) {}); };
+    ASSERT_TRUE(begin());
+    grab.end();
+    tests::BusyServer busy;
+    EXPECT_FALSE(begin());
+    busy.letGo();
+    EXPECT_TRUE(isKeyboardFree(other));
+    EXPECT_TRUE(begin());
+}
+
 TEST(X11KeyboardGrabTest, KeepsNobodyFromTheKeyboardForAKeyThatNeverComesUp)
 {
     AdoptedDesktop desktop(screenOnly());
     X11Connection other;
-    const auto isFree = [&other] {
-        xcb_connection_t *const raw = other.connection();
-        const auto answer =
-            other.reply(xcb_grab_keyboard_reply, xcb_grab_keyboard(raw, 0, other.root(), XCB_CURRENT_TIME,
-                                                                   XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
-        xcb_ungrab_keyboard(raw, XCB_CURRENT_TIME);
-        other.settle();
-        return answer && answer->status == XCB_GRAB_STATUS_SUCCESS;
-    };
+    const auto isFree = [&other] { return isKeyboardFree(other); };
     X11KeyboardGrab grab;
     desktop->keyboard().keyDown(u"k"_s);
     ASSERT_TRUE(grab.begin([](const MonitoredKeyPress &) {}));

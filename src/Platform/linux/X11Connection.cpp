@@ -57,6 +57,9 @@ void X11Connection::close()
     m_connection = nullptr;
     m_root = XCB_WINDOW_NONE;
     m_readEvents.clear();
+    m_extensions.clear();
+    m_awaited.clear();
+    m_due.clear();
 }
 
 bool X11Connection::isValid()
@@ -90,9 +93,21 @@ const xcb_query_extension_reply_t *X11Connection::extension(xcb_extension_t &ide
     if (!isValid()) {
         return nullptr;
     }
+    if (const auto known = m_extensions.find(&identity); known != m_extensions.end()) {
+        return known->second;
+    }
+    // The library waits for this one without a bound. The server answers in order: with the reply to a later question,
+    // this one's is there too.
+    xcb_prefetch_extension_data(m_connection, &identity);
+    const auto later = reply(xcb_get_input_focus_reply, xcb_get_input_focus(m_connection));
+    if (!later || !isValid()) {
+        return nullptr;
+    }
     const xcb_query_extension_reply_t *const found = xcb_get_extension_data(m_connection, &identity);
     settle();
-    return found != nullptr && found->present != 0 ? found : nullptr;
+    const xcb_query_extension_reply_t *const present = found != nullptr && found->present != 0 ? found : nullptr;
+    m_extensions.emplace(&identity, present);
+    return present;
 }
 
 xcb_atom_t X11Connection::atom(std::string_view name)
@@ -112,6 +127,31 @@ xcb_atom_t X11Connection::atom(std::string_view name)
     return answer->atom;
 }
 
+bool X11Connection::learnAtoms(std::span<const std::string_view> names)
+{
+    if (!isValid()) {
+        return false;
+    }
+    std::vector<std::pair<std::string_view, xcb_intern_atom_cookie_t>> questions;
+    for (const std::string_view name : names) {
+        if (!m_atoms.contains(name)) {
+            questions.emplace_back(name,
+                                   xcb_intern_atom(m_connection, 0, static_cast<quint16>(name.size()), name.data()));
+        }
+    }
+    bool areKnown = true;
+    for (const auto &[name, question] : questions) {
+        if (!areKnown) {
+            discardReply(question.sequence);
+        } else if (const auto answer = reply(xcb_intern_atom_reply, question)) {
+            m_atoms.emplace(name, answer->atom);
+        } else {
+            areKnown = false;
+        }
+    }
+    return areKnown;
+}
+
 std::vector<QByteArray> X11Connection::atomNames(const std::vector<xcb_atom_t> &atoms)
 {
     std::vector<QByteArray> names(atoms.size());
@@ -123,10 +163,14 @@ std::vector<QByteArray> X11Connection::atomNames(const std::vector<xcb_atom_t> &
     for (const xcb_atom_t wanted : atoms) {
         questions.push_back(xcb_get_atom_name(m_connection, wanted));
     }
+    const quint64 lateBefore = m_lateReplies;
     for (std::size_t index = 0; index < atoms.size(); ++index) {
-        if (const auto answer = reply(xcb_get_atom_name_reply, questions[index])) {
+        if (m_lateReplies != lateBefore) { // a wait for each of them would take its sum
+            discardReply(questions[index].sequence);
+        } else if (const auto answer = reply(xcb_get_atom_name_reply, questions[index])) {
             names[index] =
                 QByteArray(xcb_get_atom_name_name(answer.get()), xcb_get_atom_name_name_length(answer.get()));
+            m_atoms.emplace(names[index].toStdString(), atoms[index]);
         }
     }
     return names;
@@ -177,12 +221,40 @@ void *X11Connection::awaitReply(unsigned sequence)
         const int ready = ::poll(&descriptor, 1, static_cast<int>(deadline.remainingTime()));
         if (ready == 0 || (ready < 0 && errno != EINTR)) {
             xcb_discard_reply(m_connection, sequence);
+            ++m_lateReplies;
             break;
         }
     }
     std::free(error);
     settle();
     return answer;
+}
+
+void X11Connection::discardReply(unsigned sequence)
+{
+    if (isValid()) {
+        xcb_discard_reply(m_connection, sequence);
+    }
+}
+
+void X11Connection::whenServerAnswers(std::function<void()> then)
+{
+    if (isValid()) {
+        m_awaited.push_back({xcb_get_input_focus(m_connection).sequence, std::move(then)});
+        settle();
+    }
+}
+
+void X11Connection::collectAnswers()
+{
+    void *answer = nullptr;
+    xcb_generic_error_t *error = nullptr;
+    while (!m_awaited.empty() && xcb_poll_for_reply(m_connection, m_awaited.front().sequence, &answer, &error) != 0) {
+        std::free(std::exchange(answer, nullptr));
+        std::free(std::exchange(error, nullptr));
+        m_due.push_back(std::move(m_awaited.front().then));
+        m_awaited.erase(m_awaited.begin());
+    }
 }
 
 void X11Connection::awaitInput(const QDeadlineTimer &deadline)
@@ -212,11 +284,12 @@ void X11Connection::settle()
         return;
     }
     xcb_flush(m_connection);
-    // A round trip reads the socket empty, so the notifier stays silent for events that came along with the reply.
+    // A round trip reads the socket empty, so the notifier stays silent for what came along with the reply.
+    collectAnswers();
     while (xcb_generic_event_t *const event = xcb_poll_for_queued_event(m_connection)) {
         m_readEvents.emplace_back(event);
     }
-    if (!m_readEvents.empty() && !m_dispatchScheduled) {
+    if ((!m_readEvents.empty() || !m_due.empty()) && !m_dispatchScheduled) {
         m_dispatchScheduled = true;
         QMetaObject::invokeMethod(
             this,
@@ -251,9 +324,14 @@ void X11Connection::dispatchEvents()
     while (xcb_generic_event_t *const event = xcb_poll_for_event(m_connection)) {
         m_readEvents.emplace_back(event);
     }
+    collectAnswers();
     const auto events = std::exchange(m_readEvents, {});
+    const auto due = std::exchange(m_due, {});
     for (const auto &event : events) {
         dispatch(*event);
+    }
+    for (const auto &then : due) {
+        then();
     }
     // A handler may have made round trips; and after the server's end the descriptor would stay readable for ever.
     settle();

@@ -5,7 +5,9 @@
 // One thread, the one that makes it. Events are handed to the registered handlers from the event loop: a socket
 // notifier wakes for new ones, and those that a round trip has read on the way are dispatched right after it. No timer
 // runs. When the server goes away the connection becomes invalid and stays so; every operation then does nothing.
-// Nothing here touches the server before the first call of isValid() or of an operation.
+// Every wait has a bound: what is missing after it may be unknown rather than absent, which lateReplies() tells apart,
+// and whenServerAnswers() is the moment to ask again. Nothing here touches the server before the first call of
+// isValid() or of an operation.
 
 #include "Platform/linux/X11Reply.h"
 
@@ -17,6 +19,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -41,10 +44,13 @@ public:
     [[nodiscard]] xcb_connection_t *connection();
     [[nodiscard]] xcb_window_t root();
     [[nodiscard]] int screenNumber();
-    /// The server's extension; null when it has none of that name. Valid as long as the connection.
+    /// The server's extension; null when it has none of that name, or does not say so in time. Valid as long as the
+    /// connection.
     [[nodiscard]] const xcb_query_extension_reply_t *extension(xcb_extension_t &identity);
-    /// The atom of a name, asked for once; XCB_ATOM_NONE without a server.
+    /// The atom of a name, asked for once; XCB_ATOM_NONE without a server, or without a reply in time.
     [[nodiscard]] xcb_atom_t atom(std::string_view name);
+    /// Asks for the atoms of names together, so that atom() asks no more. False when they did not come in time.
+    [[nodiscard]] bool learnAtoms(std::span<const std::string_view> names);
     /// The names of atoms, asked for together. An empty one where there is none.
     [[nodiscard]] std::vector<QByteArray> atomNames(const std::vector<xcb_atom_t> &atoms);
     /// The first 32-bit values of a property, at most `maximum` of them; empty when it is absent or of another format.
@@ -77,10 +83,25 @@ public:
         return X11Reply<Reply>(static_cast<Reply *>(awaitReply(cookie.sequence)));
     }
 
+    /// How many replies have not come in time so far. Where it has grown over some questions, what they did not bring
+    /// is unknown.
+    [[nodiscard]] quint64 lateReplies() const { return m_lateReplies; }
+    /// Calls from the event loop as soon as the server answers what it is asked here, however long it takes. Not after
+    /// the connection's end.
+    void whenServerAnswers(std::function<void()> then);
+
     static constexpr std::chrono::milliseconds replyBound{250};
 
 private:
+    /// What is called when the server has answered that request.
+    struct Awaited {
+        unsigned sequence = 0;
+        std::function<void()> then;
+    };
+
     [[nodiscard]] void *awaitReply(unsigned sequence);
+    void discardReply(unsigned sequence);
+    void collectAnswers();
     void open();
     void close();
     void dispatchEvents();
@@ -95,6 +116,10 @@ private:
     HandlerToken m_lastToken = 0;
     std::map<HandlerToken, EventHandler> m_handlers;
     std::map<std::string, xcb_atom_t, std::less<>> m_atoms;
+    std::map<const xcb_extension_t *, const xcb_query_extension_reply_t *> m_extensions;
+    quint64 m_lateReplies = 0;
+    std::vector<Awaited> m_awaited;           ///< in the order in which they were asked
+    std::vector<std::function<void()>> m_due; ///< answered, and not called yet
     std::vector<X11Reply<xcb_generic_event_t>> m_readEvents;
     std::unique_ptr<QSocketNotifier> m_notifier;
 };

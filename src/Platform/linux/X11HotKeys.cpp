@@ -40,24 +40,31 @@ bool X11HotKeys::prepare()
     if (!m_connection.isValid()) {
         return false;
     }
-    if (m_prepared) {
-        return true;
+    if (m_token == 0) {
+        m_token = m_connection.addEventHandler([this](const xcb_generic_event_t &event) { handle(event); });
+        lookAtKeyboard();
     }
-    m_prepared = true;
-    m_token = m_connection.addEventHandler([this](const xcb_generic_event_t &event) { handle(event); });
-    useKeyboardExtension();
-    readModifiers();
-    return true;
+    return m_connection.isValid();
 }
 
-void X11HotKeys::useKeyboardExtension()
+bool X11HotKeys::followKeyboard()
 {
+    if (m_followsKeyboard) {
+        return true;
+    }
     xcb_connection_t *const raw = m_connection.connection();
+    const quint64 lateBefore = m_connection.lateReplies();
     const xcb_query_extension_reply_t *const extension = m_connection.extension(xcb_xkb_id);
-    if (extension == nullptr ||
-        !m_connection.reply(xcb_xkb_use_extension_reply,
-                            xcb_xkb_use_extension(raw, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION))) {
-        return;
+    const bool isUsed =
+        extension != nullptr &&
+        m_connection.reply(xcb_xkb_use_extension_reply,
+                           xcb_xkb_use_extension(raw, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION)) != nullptr;
+    if (m_connection.lateReplies() != lateBefore || !m_connection.isValid()) {
+        return false;
+    }
+    m_followsKeyboard = true;
+    if (!isUsed) {
+        return true; // the core protocol tells of changes
     }
     // A client of this extension is told of changes through its events, and no longer by the core protocol's.
     constexpr quint16 events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
@@ -66,13 +73,7 @@ void X11HotKeys::useKeyboardExtension()
                           nullptr);
     m_keyboardEvent = extension->first_event;
     m_connection.settle();
-}
-
-void X11HotKeys::readModifiers()
-{
-    m_modifiers = X11Modifiers::read(m_connection);
-    const auto control = x11KeyCode(macControlKeyCode); // which by itself has no meaning anywhere
-    m_grabs.setLoneModifier(control ? m_modifiers.alt : quint16{0}, control.value_or(0));
+    return true;
 }
 
 qint32 X11HotKeys::installHandler(Handler handler)
@@ -123,13 +124,19 @@ qint32 X11HotKeys::unregisterHotKey(HotKeyRef reference)
 qint32 X11HotKeys::grab(HotKey &hotKey)
 {
     const auto keyCode = x11KeyCode(hotKey.macKeyCode);
-    const auto modifiers = m_modifiers.fromCarbon(hotKey.carbonModifiers);
-    if (!keyCode || !modifiers) {
+    if (!keyCode) {
+        return HotKeyStatus::hotKeyInvalid;
+    }
+    if (!m_modifiers) {
+        return HotKeyStatus::noErr; // it comes true when the server answers
+    }
+    const auto modifiers = m_modifiers->fromCarbon(hotKey.carbonModifiers);
+    if (!modifiers) {
         return HotKeyStatus::hotKeyInvalid;
     }
     hotKey.keyCode = *keyCode;
     hotKey.modifiers = *modifiers;
-    switch (m_grabs.grab(hotKey.keyCode, m_modifiers.masks(hotKey.modifiers))) {
+    switch (m_grabs.grab(hotKey.keyCode, m_modifiers->masks(hotKey.modifiers))) {
     case X11KeyGrabs::Outcome::granted:
         hotKey.isGrabbed = true;
         return HotKeyStatus::noErr;
@@ -145,30 +152,47 @@ qint32 X11HotKeys::grab(HotKey &hotKey)
 
 void X11HotKeys::ungrab(HotKey &hotKey)
 {
-    if (hotKey.isGrabbed) {
+    if (hotKey.isGrabbed && m_modifiers) {
         hotKey.isGrabbed = false;
-        m_grabs.ungrab(hotKey.keyCode, m_modifiers.masks(hotKey.modifiers));
+        m_grabs.ungrab(hotKey.keyCode, m_modifiers->masks(hotKey.modifiers));
     }
 }
 
-void X11HotKeys::grabAllAnew()
+void X11HotKeys::lookAtKeyboard()
 {
+    m_lookScheduled = false;
     if (!m_connection.isValid()) {
         return;
     }
-    const X11Modifiers before = m_modifiers;
-    readModifiers();
-    if (m_modifiers == before) {
+    if (const auto modifiers = followKeyboard() ? X11Modifiers::ask(m_connection) : std::nullopt) {
+        useModifiers(*modifiers);
+        return;
+    }
+    m_lookScheduled = true;
+    m_connection.whenServerAnswers([this, alive = std::weak_ptr<bool>(m_alive)] {
+        if (!alive.expired()) {
+            lookAtKeyboard();
+        }
+    });
+}
+
+void X11HotKeys::useModifiers(const X11Modifiers &modifiers)
+{
+    if (m_modifiers == modifiers) {
         return; // keys are held by their place, which no layout changes
     }
-    const X11Modifiers now = std::exchange(m_modifiers, before);
     for (auto &[reference, hotKey] : m_hotKeys) {
         ungrab(hotKey);
     }
-    m_modifiers = now;
+    m_modifiers = modifiers;
+    const auto control = x11KeyCode(macControlKeyCode); // which by itself has no meaning anywhere
+    m_grabs.setLoneModifier(control ? modifiers.alt : quint16{0}, control.value_or(0));
     for (auto &[reference, hotKey] : m_hotKeys) {
         // One that another program holds now stays registered and comes back with a later change.
-        (void)grab(hotKey);
+        if (const qint32 status = grab(hotKey); status != HotKeyStatus::noErr) {
+            qWarning("OrvesaTranslate: the keys of shortcut number %u could not be taken (status: %d)", hotKey.id.id,
+                     status);
+        }
     }
 }
 
@@ -176,23 +200,22 @@ void X11HotKeys::handle(const xcb_generic_event_t &event)
 {
     const auto type = eventTypeOf(event);
     if (type == XCB_MAPPING_NOTIFY || (m_keyboardEvent != 0 && type == m_keyboardEvent)) {
-        scheduleGrabAllAnew();
+        scheduleLook();
     }
 }
 
-void X11HotKeys::scheduleGrabAllAnew()
+void X11HotKeys::scheduleLook()
 {
     // A change of layout sends several events; one look at the new state serves them all.
-    if (m_regrabScheduled) {
+    if (m_lookScheduled) {
         return;
     }
-    m_regrabScheduled = true;
+    m_lookScheduled = true;
     QMetaObject::invokeMethod(
         &m_connection,
         [this, alive = std::weak_ptr<bool>(m_alive)] {
             if (!alive.expired()) {
-                m_regrabScheduled = false;
-                grabAllAnew();
+                lookAtKeyboard();
             }
         },
         Qt::QueuedConnection);
@@ -200,8 +223,9 @@ void X11HotKeys::scheduleGrabAllAnew()
 
 void X11HotKeys::press(xcb_keycode_t keyCode, quint16 state)
 {
+    const X11Modifiers modifiers = m_modifiers.value_or(X11Modifiers{});
     const unsigned locks =
-        XCB_MOD_MASK_LOCK | static_cast<unsigned>(m_modifiers.numLock) | static_cast<unsigned>(m_modifiers.scrollLock);
+        XCB_MOD_MASK_LOCK | static_cast<unsigned>(modifiers.numLock) | static_cast<unsigned>(modifiers.scrollLock);
     const auto matches = [&](const auto &entry) {
         const HotKey &hotKey = entry.second;
         const unsigned ignored = locks & ~static_cast<unsigned>(hotKey.modifiers);

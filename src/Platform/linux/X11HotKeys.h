@@ -4,7 +4,9 @@
 //
 // Main thread. Each hot key is grabbed for every state of the lock modifiers. Only the grabbed combinations ever reach
 // this program. When the keyboard's modifiers change, every hot key is grabbed anew under the new ones; a key is held
-// by its place, which no layout changes.
+// by its place, which no layout changes. While the server does not answer, what is known of the keyboard and the grabs
+// stay as they are; a hot key that is registered before it has answered at all counts as registered, and is grabbed
+// when it does.
 
 #include "Platform/HotKeyPort.h"
 #include "Platform/linux/X11Connection.h"
@@ -13,6 +15,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 
 namespace orvesa {
 
@@ -38,22 +41,23 @@ private:
     };
 
     bool prepare();
-    void useKeyboardExtension();
-    void readModifiers();
+    /// Asks to be told when the keyboard changes. False while the server does not answer.
+    [[nodiscard]] bool followKeyboard();
+    void useModifiers(const X11Modifiers &modifiers);
     void handle(const xcb_generic_event_t &event);
     void press(xcb_keycode_t keyCode, quint16 state);
     [[nodiscard]] qint32 grab(HotKey &hotKey);
     void ungrab(HotKey &hotKey);
-    void scheduleGrabAllAnew();
-    void grabAllAnew();
+    void scheduleLook();
+    void lookAtKeyboard();
 
     X11Connection &m_connection;
     X11KeyGrabs m_grabs;
     X11Connection::HandlerToken m_token = 0;
-    X11Modifiers m_modifiers;
-    bool m_prepared = false;
+    std::optional<X11Modifiers> m_modifiers; ///< nothing until the server has told
+    bool m_followsKeyboard = false;
     quint8 m_keyboardEvent = 0; ///< the number of the keyboard extension's events; 0 without it
-    bool m_regrabScheduled = false;
+    bool m_lookScheduled = false;
     HotKeyRef m_lastReference = 0;
     std::map<HotKeyRef, HotKey> m_hotKeys;
     std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);

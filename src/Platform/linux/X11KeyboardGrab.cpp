@@ -54,25 +54,28 @@ bool X11KeyboardGrab::prepare()
     if (m_token != 0) {
         return true;
     }
-    m_token = m_connection.addEventHandler([this](const xcb_generic_event_t &event) { handle(event); });
     xcb_connection_t *const raw = m_connection.connection();
     const xcb_query_extension_reply_t *const extension = m_connection.extension(xcb_xkb_id);
-    if (extension == nullptr) {
-        return true;
+    if (extension == nullptr ||
+        !m_connection.reply(xcb_xkb_use_extension_reply,
+                            xcb_xkb_use_extension(raw, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION))) {
+        return false; // perhaps only for now
     }
-    m_hasKeyboardExtension =
-        m_connection.reply(xcb_xkb_use_extension_reply,
-                           xcb_xkb_use_extension(raw, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION)) != nullptr;
     // A held key then sends presses only, and its one release means that it was let go.
     constexpr quint32 detectable = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
+    const quint64 lateBefore = m_connection.lateReplies();
     (void)m_connection.reply(xcb_xkb_per_client_flags_reply,
                              xcb_xkb_per_client_flags(raw, XCB_XKB_ID_USE_CORE_KBD, detectable, detectable, 0, 0, 0));
+    if (m_connection.lateReplies() != lateBefore) {
+        return false;
+    }
+    m_token = m_connection.addEventHandler([this](const xcb_generic_event_t &event) { handle(event); });
     return true;
 }
 
 bool X11KeyboardGrab::begin(KeyMonitorPort::Handler handler)
 {
-    if (!prepare() || !m_hasKeyboardExtension) {
+    if (!prepare()) {
         return false;
     }
     m_handler = std::move(handler);
@@ -81,11 +84,12 @@ bool X11KeyboardGrab::begin(KeyMonitorPort::Handler handler)
         return true;
     }
     m_faces = X11KeyFaces::read(m_connection);
-    m_modifiers = X11Modifiers::read(m_connection);
-    if (!grab()) {
+    const auto modifiers = X11Modifiers::ask(m_connection);
+    if (!modifiers || !grab()) {
         m_handler = nullptr;
         return false;
     }
+    m_modifiers = *modifiers;
     noteKeysThatAreDown();
     return true;
 }
@@ -99,6 +103,11 @@ bool X11KeyboardGrab::grab()
         xcb_grab_keyboard_reply, xcb_grab_keyboard(raw, 0, isWindow ? focus->focus : m_connection.root(),
                                                    XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
     m_isGrabbed = answer && answer->status == XCB_GRAB_STATUS_SUCCESS;
+    if (!answer && m_connection.isValid()) {
+        // A server that has not answered yet grants it later, when nobody would give it back.
+        xcb_ungrab_keyboard(raw, XCB_CURRENT_TIME);
+        m_connection.settle();
+    }
     return m_isGrabbed;
 }
 

@@ -26,8 +26,8 @@ public:
     ~X11KeyboardGrab();
     Q_DISABLE_COPY_MOVE(X11KeyboardGrab)
 
-    /// Hands every press to the handler from now on. False when there is no X server or another program has the
-    /// keyboard.
+    /// Hands every press to the handler from now on. False when there is no X server, when it does not answer
+    /// in time, or when another program has the keyboard.
     [[nodiscard]] bool begin(KeyMonitorPort::Handler handler);
     /// Hands out no more presses.
     void end();
@@ -43,7 +43,6 @@ private:
 
     X11Connection m_connection;
     X11Connection::HandlerToken m_token = 0;
-    bool m_hasKeyboardExtension = false;
     bool m_isGrabbed = false;
     X11KeyFaces m_faces;
     X11Modifiers m_modifiers;

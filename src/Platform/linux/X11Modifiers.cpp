@@ -55,19 +55,24 @@ struct KeyboardMap {
     }
 };
 
-KeyboardMap readKeyboardMap(X11Connection &connection)
+/// Nothing without an answer in time.
+std::optional<KeyboardMap> readKeyboardMap(X11Connection &connection)
 {
-    KeyboardMap map;
     if (!connection.isValid()) {
-        return map;
+        return std::nullopt;
     }
     xcb_connection_t *const raw = connection.connection();
     const xcb_setup_t *const setup = xcb_get_setup(raw);
     const auto count = static_cast<quint8>(setup->max_keycode - setup->min_keycode + 1);
+    const quint64 lateBefore = connection.lateReplies();
     const auto keysCookie = xcb_get_keyboard_mapping(raw, setup->min_keycode, count);
     const auto modifiersCookie = xcb_get_modifier_mapping(raw);
     const auto keys = connection.reply(xcb_get_keyboard_mapping_reply, keysCookie);
     const auto modifiers = connection.reply(xcb_get_modifier_mapping_reply, modifiersCookie);
+    if (connection.lateReplies() != lateBefore || !connection.isValid()) {
+        return std::nullopt;
+    }
+    KeyboardMap map;
     if (!keys || !modifiers || modifiers->keycodes_per_modifier == 0) {
         return map;
     }
@@ -83,15 +88,23 @@ KeyboardMap readKeyboardMap(X11Connection &connection)
 
 } // namespace
 
+std::optional<X11Modifiers> X11Modifiers::ask(X11Connection &connection)
+{
+    const auto map = readKeyboardMap(connection);
+    if (!map) {
+        return std::nullopt;
+    }
+    X11Modifiers modifiers;
+    modifiers.alt = map->bitOf({keysymAltLeft, keysymAltRight, keysymMetaLeft});
+    modifiers.super = map->bitOf({keysymSuperLeft, keysymSuperRight});
+    modifiers.numLock = map->bitOf({keysymNumLock});
+    modifiers.scrollLock = map->bitOf({keysymScrollLock});
+    return modifiers;
+}
+
 X11Modifiers X11Modifiers::read(X11Connection &connection)
 {
-    const KeyboardMap map = readKeyboardMap(connection);
-    X11Modifiers modifiers;
-    modifiers.alt = map.bitOf({keysymAltLeft, keysymAltRight, keysymMetaLeft});
-    modifiers.super = map.bitOf({keysymSuperLeft, keysymSuperRight});
-    modifiers.numLock = map.bitOf({keysymNumLock});
-    modifiers.scrollLock = map.bitOf({keysymScrollLock});
-    return modifiers;
+    return ask(connection).value_or(X11Modifiers{});
 }
 
 std::optional<quint16> X11Modifiers::fromCarbon(quint32 carbonModifiers) const

@@ -1,7 +1,7 @@
 #pragma once
 
 // Which of the server's eight modifier bits stand for which modifier key, read from the modifier map. Value type,
-// any thread; read() on that of its connection.
+// any thread; ask() and read() on that of their connection.
 
 #include <QtGlobal>
 
@@ -18,7 +18,9 @@ struct X11Modifiers {
     quint16 numLock = 0;
     quint16 scrollLock = 0;
 
-    /// Asks the server.
+    /// Asks the server; nothing when it does not answer in time, which is not to be taken for a keyboard without them.
+    [[nodiscard]] static std::optional<X11Modifiers> ask(X11Connection &connection);
+    /// The same for one use that cannot wait: none of them without an answer.
     [[nodiscard]] static X11Modifiers read(X11Connection &connection);
     /// The bits for a mask of Carbon modifiers; nothing when this keyboard lacks one of them.
     [[nodiscard]] std::optional<quint16> fromCarbon(quint32 carbonModifiers) const;

@@ -40,6 +40,11 @@ constexpr std::array ownTargets{OwnTarget{"TARGETS", Kind::targets}, OwnTarget{"
 /// Asking for these changes something at the owner.
 constexpr std::array<std::string_view, 3> targetsWithEffects{"DELETE", "INSERT_SELECTION", "INSERT_PROPERTY"};
 constexpr std::array<std::string_view, 3> textTargets{"UTF8_STRING", "text/plain;charset=utf-8", "STRING"};
+/// What reading and writing need whatever is on the clipboard. A name that is missing in the middle of either would
+/// cost what it stands for.
+constexpr std::array<std::string_view, 12> basicNames{
+    "CLIPBOARD",        "TARGETS",     "TIMESTAMP", "MULTIPLE", "SAVE_TARGETS", "INCR",
+    "ORVESA_SELECTION", "UTF8_STRING", "TEXT",      "STRING",   "text/plain",   "text/plain;charset=utf-8"};
 
 std::string_view view(const QByteArray &bytes)
 {
@@ -89,20 +94,22 @@ bool X11Pasteboard::prepare()
     if (!m_connection.isValid()) {
         return false;
     }
-    if (m_prepared) {
+    if (m_token != 0) {
         return true;
     }
-    m_prepared = true;
+    if (!m_connection.learnAtoms(basicNames)) {
+        return false;
+    }
     xcb_connection_t *const raw = m_connection.connection();
     const xcb_query_extension_reply_t *const extension = m_connection.extension(xcb_xfixes_id);
     if (extension == nullptr ||
         !m_connection.reply(xcb_xfixes_query_version_reply,
                             xcb_xfixes_query_version(raw, XCB_XFIXES_MAJOR_VERSION, XCB_XFIXES_MINOR_VERSION))) {
-        return true;
+        return false;
     }
     m_clipboard = clipboard();
     m_fixesEvent = static_cast<quint8>(extension->first_event + XCB_XFIXES_SELECTION_NOTIFY);
-    xcb_xfixes_select_selection_input(raw, m_connection.root(), clipboard(),
+    xcb_xfixes_select_selection_input(raw, m_connection.root(), m_clipboard,
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
@@ -138,8 +145,21 @@ qint64 X11Pasteboard::changeCount()
 
 QCoro::Task<std::optional<std::vector<QStringList>>> X11Pasteboard::itemTypes()
 {
+    if (!prepare()) {
+        co_return std::nullopt;
+    }
+    const quint64 lateBefore = m_connection.lateReplies();
+    auto items = co_await offeredTypes();
+    if (m_connection.lateReplies() != lateBefore || !m_connection.isValid()) {
+        items.reset(); // some of it is missing, and nobody knows what
+    }
+    co_return items;
+}
+
+QCoro::Task<std::optional<std::vector<QStringList>>> X11Pasteboard::offeredTypes()
+{
     std::vector<QStringList> items;
-    if (!prepare() || m_reader.owner(clipboard()) == XCB_WINDOW_NONE) {
+    if (m_reader.owner(clipboard()) == XCB_WINDOW_NONE) {
         co_return items;
     }
     m_deadline = QDeadlineTimer(contentsBound, Qt::PreciseTimer);
@@ -173,7 +193,11 @@ QCoro::Task<PasteboardReading> X11Pasteboard::data(std::size_t item, QString typ
 {
     PasteboardReading reading;
     const QByteArray name = type.toLatin1();
-    if (item != 0 || !prepare() || std::ranges::count(targetsWithEffects, view(name)) != 0) {
+    if (!prepare()) {
+        reading.outcome = PasteboardReading::Outcome::unreachable;
+        co_return reading;
+    }
+    if (item != 0 || std::ranges::count(targetsWithEffects, view(name)) != 0) {
         co_return reading;
     }
     if (std::ranges::count(ownTargets, view(name), &OwnTarget::name) != 0) {
@@ -181,6 +205,7 @@ QCoro::Task<PasteboardReading> X11Pasteboard::data(std::size_t item, QString typ
         reading.data.form = ownForm();
         co_return reading;
     }
+    const quint64 lateBefore = m_connection.lateReplies();
     const auto answer = co_await m_reader.convert(clipboard(), m_connection.atom(view(name)), m_bytesLeft, m_deadline);
     if (answer.outcome == Outcome::data) {
         m_bytesLeft -= answer.data.bytes.size();
@@ -192,6 +217,9 @@ QCoro::Task<PasteboardReading> X11Pasteboard::data(std::size_t item, QString typ
         // Some owners never answer for one of their targets; as long as they answer at all, it is the target's fault.
         const bool isAlive = answer.outcome == Outcome::pending && co_await ownerAnswers();
         reading.outcome = isAlive ? PasteboardReading::Outcome::none : PasteboardReading::Outcome::unreachable;
+    }
+    if (m_connection.lateReplies() != lateBefore) {
+        reading.outcome = PasteboardReading::Outcome::unreachable; // the server, whatever the owner says
     }
     co_return reading;
 }
@@ -240,6 +268,7 @@ void X11Pasteboard::clear()
 {
     // Clipboard managers fill an empty clipboard again with what was on it last. So it is emptied only when nothing is
     // written right after.
+    m_unwritten.reset();
     m_clearPending = true;
     QMetaObject::invokeMethod(
         &m_connection,
@@ -254,7 +283,7 @@ void X11Pasteboard::clear()
 void X11Pasteboard::clearNow()
 {
     m_clearPending = false;
-    if (prepare()) {
+    if (clipboard() != XCB_ATOM_NONE) {
         xcb_set_selection_owner(m_connection.connection(), XCB_WINDOW_NONE, clipboard(), XCB_CURRENT_TIME);
         m_connection.settle();
     }
@@ -264,13 +293,34 @@ bool X11Pasteboard::write(const std::vector<PasteboardItem> &items)
 {
     // A selection holds one item; of several, the first is the one that pastes.
     const bool wasCleared = std::exchange(m_clearPending, false);
-    if (!prepare() || items.empty() || !m_owner.own(contents(items.front()))) {
-        if (wasCleared) {
-            clearNow();
+    m_unwritten.reset();
+    if (m_connection.isValid() && !items.empty()) {
+        const quint64 lateBefore = m_connection.lateReplies();
+        const bool areNamesKnown = m_connection.learnAtoms(basicNames);
+        auto wanted = areNamesKnown ? contents(items.front()) : X11SelectionContents{};
+        if (m_connection.lateReplies() != lateBefore) {
+            writeLater(items.front());
+            return true;
         }
-        return false;
+        if (areNamesKnown && m_owner.own(std::move(wanted))) {
+            return true;
+        }
     }
-    return true;
+    if (wasCleared) {
+        clearNow();
+    }
+    return false;
+}
+
+void X11Pasteboard::writeLater(const PasteboardItem &item)
+{
+    // Without the names of its types nobody could paste it.
+    m_unwritten = item;
+    m_connection.whenServerAnswers([this, alive = std::weak_ptr<bool>(m_alive)] {
+        if (!alive.expired() && m_unwritten) {
+            write({*std::exchange(m_unwritten, std::nullopt)});
+        }
+    });
 }
 
 X11SelectionContents X11Pasteboard::contents(const PasteboardItem &item)

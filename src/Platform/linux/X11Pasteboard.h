@@ -4,7 +4,8 @@
 //
 // Main thread. PRIMARY is never touched. Every target that the owner offers is a type by its name, in the owner's
 // order; its bytes keep the form that they were given in, and are given out again in just that form. An owner that has
-// stopped costs a second and leaves everything as it is.
+// stopped costs a second and leaves everything as it is. While the server does not answer, or when it cannot tell of
+// changes, nothing is known of the contents; what is written then is there as soon as it answers.
 
 #include "Platform/PasteboardPort.h"
 #include "Platform/linux/X11SelectionOwner.h"
@@ -14,6 +15,7 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 
 namespace orvesa {
 
@@ -37,12 +39,15 @@ public:
     bool write(const std::vector<PasteboardItem> &items) override;
 
 private:
+    /// Begins to count the changes. False while the server does not answer, or when it cannot tell.
     bool prepare();
+    [[nodiscard]] QCoro::Task<std::optional<std::vector<QStringList>>> offeredTypes();
     [[nodiscard]] xcb_atom_t clipboard() { return m_connection.atom("CLIPBOARD"); }
     void note(const xcb_generic_event_t &event);
     [[nodiscard]] bool isChange(const xcb_generic_event_t &event) const;
     [[nodiscard]] QCoro::Task<bool> ownerAnswers();
     void clearNow();
+    void writeLater(const PasteboardItem &item);
     [[nodiscard]] X11SelectionContents contents(const PasteboardItem &item);
     void addText(X11SelectionContents &contents, const QByteArray &utf8);
 
@@ -52,11 +57,11 @@ private:
     X11Connection::HandlerToken m_token = 0;
     quint8 m_fixesEvent = 0;
     xcb_atom_t m_clipboard = XCB_ATOM_NONE;
-    bool m_prepared = false;
     qint64 m_changes = 0;
     QDeadlineTimer m_deadline; ///< of the reading that itemTypes() began
     qsizetype m_bytesLeft = 0;
     bool m_clearPending = false;
+    std::optional<PasteboardItem> m_unwritten; ///< waits for the server
     std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);
 };
 

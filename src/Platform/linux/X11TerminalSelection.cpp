@@ -37,12 +37,20 @@ void X11TerminalSelection::watch()
         return;
     }
     xcb_connection_t *const raw = m_connection.connection();
+    const quint64 lateBefore = m_connection.lateReplies();
     const xcb_query_extension_reply_t *const fixes = m_connection.extension(xcb_xfixes_id);
-    const xcb_query_extension_reply_t *const input = m_connection.extension(xcb_input_id);
-    if (fixes == nullptr || input == nullptr ||
+    const xcb_query_extension_reply_t *const input = fixes != nullptr ? m_connection.extension(xcb_input_id) : nullptr;
+    if (input == nullptr ||
         !m_connection.reply(xcb_xfixes_query_version_reply,
                             xcb_xfixes_query_version(raw, XCB_XFIXES_MAJOR_VERSION, XCB_XFIXES_MINOR_VERSION)) ||
         !m_connection.reply(xcb_input_xi_query_version_reply, xcb_input_xi_query_version(raw, 2, 2))) {
+        if (m_connection.lateReplies() != lateBefore) {
+            m_connection.whenServerAnswers([this, alive = std::weak_ptr<bool>(m_alive)] {
+                if (!alive.expired()) {
+                    watch();
+                }
+            });
+        }
         return;
     }
     m_fixesEvent = static_cast<quint8>(fixes->first_event + XCB_XFIXES_SELECTION_NOTIFY);
@@ -50,7 +58,27 @@ void X11TerminalSelection::watch()
     m_token = m_connection.addEventHandler([this](const xcb_generic_event_t &event) { handle(event); });
     xcb_xfixes_select_selection_input(raw, m_connection.root(), XCB_ATOM_PRIMARY,
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
-    noteOwner(m_reader.owner(XCB_ATOM_PRIMARY), XCB_CURRENT_TIME);
+    findOwner();
+}
+
+void X11TerminalSelection::findOwner()
+{
+    const quint64 lateBefore = m_connection.lateReplies();
+    const xcb_window_t owner = m_reader.owner(XCB_ATOM_PRIMARY);
+    if (m_connection.lateReplies() != lateBefore) {
+        findOwnerLater();
+    } else {
+        noteOwner(owner, XCB_CURRENT_TIME);
+    }
+}
+
+void X11TerminalSelection::findOwnerLater()
+{
+    m_connection.whenServerAnswers([this, alive = std::weak_ptr<bool>(m_alive)] {
+        if (!alive.expired()) {
+            findOwner();
+        }
+    });
 }
 
 bool X11TerminalSelection::concerns(const xcb_generic_event_t &event) const
@@ -127,7 +155,12 @@ void X11TerminalSelection::noteOwner(xcb_window_t owner, xcb_timestamp_t since)
     }
     m_isOver = false;
     m_owner = owner;
+    const quint64 lateBefore = m_connection.lateReplies();
     const auto program = owner == XCB_WINDOW_NONE ? std::nullopt : X11WindowOwner::program(m_connection, owner);
+    if (m_connection.lateReplies() != lateBefore) {
+        m_owner = XCB_WINDOW_NONE; // whose window it is has to be asked again
+        findOwnerLater();
+    }
     const bool isTerminal = program && TerminalPrograms::copyKeys(program->instanceName, program->className);
     m_terminal = isTerminal ? program->window : xcb_window_t{XCB_WINDOW_NONE};
     listenForClicks(isTerminal ? Listening::on : Listening::off);

@@ -11,6 +11,7 @@
 #include <QPoint>
 #include <QString>
 
+#include <memory>
 #include <optional>
 
 namespace orvesa {
@@ -22,7 +23,8 @@ public:
     ~X11TerminalSelection();
     Q_DISABLE_COPY_MOVE(X11TerminalSelection)
 
-    /// Begins to follow what is selected where. Before that, a selection counts for as long as it is owned.
+    /// Begins to follow what is selected where; at once, or as soon as the server answers. Before that, a selection
+    /// counts for as long as it is owned.
     void watch();
 
     /// Whether the process' window has the keyboard and is that of a known terminal.
@@ -36,6 +38,9 @@ private:
     void handle(const xcb_generic_event_t &event);
     /// Whether the owner, if it belongs to a window, belongs to the one with the keyboard.
     [[nodiscard]] bool isInFront(xcb_window_t owner);
+    /// Looks who owns PRIMARY, now or as soon as the server answers.
+    void findOwner();
+    void findOwnerLater();
     /// PRIMARY has a new owner, or its owner has taken it anew, at that time.
     void noteOwner(xcb_window_t owner, xcb_timestamp_t since);
     [[nodiscard]] std::optional<QPoint> pointer();
@@ -58,6 +63,7 @@ private:
     xcb_timestamp_t m_pressTime = 0;
     xcb_timestamp_t m_releaseTime = 0;
     bool m_isRepeated = false; ///< the press came soon after the one before
+    std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);
 };
 
 } // namespace orvesa
