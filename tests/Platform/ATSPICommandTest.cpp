@@ -151,6 +151,15 @@ TEST_F(ATSPICommandTest, RunsNoOtherThatHasComeIntoItsPlace)
     EXPECT_THAT(m_commands.performed(), ElementsAre(u"clipboard.copy"_s));
 }
 
+TEST_F(ATSPICommandTest, RunsThoughTheTimeForQuestionsIsUsedUp)
+{
+    m_commands.setNames({u"clipboard.cut"_s, u"clipboard.copy"_s});
+    m_client = std::make_shared<ATSPIClient>(m_client->another(std::chrono::milliseconds::zero()));
+    ASSERT_FALSE(m_client->mayAsk(m_element.busName));
+    EXPECT_TRUE(press());
+    EXPECT_THAT(m_commands.performed(), ElementsAre(u"clipboard.copy"_s));
+}
+
 TEST_F(ATSPICommandTest, RunsNothingWhenItCanNoLongerBeUsed)
 {
     m_commands.setNames({u"clipboard.copy"_s, u"clipboard.cut"_s, u"selection.select-all"_s});

@@ -4,21 +4,12 @@
 #include "Platform/AccessibilityTrustContract.h"
 #include "Platform/AdoptedDesktop.h"
 #include "Platform/linux/ATSPITrust.h"
-#include "Platform/linux/WaylandWorkspace.h"
 #include "Platform/linux/X11HotKeys.h"
 #include "Platform/linux/X11Workspace.h"
 #include "desktop/BusClient.h"
 
-#include "fakes/FakeWorkspace.h"
-
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
-#include <QDBusArgument>
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusObjectPath>
-#include <QDBusVirtualObject>
 #include <QElapsedTimer>
 #include <QScopeGuard>
 
@@ -32,39 +23,6 @@ using tests::AdoptedDesktop;
 using tests::Mousepad;
 
 namespace {
-
-class WaylandOfTheTest final {
-public:
-    WaylandOfTheTest() : m_type(qgetenv("XDG_SESSION_TYPE"))
-    {
-        qputenv("XDG_SESSION_TYPE", QByteArrayLiteral("wayland"));
-        qputenv("WAYLAND_DISPLAY", QByteArrayLiteral("wayland-of-the-test"));
-    }
-    ~WaylandOfTheTest()
-    {
-        qputenv("XDG_SESSION_TYPE", m_type);
-        qunsetenv("WAYLAND_DISPLAY");
-    }
-    Q_DISABLE_COPY_MOVE(WaylandOfTheTest)
-
-private:
-    QByteArray m_type;
-};
-
-/// An application on the accessibility bus that counts who asks for its windows.
-class CountingApplication final : public QDBusVirtualObject {
-public:
-    [[nodiscard]] QString introspect(const QString & /*path*/) const override { return {}; }
-    bool handleMessage(const QDBusMessage &message, const QDBusConnection & /*connection*/) override
-    {
-        m_questions += message.member() == "GetChildren"_L1 ? 1 : 0;
-        return false;
-    }
-    [[nodiscard]] int questions() const { return m_questions; }
-
-private:
-    int m_questions = 0;
-};
 
 class ATSPIElementsTest : public ::testing::Test {
 protected:
@@ -136,46 +94,6 @@ TEST_F(ATSPIElementsTest, ReadsTheSelectionOfAnEditor)
     }
     RecordProperty("millisecondsPerRead", static_cast<int>(timer.elapsed() / times));
     EXPECT_LT(timer.elapsed() / times, 100);
-}
-
-TEST_F(ATSPIElementsTest, FindsTheApplicationInFrontThatTheXServerDoesNotKnow)
-{
-    const Mousepad first(*m_desktop);
-    const Mousepad second(*m_desktop);
-    FakeWorkspace x11; // as for windows of Wayland
-    WaylandWorkspace workspace(x11, m_bus);
-    EXPECT_EQ(workspace.frontmostApplication(), std::nullopt) << "outside Wayland the X server knows all";
-    const WaylandOfTheTest wayland;
-    EXPECT_EQ(workspace.frontmostApplication(), second.process.pid());
-    m_desktop->windows().focus(first.window);
-    waitUntil([&] { return workspace.frontmostApplication() == first.process.pid(); }, u"the other editor"_s);
-    x11.setFrontmostApplication(1);
-    EXPECT_EQ(workspace.frontmostApplication(), 1);
-}
-
-TEST_F(ATSPIElementsTest, NeverAsksItsOwnProcessWhichWindowIsInFront)
-{
-    QDBusConnection bus = m_bus.connection().value();
-    CountingApplication own;
-    const QString root = u"/org/a11y/atspi/accessible/root"_s;
-    ASSERT_TRUE(bus.registerVirtualObject(root, &own, QDBusConnection::SubPath));
-    QDBusArgument reference;
-    reference.beginStructure();
-    reference << bus.baseService() << QDBusObjectPath(root);
-    reference.endStructure();
-    QDBusMessage embed =
-        QDBusMessage::createMethodCall(u"org.a11y.atspi.Registry"_s, root, u"org.a11y.atspi.Socket"_s, u"Embed"_s);
-    embed.setArguments({QVariant::fromValue(reference)});
-    ASSERT_EQ(bus.call(embed).type(), QDBusMessage::ReplyMessage);
-    const Mousepad editor(*m_desktop);
-    FakeWorkspace x11;
-    const WaylandWorkspace workspace(x11, m_bus);
-    const WaylandOfTheTest wayland;
-    EXPECT_EQ(workspace.frontmostApplication(), editor.process.pid());
-    // It would have been waiting for this thread.
-    QCoreApplication::processEvents();
-    EXPECT_EQ(own.questions(), 0);
-    bus.unregisterObject(root, QDBusConnection::UnregisterTree);
 }
 
 TEST_F(ATSPIElementsTest, ReadsTheWindowThatIsInFront)

@@ -1,9 +1,12 @@
 #include "Platform/linux/ATSPIBus.h"
 
+#include "Platform/linux/ATSPIClient.h"
 #include "Platform/linux/SessionBus.h"
 
 #include <QDBusMessage>
 #include <QDBusReply>
+
+#include <utility>
 
 namespace orvesa {
 
@@ -39,6 +42,24 @@ std::optional<QDBusConnection> ATSPIBus::connection()
     return made;
 }
 
+std::shared_ptr<ATSPIClient> ATSPIBus::newClient()
+{
+    m_client.reset();
+    return client();
+}
+
+std::shared_ptr<ATSPIClient> ATSPIBus::client()
+{
+    auto known = connection();
+    if (!known) {
+        m_client.reset();
+    } else if (!m_client || m_sinceFirst.hasExpired(captureLife.count())) {
+        m_client = std::make_shared<ATSPIClient>(*std::move(known));
+        m_sinceFirst.start();
+    }
+    return m_client;
+}
+
 QString ATSPIBus::address() const
 {
     if (auto session = SessionBus::connection()) {
@@ -54,6 +75,7 @@ QString ATSPIBus::address() const
 
 void ATSPIBus::disconnect()
 {
+    m_client.reset();
     if (!m_connectionName.isEmpty()) {
         QDBusConnection::disconnectFromBus(m_connectionName);
         m_connectionName.clear();

@@ -63,7 +63,7 @@ bool ATSPIStateSet::has(ATSPIState state) const
     return ((m_bits >> static_cast<int>(state)) & 1U) != 0;
 }
 
-ATSPIClient::ATSPIClient(QDBusConnection bus) : m_bus(std::move(bus)) {}
+ATSPIClient::ATSPIClient(QDBusConnection bus, std::chrono::milliseconds bound) : m_bus(std::move(bus)), m_left(bound) {}
 
 bool ATSPIClient::mayAsk(const QString &busName) const
 {
@@ -156,6 +156,12 @@ std::optional<QVariant> ATSPIClient::property(const ATSPIReference &object, cons
 std::vector<ATSPIReference> ATSPIClient::children(const ATSPIReference &object)
 {
     return referencesIn(call(object, accessible(), u"GetChildren"_s));
+}
+
+std::optional<ATSPIStateSet> ATSPIClient::knownStates(const ATSPIReference &object)
+{
+    const auto words = listIn<quint32>(call(object, accessible(), u"GetState"_s), u"au"_s);
+    return words.isEmpty() ? std::nullopt : std::optional(ATSPIStateSet(words));
 }
 
 ATSPIStateSet ATSPIClient::states(const ATSPIReference &object)

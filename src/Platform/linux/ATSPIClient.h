@@ -2,8 +2,8 @@
 
 // Calls on the accessibility bus within one budget of waiting time.
 //
-// Main thread. A call waits 250 ms at most and all calls of one client together 500 ms. An application that let a call
-// time out is not asked again by the same client. A failed call gives nothing.
+// Main thread. A call waits 250 ms at most and all calls of one client together 500 ms, or as long as it was given. An
+// application that let a call time out is not asked again by the same client. A failed call gives nothing.
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -62,7 +62,10 @@ class ATSPIClient final {
 public:
     static constexpr std::chrono::milliseconds totalBound{500};
 
-    explicit ATSPIClient(QDBusConnection bus);
+    explicit ATSPIClient(QDBusConnection bus, std::chrono::milliseconds bound = totalBound);
+
+    /// Another on the same bus, with waiting time of its own and on speaking terms with everybody.
+    [[nodiscard]] ATSPIClient another(std::chrono::milliseconds bound) const { return ATSPIClient(m_bus, bound); }
 
     /// One call; `interface` is the part after "org.a11y.atspi.".
     struct Call {
@@ -96,6 +99,8 @@ public:
     [[nodiscard]] bool mayAsk(const QString &busName) const;
 
     [[nodiscard]] std::vector<ATSPIReference> children(const ATSPIReference &object);
+    /// Nothing where there was no answer, which is not the same as no states.
+    [[nodiscard]] std::optional<ATSPIStateSet> knownStates(const ATSPIReference &object);
     [[nodiscard]] ATSPIStateSet states(const ATSPIReference &object);
     /// The states of each, asked for at once.
     [[nodiscard]] std::vector<ATSPIStateSet> states(const std::vector<ATSPIReference> &objects);
@@ -115,7 +120,7 @@ private:
     [[nodiscard]] std::optional<QVariantList> answerTo(const QDBusPendingCall &pending, const QString &busName);
 
     QDBusConnection m_bus;
-    std::chrono::nanoseconds m_left = totalBound;
+    std::chrono::nanoseconds m_left;
     std::set<QString> m_silent;
     std::size_t m_calls = 0;
 };

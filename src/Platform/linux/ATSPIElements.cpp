@@ -31,28 +31,15 @@ ATSPIElements::~ATSPIElements() = default;
 
 AccessibilityElement ATSPIElements::systemWide()
 {
-    m_client.reset();
-    const auto made = client();
-    return made ? std::make_shared<ATSPIElementHandle>(ATSPIElementHandle::SystemWide{}, made) : nullptr;
+    const auto client = m_bus.newClient();
+    return client ? std::make_shared<ATSPIElementHandle>(ATSPIElementHandle::SystemWide{}, client) : nullptr;
 }
 
 AccessibilityElement ATSPIElements::application(qint64 processIdentifier)
 {
-    const auto known = client();
-    return known ? std::make_shared<ATSPIElementHandle>(ATSPIElementHandle::Application{processIdentifier}, known)
-                 : nullptr;
-}
-
-std::shared_ptr<ATSPIClient> ATSPIElements::client()
-{
-    auto connection = m_bus.connection();
-    if (!connection) {
-        m_client.reset();
-    } else if (!m_client || m_sinceFirst.hasExpired(budgetLife.count())) {
-        m_client = std::make_shared<ATSPIClient>(*std::move(connection));
-        m_sinceFirst.start();
-    }
-    return m_client;
+    const auto client = m_bus.client();
+    return client ? std::make_shared<ATSPIElementHandle>(ATSPIElementHandle::Application{processIdentifier}, client)
+                  : nullptr;
 }
 
 const std::map<QString, ATSPIElements::Reader> &ATSPIElements::readers()
@@ -87,11 +74,14 @@ bool ATSPIElements::performAction(const AccessibilityElement &element, const QSt
     if (handle == nullptr || action != "AXPress"_L1) {
         return false;
     }
+    // What is left of the capture's time may be nothing, and was for finding out. The action has time of its own; but
+    // whoever does not answer now would do it whenever it goes on, when nobody is waiting for it any more.
+    ATSPIClient client = handle->client()->another(ATSPIBus::callBound);
     ATSPIReference performer;
     int place = 0;
     if (const auto *const command = std::get_if<ATSPIElementHandle::Command>(&handle->target())) {
         // Asked for only now: the places move with what can be used, and what was in one a moment ago may be "cut" now.
-        const auto copy = ATSPIMenus(*handle->client()).copyCommand(command->element);
+        const auto copy = ATSPIMenus(client).copyCommand(command->element);
         if (!copy || !copy->action) {
             return false;
         }
@@ -99,12 +89,14 @@ bool ATSPIElements::performAction(const AccessibilityElement &element, const QSt
         place = *copy->action;
     } else if (const auto *const item = std::get_if<ATSPIMenuItem>(&handle->target())) {
         performer = item->element;
+        (void)client.states(performer);
     } else if (const auto *const reference = std::get_if<ATSPIReference>(&handle->target())) {
         performer = *reference;
+        (void)client.states(performer);
     } else {
         return false;
     }
-    const auto answer = handle->client()->call(performer, u"Action"_s, u"DoAction"_s, {place});
+    const auto answer = client.call(performer, u"Action"_s, u"DoAction"_s, {place});
     return answer && !answer->isEmpty() && answer->constFirst().toBool();
 }
 
@@ -288,13 +280,13 @@ AccessibilityValue ATSPIElements::isEnabled(const ATSPIElementHandle &element)
         return command->isEnabled;
     }
     const auto *const item = std::get_if<ATSPIMenuItem>(&element.target());
-    return item != nullptr ? AccessibilityValue(ATSPIMenus(*element.client()).isEnabled(item->element))
-                           : AccessibilityValue();
+    const auto enabled = item != nullptr ? ATSPIMenus(*element.client()).isEnabled(item->element) : std::nullopt;
+    return enabled ? AccessibilityValue(*enabled) : AccessibilityValue();
 }
 
 bool ATSPIElements::isFocusNoTerminal(qint64 processIdentifier)
 {
-    const auto known = client();
+    const auto known = m_bus.client();
     if (!known || processIdentifier == QCoreApplication::applicationPid()) {
         return false;
     }
@@ -339,7 +331,7 @@ QString ATSPIElements::withWindows(const std::vector<QString> &names, ATSPIClien
 
 void ATSPIElements::warmUp()
 {
-    const auto known = client();
+    const auto known = m_bus.client();
     if (!known) {
         return;
     }

@@ -2,10 +2,9 @@
 
 // Accessibility elements of other applications, read over the accessibility bus in the macOS vocabulary.
 //
-// Main thread. A call to another application waits at most 250 ms, and all calls of one capture, which begins with a
-// systemWide() element and goes on within five seconds, wait at most 500 ms together; an application that let a call
-// time out is not asked again by it. This process is never asked, since it could not answer itself. Reading changes
-// nothing on the desktop.
+// Main thread. A capture begins with a systemWide() element: its questions share the bus's client, with 500 ms of
+// waiting time in all. An action has 250 ms of its own. This process is never asked, since it could not answer itself.
+// Reading changes nothing on the desktop.
 
 #include "Platform/AccessibilityElementsPort.h"
 #include "Platform/WorkspacePort.h"
@@ -52,11 +51,6 @@ private:
         std::optional<ATSPIReference> focused; ///< the one in it that had the focus, where no other claimed it
     };
 
-    /// A capture may wait for keys and for the pasteboard between two questions.
-    static constexpr std::chrono::milliseconds budgetLife{5000};
-
-    /// The one of the capture under way, with what is left of its waiting time. Null without a bus.
-    [[nodiscard]] std::shared_ptr<ATSPIClient> client();
     [[nodiscard]] static const std::map<QString, Reader> &readers();
     [[nodiscard]] AccessibilityValue focusedElement(const ATSPIElementHandle &element);
     [[nodiscard]] std::optional<ATSPIReference> focusedElement(qint64 processIdentifier, ATSPIClient &client);
@@ -80,8 +74,6 @@ private:
     /// The first of a process's names that has windows.
     [[nodiscard]] static QString withWindows(const std::vector<QString> &names, ATSPIClient &client);
 
-    std::shared_ptr<ATSPIClient> m_client;
-    QElapsedTimer m_sinceFirst; ///< question of that client
     ATSPIBus &m_bus;
     const WorkspacePort &m_workspace;
     X11TerminalSelection *m_terminals;

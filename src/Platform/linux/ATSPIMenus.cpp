@@ -132,10 +132,11 @@ std::vector<ATSPIMenuItem> ATSPIMenus::items(const ATSPIReference &menu)
     return items;
 }
 
-bool ATSPIMenus::isEnabled(const ATSPIReference &item)
+std::optional<bool> ATSPIMenus::isEnabled(const ATSPIReference &item)
 {
-    const ATSPIStateSet states = m_client.states(item);
-    return states.has(ATSPIState::enabled) && states.has(ATSPIState::sensitive);
+    const auto states = m_client.knownStates(item);
+    return states ? std::optional(states->has(ATSPIState::enabled) && states->has(ATSPIState::sensitive))
+                  : std::nullopt;
 }
 
 std::optional<ATSPIMenus::CopyCommand> ATSPIMenus::copyCommand(const ATSPIReference &element)

@@ -32,7 +32,8 @@ public:
     [[nodiscard]] std::optional<ATSPIReference> menuBar(const ATSPIReference &window);
     /// What is in a menu or a menu bar. Everything about all of them is asked for at once.
     [[nodiscard]] std::vector<ATSPIMenuItem> items(const ATSPIReference &menu);
-    [[nodiscard]] bool isEnabled(const ATSPIReference &item);
+    /// Nothing where the item did not tell.
+    [[nodiscard]] std::optional<bool> isEnabled(const ATSPIReference &item);
     /// An element's own copy command, by its place among the element's actions; without one it cannot be used now.
     struct CopyCommand {
         std::optional<int> action;

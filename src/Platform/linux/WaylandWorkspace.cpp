@@ -63,12 +63,8 @@ std::optional<qint64> WaylandWorkspace::frontmostApplication() const
     if (const auto process = m_x11.frontmostApplication(); process || !WaylandSession::isRunning()) {
         return process;
     }
-    auto connection = m_bus.connection();
-    if (!connection) {
-        return std::nullopt;
-    }
-    ATSPIClient client(*std::move(connection));
-    return activeApplication(client);
+    const auto client = m_bus.client();
+    return client ? activeApplication(*client) : std::nullopt;
 }
 
 bool WaylandWorkspace::open(const QUrl &url)

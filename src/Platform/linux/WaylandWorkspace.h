@@ -4,7 +4,8 @@
 // all others the accessibility bus tells.
 //
 // Main thread. A question waits 250 ms at most for the windows of all applications together, and as long for their
-// states. This process is never asked, since it could not answer itself.
+// states; what a capture waits here is taken from its 500 ms, and an application that was silent once is not waited for
+// again. This process is never asked, since it could not answer itself.
 
 #include "Platform/WorkspacePort.h"
 

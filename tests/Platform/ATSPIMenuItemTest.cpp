@@ -1,0 +1,163 @@
+// An item of a menu bar, of programs that answer, err, or say nothing.
+
+#include "Platform/AdoptedDesktop.h"
+#include "Platform/linux/ATSPIBus.h"
+#include "Platform/linux/ATSPIElementHandle.h"
+#include "Platform/linux/ATSPIElements.h"
+#include "Platform/linux/X11Workspace.h"
+
+#include <gtest/gtest.h>
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <QElapsedTimer>
+#include <QMutex>
+#include <QThread>
+
+namespace orvesa {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using tests::AdoptedDesktop;
+
+namespace {
+
+enum class Manner { enabled, disabled, erring, silent };
+
+/// An item of another program. It answers in a thread of its own, since whoever asks waits in this one.
+class ItemOnBus final : public QDBusVirtualObject {
+public:
+    void setManner(Manner manner)
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_manner = manner;
+    }
+    /// How often it was told to do what it does.
+    [[nodiscard]] int presses() const
+    {
+        const QMutexLocker lock(&m_mutex);
+        return m_presses;
+    }
+    [[nodiscard]] QString introspect(const QString & /*path*/) const override { return {}; }
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_presses += message.member() == "DoAction"_L1 ? 1 : 0;
+        if (m_manner == Manner::silent) {
+            return true;
+        }
+        if (message.member() == "DoAction"_L1) {
+            return connection.send(message.createReply(true));
+        }
+        if (m_manner == Manner::erring) {
+            return connection.send(message.createErrorReply(QDBusError::Failed, u"not now"_s));
+        }
+        constexpr quint32 usable =
+            1U << static_cast<unsigned>(ATSPIState::enabled) | 1U << static_cast<unsigned>(ATSPIState::sensitive);
+        const QList<quint32> states{m_manner == Manner::enabled ? usable : 0, 0};
+        return connection.send(message.createReply(QVariant::fromValue(states)));
+    }
+
+private:
+    mutable QMutex m_mutex;
+    Manner m_manner = Manner::enabled;
+    int m_presses = 0;
+};
+
+class ATSPIMenuItemOnBusTest : public ::testing::Test {
+protected:
+    ATSPIMenuItemOnBusTest()
+    {
+        const QString address = m_desktop->environment().value(u"DBUS_SESSION_BUS_ADDRESS"_s);
+        QDBusConnection theirs = QDBusConnection::connectToBus(address, u"orvesa-test-item"_s);
+        m_onBus.moveToThread(&m_thread);
+        m_thread.start();
+        EXPECT_TRUE(theirs.registerVirtualObject(m_reference.path, &m_onBus));
+        m_reference.busName = theirs.baseService();
+        m_client = std::make_shared<ATSPIClient>(QDBusConnection::connectToBus(address, u"orvesa-test-asker"_s));
+    }
+    ~ATSPIMenuItemOnBusTest() override
+    {
+        QDBusConnection::disconnectFromBus(u"orvesa-test-item"_s);
+        QDBusConnection::disconnectFromBus(u"orvesa-test-asker"_s);
+        m_thread.quit();
+        m_thread.wait();
+    }
+    Q_DISABLE_COPY_MOVE(ATSPIMenuItemOnBusTest)
+
+    [[nodiscard]] AccessibilityElement item() const
+    {
+        return std::make_shared<ATSPIElementHandle>(ATSPIMenuItem{.element = m_reference}, m_client);
+    }
+    AccessibilityValue isEnabled() { return m_elements.copyAttribute(item(), u"AXEnabled"_s); }
+    bool press() { return m_elements.performAction(item(), u"AXPress"_s); }
+    void useUpTheTime() { m_client = std::make_shared<ATSPIClient>(m_client->another(0ms)); }
+
+    AdoptedDesktop m_desktop{[] {
+        desktop::DesktopOptions options;
+        options.accessibility = desktop::Accessibility::none;
+        options.keyStore = desktop::KeyStore::absent;
+        return options;
+    }()};
+    X11Connection m_connection;
+    X11Workspace m_workspace{m_connection};
+    ATSPIBus m_bus{m_connection};
+    ATSPIElements m_elements{m_bus, m_workspace};
+    QThread m_thread;
+    ItemOnBus m_onBus;
+    ATSPIReference m_reference{{}, u"/item"_s};
+    std::shared_ptr<ATSPIClient> m_client;
+};
+
+} // namespace
+
+TEST_F(ATSPIMenuItemOnBusTest, TellsWhetherItCanBeUsed)
+{
+    EXPECT_EQ(isEnabled(), AccessibilityValue(true));
+    m_onBus.setManner(Manner::disabled);
+    EXPECT_EQ(isEnabled(), AccessibilityValue(false));
+}
+
+TEST_F(ATSPIMenuItemOnBusTest, IsNotDisabledBecauseItDoesNotTell)
+{
+    m_onBus.setManner(Manner::erring);
+    EXPECT_EQ(isEnabled(), AccessibilityValue());
+    m_onBus.setManner(Manner::silent);
+    EXPECT_EQ(isEnabled(), AccessibilityValue());
+    m_onBus.setManner(Manner::disabled);
+    useUpTheTime();
+    EXPECT_EQ(isEnabled(), AccessibilityValue()) << "it was not even asked";
+}
+
+TEST_F(ATSPIMenuItemOnBusTest, IsPressedThoughTheTimeForQuestionsIsUsedUp)
+{
+    useUpTheTime();
+    EXPECT_TRUE(press());
+    EXPECT_EQ(m_onBus.presses(), 1);
+    m_onBus.setManner(Manner::erring);
+    EXPECT_TRUE(press()) << "an error is an answer";
+    EXPECT_EQ(m_onBus.presses(), 2);
+}
+
+TEST_F(ATSPIMenuItemOnBusTest, IsPressedWhenItsProgramHasComeBack)
+{
+    m_onBus.setManner(Manner::silent);
+    EXPECT_EQ(isEnabled(), AccessibilityValue());
+    m_onBus.setManner(Manner::enabled);
+    EXPECT_TRUE(press());
+    EXPECT_EQ(m_onBus.presses(), 1);
+}
+
+TEST_F(ATSPIMenuItemOnBusTest, IsNotPressedWhileItsProgramIsSilent)
+{
+    m_onBus.setManner(Manner::silent);
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_FALSE(press());
+    EXPECT_GE(timer.elapsed(), 200) << "it did not wait for an answer";
+    EXPECT_LT(timer.elapsed(), 450) << "it waited twice";
+    EXPECT_EQ(m_onBus.presses(), 0) << "it would copy whenever it goes on";
+}
+
+} // namespace orvesa
