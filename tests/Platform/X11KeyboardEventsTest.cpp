@@ -7,11 +7,14 @@
 #include <gtest/gtest.h>
 
 #include <QByteArray>
+#include <QElapsedTimer>
 
 #include <algorithm>
+#include <vector>
 
 #include <fcntl.h>
 #include <unistd.h>
+#include <xcb/xinput.h>
 
 namespace orvesa {
 
@@ -76,6 +79,15 @@ public:
         waitUntil([this] { return m_hasKeyboard; }, u"the keyboard"_s);
     }
 
+    /// Says that it answers whoever asks whether it is there, and does not.
+    void promiseToAnswer()
+    {
+        const xcb_atom_t ping = m_connection.atom("_NET_WM_PING");
+        xcb_change_property(m_connection.connection(), XCB_PROP_MODE_REPLACE, m_window,
+                            m_connection.atom("WM_PROTOCOLS"), XCB_ATOM_ATOM, 32, 1, &ping);
+        (void)m_connection.reply(xcb_get_input_focus_reply, xcb_get_input_focus(m_connection.connection()));
+    }
+
     /// What came so far and all that the server has for it.
     std::vector<Key> keys()
     {
@@ -131,9 +143,8 @@ protected:
 TEST_F(X11KeyboardEventsTest, KeepsTheContract)
 {
     KeyReceiver editor(editorNames);
-    const std::vector<std::pair<QString, quint32>> modifiers{{u"Alt"_s, KeyboardFlags::option},
-                                                             {u"Ctrl"_s, KeyboardFlags::control},
-                                                             {u"Shift"_s, KeyboardFlags::shift}};
+    const std::vector<std::pair<QString, quint32>> modifiers{
+        {u"Alt"_s, KeyboardFlags::option}, {u"Ctrl"_s, KeyboardFlags::control}, {u"Shift"_s, KeyboardFlags::shift}};
     quint32 held = 0;
     const auto hold = [&](quint32 flags) {
         for (const auto &[name, flag] : modifiers) {
@@ -290,6 +301,56 @@ TEST_F(X11KeyboardEventsTest, PressesTheKeyThatTypesTheLetter)
     const auto cyrillic = editor.keys();
     EXPECT_NE(std::ranges::find(cyrillic, Key{true, keyC, XCB_MOD_MASK_CONTROL}), cyrillic.end())
         << "a layout without the letter has its command at the place";
+}
+
+TEST_F(X11KeyboardEventsTest, PressesTheLettersKeyInEveryLayout)
+{
+    KeyReceiver editor(editorNames);
+    ASSERT_EQ(m_desktop->runToEnd(u"setxkbmap"_s, {u"-layout"_s, u"dvorak,ru,us,de"_s}).exitCode, 0);
+    constexpr xcb_keycode_t letterOnDvorak = 31;
+    const std::vector<xcb_keycode_t> expected{letterOnDvorak, keyC, keyC, keyC};
+    for (std::size_t layout = 0; layout < expected.size(); ++layout) {
+        m_desktop->keyboard().lockLayout(static_cast<quint8>(layout));
+        EXPECT_TRUE(copy());
+        const auto keys = editor.keys();
+        const auto isCopy = [&](const Key &key) {
+            return key.isPress && key.code == expected[layout] && (key.state & XCB_MOD_MASK_CONTROL) != 0;
+        };
+        EXPECT_EQ(std::ranges::count_if(keys, isCopy), 1) << layout << ' ' << ::testing::PrintToString(keys);
+        EXPECT_EQ(keys.size(), 4U) << layout;
+    }
+    m_desktop->keyboard().lockLayout(0);
+}
+
+TEST_F(X11KeyboardEventsTest, LearnsOfReleasesAfterTheServerWasBusy)
+{
+    KeyReceiver editor(editorNames);
+    ASSERT_NE(m_connection.extension(xcb_input_id), nullptr);
+    X11Connection busy;
+    xcb_grab_server(busy.connection());
+    ASSERT_TRUE(busy.reply(xcb_get_input_focus_reply, xcb_get_input_focus(busy.connection())));
+    EXPECT_EQ(m_events.modifierFlags(), 0U) << "nothing is known";
+    EXPECT_FALSE(copy()) << "what the keys do is not known";
+    xcb_ungrab_server(busy.connection());
+    busy.settle();
+    EXPECT_THAT(editor.keys(), IsEmpty());
+    m_desktop->keyboard().keyDown(u"Alt"_s);
+    EXPECT_TRUE(m_events.post(macC, KeyTransition::down, KeyboardFlags::command));
+    m_desktop->keyboard().keyUp(u"Alt"_s);
+    EXPECT_TRUE(m_events.post(macC, KeyTransition::up, KeyboardFlags::command));
+    EXPECT_THAT(m_desktop->keyboard().keysDown(), IsEmpty()) << "the user let go of it meanwhile";
+}
+
+TEST_F(X11KeyboardEventsTest, NeverAsksItsOwnProcessWhetherItIsThere)
+{
+    KeyReceiver own(editorNames);
+    own.promiseToAnswer();
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_TRUE(copy());
+    EXPECT_LT(timer.elapsed(), X11Connection::replyBound.count()) << "it waited for itself";
+    const auto keys = own.keys();
+    EXPECT_NE(std::ranges::find(keys, Key{true, keyC, XCB_MOD_MASK_CONTROL}), keys.end());
 }
 
 TEST_F(X11KeyboardEventsTest, SendsNothingToNobody)

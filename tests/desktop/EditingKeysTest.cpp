@@ -57,6 +57,18 @@ TEST_F(EditingKeys, EditSeveralLines)
     expectEditing();
 }
 
+TEST_F(EditingKeys, AreNotNeededForAShortcutOnWhatIsSelected)
+{
+    desktop->keyboard().type(u"una casa"_s);
+    const Accessible field = settings->focused();
+    press(u"Ctrl+a"_s);
+    waitUntil([&] { return field.selectedText() == u"una casa"_s; }, u"everything to be selected"_s);
+    press(u"Alt+d"_s);
+    waitUntil([this] { return program->source() == u"una casa"_s; }, u"the panel with what is selected"_s);
+    waitUntil([this] { return desktop->selections().owner(Selection::clipboard) == XCB_WINDOW_NONE; },
+              u"the clipboard to be empty as before"_s);
+}
+
 TEST_F(EditingKeys, PasteWhatAnotherProgramCopied)
 {
     editor = std::make_unique<TextEditor>(*desktop, u"from elsewhere"_s);

@@ -164,20 +164,38 @@ void Keyboard::turnCode(xcb_keycode_t code, Turn turn)
     send(code, turn == Turn::down);
 }
 
-void Keyboard::lock(quint8 modifiers)
+void Keyboard::useKeyboardExtension()
 {
-    constexpr quint8 all = 0xff;
     xcb_connection_t *const connection = m_session.connection();
     const XReply<xcb_xkb_use_extension_reply_t> reply(xcb_xkb_use_extension_reply(
         connection, xcb_xkb_use_extension(connection, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION), nullptr));
     if (!reply || reply->supported == 0)
         throw DesktopError(u"this X server has no keyboard extension"_s);
+}
+
+void Keyboard::lock(quint8 modifiers)
+{
+    constexpr quint8 all = 0xff;
+    xcb_connection_t *const connection = m_session.connection();
+    useKeyboardExtension();
     xcb_xkb_latch_lock_state(connection, XCB_XKB_ID_USE_CORE_KBD, all, modifiers, 0, 0, 0, 0, 0);
     m_session.synchronize();
     const XReply<xcb_query_pointer_reply_t> state(
         xcb_query_pointer_reply(connection, xcb_query_pointer(connection, m_session.root()), nullptr));
     if (!state || (state->mask & all) != modifiers)
         throw DesktopError(u"the modifiers could not be locked"_s);
+}
+
+void Keyboard::lockLayout(quint8 number)
+{
+    xcb_connection_t *const connection = m_session.connection();
+    useKeyboardExtension();
+    xcb_xkb_latch_lock_state(connection, XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1, number, 0, 0, 0);
+    m_session.synchronize();
+    const XReply<xcb_xkb_get_state_reply_t> state(
+        xcb_xkb_get_state_reply(connection, xcb_xkb_get_state(connection, XCB_XKB_ID_USE_CORE_KBD), nullptr));
+    if (!state || state->group != number)
+        throw DesktopError(u"the layout could not be chosen"_s);
 }
 
 void Keyboard::keyDown(const QString &key)

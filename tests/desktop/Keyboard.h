@@ -42,6 +42,8 @@ public:
     void turnCode(xcb_keycode_t code, Turn turn);
     /// Has exactly these modifiers locked, as Caps Lock and Num Lock lock theirs, whatever layout has those keys where.
     void lock(quint8 modifiers);
+    /// Switches to the keyboard's layout of this number, as its user does; the first is 0.
+    void lockLayout(quint8 number);
     /// One key by the same names, held until keyUp.
     void keyDown(const QString &key);
     void keyUp(const QString &key);
@@ -67,6 +69,7 @@ private:
     [[nodiscard]] Combination combinationFor(const QString &combination);
     /// Whether the server refused because another program has it.
     [[nodiscard]] bool isGrabRefused(const Combination &combination);
+    void useKeyboardExtension();
     [[nodiscard]] Stroke strokeFor(xcb_keysym_t keysym);
     [[nodiscard]] Stroke bindSpareKey(xcb_keysym_t keysym);
     [[nodiscard]] static QStringList keysOf(const QString &combination);

@@ -109,6 +109,29 @@ TEST_P(ProgramPanelUse, TakesTheKeyboardWhenItIsClickedAndGivesItBack)
     EXPECT_EQ(editor->content().text(), u"La casa es grande."_s);
 }
 
+TEST_P(ProgramPanelUse, APhraseOfTheAnswerIsCapturedAsAnyOther)
+{
+    desktop->keyboard().press(u"Ctrl+c"_s);
+    desktop->selections().awaitText(Selection::clipboard, u"La casa es grande."_s);
+    desktop->pointer().clickAt(middleOf(u"Result"_s));
+    desktop->windows().awaitActive(panel);
+    waitUntil([this] { return focusedControl() == u"Result"_s; }, u"the answer to have the keyboard"_s);
+    desktop->keyboard().press(u"Ctrl+Home"_s);
+    for (int letter = 0; letter < u"The house"_s.size(); ++letter) {
+        desktop->keyboard().press(u"Shift+Right"_s);
+    }
+    waitUntil([this] { return control(u"Result"_s).selectedText() == u"The house"_s; }, u"the phrase"_s);
+    service.setResponder([](const service::ServiceRequest &) { return answer(u"That dwelling"_s); });
+    desktop->keyboard().press(u"Alt+s"_s);
+    EXPECT_EQ(awaitResultWith(u"dwelling"_s), u"That dwelling"_s);
+    EXPECT_EQ(program->source(), u"The house"_s);
+    ASSERT_EQ(service.requests().size(), 2U);
+    EXPECT_TRUE(service.requests().back().body.contains("The house"));
+    EXPECT_FALSE(service.requests().back().body.contains("is big"));
+    desktop->selections().awaitText(Selection::clipboard, u"La casa es grande."_s);
+    EXPECT_TRUE(desktop->keyboard().keysDown().empty());
+}
+
 TEST_P(ProgramPanelUse, LeadsTheKeyboardThroughItsControlsInReadingOrder)
 {
     desktop->pointer().clickAt(middleOf(u"Original"_s));

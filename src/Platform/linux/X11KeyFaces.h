@@ -17,6 +17,7 @@ class X11KeyFaces final {
 public:
     /// Asks the server; empty without the keyboard extension. The connection must have announced that extension.
     [[nodiscard]] static X11KeyFaces read(X11Connection &connection);
+    [[nodiscard]] bool isEmpty() const { return m_keys.empty(); }
 
     /// What the key types in the group that a key event's `state` holds, with no modifier but Shift. Keys of the keypad
     /// type their digits whatever Num Lock says, and dead keys their accent. Empty for a key that types nothing.

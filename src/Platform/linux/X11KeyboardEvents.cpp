@@ -3,9 +3,13 @@
 #include "Platform/linux/MacKeyCodes.h"
 #include "Platform/linux/TerminalPrograms.h"
 #include "Platform/linux/X11Event.h"
+#include "Platform/linux/X11KeyFaces.h"
+#include "Platform/linux/X11KeyboardExtension.h"
 #include "Platform/linux/X11Modifiers.h"
 #include "Platform/linux/X11Ping.h"
 #include "Platform/linux/X11WindowOwner.h"
+
+#include <QCoreApplication>
 
 #include <algorithm>
 #include <array>
@@ -22,7 +26,6 @@ namespace {
 constexpr quint16 macKeyCodeOfC = 8;
 constexpr xcb_keysym_t symbolOfC = 'c';
 constexpr int bitsPerByte = 8;
-constexpr unsigned coreGroups = 2;
 
 /// The keys that set each of the eight modifiers, from the server's map.
 class ModifierKeys final {
@@ -90,12 +93,26 @@ bool X11KeyboardEvents::prepare()
     if (m_prepared) {
         return true;
     }
-    m_prepared = true;
-    const xcb_query_extension_reply_t *const extension = m_connection.extension(xcb_input_id);
-    if (extension != nullptr && m_connection.reply(xcb_input_xi_query_version_reply,
-                                                   xcb_input_xi_query_version(m_connection.connection(), 2, 2))) {
-        m_inputOpcode = extension->major_opcode;
+    xcb_connection_t *const raw = m_connection.connection();
+    const quint64 lateBefore = m_connection.lateReplies();
+    const xcb_query_extension_reply_t *const input = m_connection.extension(xcb_input_id);
+    const bool hasInput = input != nullptr && m_connection.reply(xcb_input_xi_query_version_reply,
+                                                                 xcb_input_xi_query_version(raw, 2, 2)) != nullptr;
+    // What is not known is asked for again at the next use.
+    const auto isLate = [&] { return m_connection.lateReplies() != lateBefore; };
+    if (isLate()) {
+        return false;
     }
+    const bool hasKeyboardExtension =
+        m_connection.extension(xcb_xkb_id) != nullptr &&
+        m_connection.reply(xcb_xkb_use_extension_reply,
+                           xcb_xkb_use_extension(raw, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION)) != nullptr;
+    if (isLate()) {
+        return false;
+    }
+    m_inputOpcode = hasInput ? input->major_opcode : quint8{0};
+    m_hasKeyboardExtension = hasKeyboardExtension;
+    m_prepared = true;
     return true;
 }
 
@@ -242,15 +259,16 @@ std::optional<quint32> X11KeyboardEvents::flagsForFocus(quint32 flags)
     if (!program) {
         return std::nullopt;
     }
-    // A program that hangs would copy whenever it goes on, long after the clipboard was put back.
-    if (!X11Ping::answers(m_connection, program->window)) {
+    // A program that hangs would copy whenever it goes on, long after the clipboard was put back. This one does not
+    // hang, and cannot answer as long as it waits for the answer.
+    const auto process = X11WindowOwner::process(m_connection, program->window);
+    if (process != QCoreApplication::applicationPid() && !X11Ping::answers(m_connection, program->window)) {
         return std::nullopt;
     }
     if (const auto keys = TerminalPrograms::copyKeys(program->instanceName, program->className)) {
         return *keys == TerminalPrograms::CopyKeys::controlShift ? std::optional(flags | KeyboardFlags::shift)
                                                                  : std::nullopt;
     }
-    const auto process = X11WindowOwner::process(m_connection, program->window);
     if (process && TerminalPrograms::holdsTerminal(*process) && !m_isNoTerminal(*process)) {
         return std::nullopt;
     }
@@ -270,30 +288,22 @@ std::optional<xcb_keycode_t> X11KeyboardEvents::keyFor(quint16 macKeyCode)
         return place;
     }
     // The command goes by the letter where the layout has it, which is not at this place in all of them.
-    xcb_connection_t *const raw = m_connection.connection();
-    const xcb_setup_t *const setup = xcb_get_setup(raw);
-    const auto count = static_cast<quint8>(setup->max_keycode - setup->min_keycode + 1);
-    const auto map =
-        m_connection.reply(xcb_get_keyboard_mapping_reply, xcb_get_keyboard_mapping(raw, setup->min_keycode, count));
-    const auto pointer = m_connection.reply(xcb_query_pointer_reply, xcb_query_pointer(raw, m_connection.root()));
-    if (!map || !pointer) {
+    if (!m_hasKeyboardExtension) {
         return place;
     }
-    const std::size_t group = groupIn(pointer->mask);
-    const std::size_t column = group < coreGroups ? group * 2 : 0;
-    const auto *const symbols = xcb_get_keyboard_mapping_keysyms(map.get());
-    const auto types = [&](std::size_t index) {
-        return column < map->keysyms_per_keycode && symbols[index * map->keysyms_per_keycode + column] == symbolOfC;
+    const X11KeyFaces faces = X11KeyFaces::read(m_connection);
+    const auto pointer =
+        m_connection.reply(xcb_query_pointer_reply, xcb_query_pointer(m_connection.connection(), m_connection.root()));
+    if (faces.isEmpty() || !pointer) {
+        return std::nullopt; // the key at the place may be another command
+    }
+    const quint16 state = pointer->mask;
+    const auto types = [&](unsigned key) {
+        return faces.plainSymbol(static_cast<xcb_keycode_t>(key), state) == symbolOfC;
     };
-    if (types(static_cast<std::size_t>(place - setup->min_keycode))) {
-        return place;
-    }
-    for (std::size_t index = 0; index < count; ++index) {
-        if (types(index)) {
-            return static_cast<xcb_keycode_t>(setup->min_keycode + index);
-        }
-    }
-    return place;
+    const auto keys = std::views::iota(0U, greatest + 1);
+    const auto key = types(place) ? keys.end() : std::ranges::find_if(keys, types);
+    return key == keys.end() ? place : static_cast<xcb_keycode_t>(*key);
 }
 
 std::vector<xcb_keycode_t> X11KeyboardEvents::keysDown()

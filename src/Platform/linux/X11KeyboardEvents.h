@@ -37,12 +37,15 @@ private:
         std::vector<xcb_keycode_t> lifted;  ///< modifiers
     };
 
+    /// What is needed to know what the keys do. False while the server does not answer: a stroke made without knowing
+    /// that could leave a modifier down.
     [[nodiscard]] bool prepare();
     [[nodiscard]] bool begin(quint16 keyCode, quint32 flags);
     void end();
     /// The modifiers for the window that has the keyboard; nothing when the stroke must not reach it.
     [[nodiscard]] std::optional<quint32> flagsForFocus(quint32 flags);
-    /// The key that types the letter of the place, or the one at the place.
+    /// The key that types the letter of the place in the layout that is in use, or the one at the place; nothing when
+    /// the server does not tell.
     [[nodiscard]] std::optional<xcb_keycode_t> keyFor(quint16 macKeyCode);
     [[nodiscard]] std::vector<xcb_keycode_t> keysDown();
     void send(quint8 type, xcb_keycode_t key);
@@ -56,6 +59,7 @@ private:
     NoTerminalTest m_isNoTerminal;
     bool m_prepared = false;
     quint8 m_inputOpcode = 0;
+    bool m_hasKeyboardExtension = false;
     std::optional<Stroke> m_stroke;
 };
 
