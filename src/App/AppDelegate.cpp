@@ -1,5 +1,6 @@
 #include "App/AppDelegate.h"
 
+#include "App/OutsideAction.h"
 #include "App/Settings/SettingsWindowController.h"
 #include "App/TranslationCoordinator.h"
 #include "Core/HotKeyError.h"
@@ -17,13 +18,6 @@
 using namespace Qt::StringLiterals;
 
 namespace orvesa {
-
-namespace {
-
-/// What an outside name of a prompt begins with.
-constexpr QLatin1StringView promptPrefix("prompt:");
-
-} // namespace
 
 AppDelegate::AppDelegate(const Collaborators &collaborators)
     : m_with(collaborators), m_hotKeyService(collaborators.hotKeys)
@@ -85,11 +79,14 @@ void AppDelegate::perform(HotKeyAction action)
 
 void AppDelegate::performNamed(const QString &name)
 {
-    if (const auto action = fromRawValue<HotKeyAction>(name)) {
-        perform(*action);
-    } else if (name == "settings"_L1) {
+    const std::optional<OutsideAction> known = outsideAction(name);
+    const OutsideAction *action = known ? &*known : nullptr;
+    const auto *prompt = std::get_if<RunPrompt>(action);
+    if (const auto *hotKeyAction = std::get_if<HotKeyAction>(action)) {
+        perform(*hotKeyAction);
+    } else if (std::get_if<OpenSettings>(action) != nullptr) {
         openSettings();
-    } else if (!name.startsWith(promptPrefix) || !runPrompt(name.mid(promptPrefix.size()))) {
+    } else if (prompt == nullptr || !runPrompt(prompt->nameOrID)) {
         qWarning("OrvesaTranslate: unknown action %s", qUtf8Printable(printable(name.left(100))));
     }
 }

@@ -47,8 +47,7 @@ public:
     void applicationDidFinishLaunching();
     void openSettings();
     void perform(HotKeyAction action);
-    /// An action by its outside name (an action's raw value, or "settings" for the window). Unknown names are ignored
-    /// with a log line.
+    /// An action by its outside name (App/OutsideAction.h). Unknown names are ignored with a log line.
     void performNamed(const QString &name);
     /// The identifiers of the shortcuts that the keyboard gives to the program now.
     [[nodiscard]] QList<quint32> heldShortcuts() const { return m_hotKeyService.registered(); }

@@ -1,6 +1,7 @@
 #include "App/CommandLine.h"
 
 #include "App/DesktopCommandLine.h"
+#include "App/OutsideAction.h"
 #include "App/StoreCommandLine.h"
 
 #include <QCommandLineParser>
@@ -208,7 +209,8 @@ Request parse(const QStringList &arguments)
         return *misplaced;
     }
     if (parser.isSet(performOption)) {
-        return Perform{parser.value(performOption)};
+        const QString action = parser.value(performOption);
+        return outsideAction(action) ? Request(Perform{action}) : notOneOf(performOption, outsideActionNames());
     }
     return StartUtility{};
 }
@@ -218,7 +220,7 @@ QString helpText()
     return uR"(Usage:
   orvesa-translate                      start the utility, or open its settings where it runs already
   orvesa-translate --perform ACTION     ask the running utility for an action:
-                                        translateSelection, polishSelection, ocrTranslate
+                                        %3
   orvesa-translate translate [TEXT...]  translate a text and print the answer
       --to LANGUAGE                     into this language instead of the saved one
   orvesa-translate polish [TEXT...]     rewrite a text and print the answer
@@ -248,7 +250,7 @@ For translate, polish and prompt:
 
 Without TEXT the text is read from standard input; a TEXT of "-" before any "--" stands for it. Keys come from the
 desktop's key store. Exit codes: 0 success, 1 failure (the reason is on standard error), 2 wrong usage.
-)"_s.arg(rawValues<PolishMode>(), rawValues<AIProviderType>());
+)"_s.arg(rawValues<PolishMode>(), rawValues<AIProviderType>(), outsideActionNames());
 }
 
 } // namespace orvesa::CommandLine

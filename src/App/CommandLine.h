@@ -35,7 +35,7 @@ struct ShowHelp {
     bool operator==(const ShowHelp &) const = default;
 };
 struct Perform {
-    QString action;
+    QString action; ///< one that outsideAction() knows
     bool operator==(const Perform &) const = default;
 };
 /// One argument of the text to work on; without a value it stands for all of standard input.

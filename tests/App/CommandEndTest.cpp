@@ -50,7 +50,8 @@ TEST(CommandEnd, ComesWhenSomethingIsThrown)
         isLate = true;
         QCoreApplication::quit();
     });
-    EXPECT_EQ(Composition::run(ports, CommandLine::Recognize{u"image.png"_s}), CommandLine::ExitCode::failure);
+    EXPECT_EQ(Composition::run(ports, CommandLine::Recognize{QCoreApplication::applicationFilePath()}),
+              CommandLine::ExitCode::failure);
     EXPECT_FALSE(isLate);
 }
 

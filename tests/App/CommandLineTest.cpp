@@ -1,5 +1,7 @@
 #include "App/CommandLine.h"
 
+#include "App/OutsideAction.h"
+
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -30,6 +32,26 @@ TEST(CommandLine, AsksTheRunningInstance)
 {
     EXPECT_EQ(parse({u"--perform"_s, u"polishSelection"_s}), Request(Perform{u"polishSelection"_s}));
     EXPECT_TRUE(isUsageError({u"--perform"_s}));
+}
+
+TEST(CommandLine, AsksForEveryActionThatTheInstanceKnowsAndForNoOther)
+{
+    for (const HotKeyAction action : allCases<HotKeyAction>()) {
+        EXPECT_EQ(parse({u"--perform"_s, rawValue(action)}), Request(Perform{rawValue(action)}));
+        EXPECT_EQ(outsideAction(rawValue(action)), OutsideAction(action));
+    }
+    EXPECT_EQ(parse({u"--perform"_s, u"settings"_s}), Request(Perform{u"settings"_s}));
+    EXPECT_EQ(outsideAction(u"settings"_s), OutsideAction(OpenSettings{}));
+    EXPECT_EQ(parse({u"--perform"_s, u"prompt:Fix: it"_s}), Request(Perform{u"prompt:Fix: it"_s}));
+    EXPECT_EQ(outsideAction(u"prompt:Fix: it"_s), OutsideAction(RunPrompt{u"Fix: it"_s}));
+    for (const QString &name : {u""_s, u"translateselection"_s, u" settings"_s, u"Settings"_s, u"prompt"_s,
+                                u"prompt:"_s, u"Prompt:Fix"_s, u"nothing"_s}) {
+        EXPECT_EQ(outsideAction(name), std::nullopt) << name.toStdString();
+        EXPECT_EQ(parse({u"--perform"_s, name}),
+                  Request(UsageError{u"--perform takes one of: translateSelection, polishSelection, ocrTranslate, "
+                                     u"settings, prompt:NAME-OR-ID"_s}))
+            << name.toStdString();
+    }
 }
 
 TEST(CommandLine, TranslatesWithEveryOption)
@@ -86,6 +108,8 @@ TEST(CommandLine, RefusesWhatItDoesNotKnow)
 TEST(CommandLine, ListsItsRawValuesInTheHelp)
 {
     EXPECT_TRUE(helpText().contains(u"openAI, gemini, anthropic, xAI"_s));
+    EXPECT_TRUE(
+        helpText().contains(u"translateSelection, polishSelection, ocrTranslate, settings, prompt:NAME-OR-ID"_s));
     EXPECT_TRUE(helpText().contains(u"businessJapanese, naturalJapanese, traditionalChinese, concise"_s));
 }
 

@@ -84,7 +84,7 @@ TEST_F(ProgramAbsence, NoAccessibility)
     startOver(u"sin permiso"_s);
     desktop->setAccessibilityEnabled(false);
     // The program hears of it on the bus; once it has answered a later call there it knows.
-    ASSERT_EQ(desktop->runToEnd(TranslateProgram::pathBeside(), {u"--perform"_s, u"nothing"_s}).exitCode, 0);
+    ASSERT_EQ(desktop->runToEnd(TranslateProgram::pathBeside(), {u"--perform"_s, u"prompt:none"_s}).exitCode, 0);
     EXPECT_EQ(resultOfPress(),
               u"Accessibility permission is required. Enable it in System Settings › Privacy & Security › "
               u"Accessibility, then try again."_s);

@@ -64,7 +64,9 @@ TEST_F(ProgramCommand, WrongUsageEndsWithTwo)
     for (const QStringList &arguments :
          {QStringList{u"no-such-command"_s}, QStringList{u"translate"_s, u"--no-such-option"_s, u"text"_s},
           QStringList{u"polish"_s, u"--mode"_s, u"loud"_s, u"text"_s},
-          QStringList{u"translate"_s, u"--provider"_s, u"nobody"_s, u"text"_s}}) {
+          QStringList{u"translate"_s, u"--provider"_s, u"nobody"_s, u"text"_s},
+          QStringList{u"settings"_s, u"set"_s, u"settings.theme"_s, u"purple"_s},
+          QStringList{u"--perform"_s, u"translateselection"_s}}) {
         const ProcessResult result = command(arguments);
         EXPECT_EQ(result.exitCode, 2) << arguments.join(u' ').toStdString();
         EXPECT_FALSE(result.standardError.isEmpty());

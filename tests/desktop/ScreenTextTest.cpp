@@ -229,6 +229,7 @@ TEST_F(ScreenText, IsPrintedByTheCommandLine)
     const ProcessResult none = program->run({u"recognize"_s, u"/nowhere.png"_s});
     EXPECT_EQ(none.exitCode, 1);
     EXPECT_EQ(none.standardOutput, "");
+    EXPECT_EQ(none.standardError, "The image “/nowhere.png” could not be read.\n");
     EXPECT_EQ(program->run({u"recognize"_s}).exitCode, 2);
 }
 
