@@ -6,6 +6,7 @@
 #include "UI/SymbolButton.h"
 
 #include <QMainWindow>
+#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -42,6 +43,35 @@ TEST_F(SettingsViewTest, ARefusedShortcutIsExplainedUnderTheRows)
     EXPECT_FALSE(shownTexts().contains(u"Shortcuts must include ⌘, ⌥ or ⌃ (function keys excepted)."_s));
 }
 
+TEST_F(SettingsViewTest, AClickOnAnotherControlLeavesARecordingAloneAndOneOnTheBackgroundEndsIt)
+{
+    open(SettingsSection::shortcuts);
+    // As from the window system: only such clicks may move the focus.
+    const auto click = [this](const QWidget &widget, const QPoint &place) {
+        QTest::mouseClick(controller->window().windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                          widget.mapTo(&controller->window(), place));
+    };
+    const auto recorders = view().findChildren<HotKeyRecorderView *>();
+    click(*recorders[0], recorders[0]->rect().center());
+    ASSERT_TRUE(recorders[0]->isRecording());
+    click(*recorders[1], recorders[1]->rect().center());
+    EXPECT_TRUE(recorders[0]->isRecording());
+    EXPECT_FALSE(recorders[1]->isRecording());
+    EXPECT_TRUE(recorders[0]->hasFocus());
+    auto *reset = named<SymbolButton>(u"Reset to default (⌥S)"_s);
+    ASSERT_NE(reset, nullptr);
+    click(*reset, reset->rect().center());
+    EXPECT_TRUE(recorders[0]->isRecording());
+
+    click(view().page(), QPoint(1, view().page().height() - 2));
+    EXPECT_FALSE(recording.isRecording());
+    EXPECT_TRUE(view().hasFocus());
+    click(*recorders[1], recorders[1]->rect().center());
+    EXPECT_TRUE(recorders[1]->isRecording());
+    click(*recorders[1], recorders[1]->rect().center());
+    EXPECT_FALSE(recording.isRecording());
+}
+
 TEST_F(SettingsViewTest, LeavingThePageEndsRecording)
 {
     open(SettingsSection::shortcuts);
@@ -50,6 +80,7 @@ TEST_F(SettingsViewTest, LeavingThePageEndsRecording)
     view().setSelection(SettingsSection::general);
     EXPECT_FALSE(recording.isRecording());
     EXPECT_FALSE(keyMonitor.isMonitored());
+    EXPECT_TRUE(view().hasFocus()) << "no other control may be marked for it";
 }
 
 TEST_F(SettingsViewTest, ClosingTheWindowEndsRecordingAndTakesTheFeedbackAway)

@@ -37,8 +37,8 @@ SettingsView::SettingsView(SettingsServices services, ProviderKeyStatus &keyStat
 {
     setFixedSize(viewWidth, viewHeight);
     setAutoFillBackground(true);
-    // Whoever opens the window with the mouse sees no focus ring until the Tab key asks for one.
-    setFocusPolicy(Qt::ClickFocus);
+    // Whoever opens the window with the mouse sees no focus ring until the Tab key asks for one. No focus by policy,
+    // which would take it also at clicks on the controls that leave the focus, and with it a recording, where it is.
     setFocus(Qt::OtherFocusReason);
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -103,6 +103,11 @@ QWidget *SettingsView::makePage(SettingsSection section)
 void SettingsView::showPage()
 {
     if (m_page != nullptr) {
+        if (m_page->isAncestorOf(focusWidget())) {
+            // Whoever has clicked the other section was typing on this page: Qt would give the focus, with its ring, to
+            // the next control.
+            setFocus(Qt::OtherFocusReason);
+        }
         m_column->removeWidget(m_page);
         m_page->hide();
         // One of its buttons may be on the call stack.
@@ -141,7 +146,9 @@ void SettingsView::changeEvent(QEvent *event)
 
 void SettingsView::mousePressEvent(QMouseEvent *event)
 {
-    // The window can be dragged by its background, which is whatever takes no clicks itself.
+    // A click on the background, which is whatever takes no clicks itself, ends what was being typed or recorded; and
+    // the window can be dragged by it.
+    setFocus(Qt::MouseFocusReason);
     QWindow *handle = window()->windowHandle();
     if (event->button() == Qt::LeftButton && handle != nullptr) {
         handle->startSystemMove();
