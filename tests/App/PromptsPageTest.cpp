@@ -19,6 +19,7 @@
 #include <QScrollBar>
 
 #include <ctime>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -187,6 +188,48 @@ TEST_F(PromptsPageTest, TheKeyboardStaysWhereItWasNeeded)
     rows()[0]->deleteButton().click();
     EXPECT_EQ(view.focusWidget(), button(u"Add Prompt"_s));
     EXPECT_TRUE(settings.customPrompts().empty());
+}
+
+TEST_F(PromptsPageTest, RowsInDifferentScriptsAreEquallyHighAndDoNotOverlap)
+{
+    const auto expectOneAfterTheOther = [this] {
+        while (!page().list().isComplete()) {
+            QCoreApplication::processEvents();
+        }
+        int top = 0;
+        for (const PromptRow *row : rows()) {
+            EXPECT_EQ(row->y(), top);
+            EXPECT_EQ(row->height(), rows().front()->height());
+            EXPECT_GE(row->height(), row->sizeHint().height());
+            top = row->geometry().bottom() + 1 + 10;
+        }
+        EXPECT_EQ(page().list().height(), top - 10);
+    };
+    CustomPrompt low = prompt(u"要約する"_s, u"短くまとめてください。"_s);
+    CustomPrompt high = prompt(u"Summary"_s, u"Sum up."_s);
+    settings.setCustomPrompts({low, high});
+    open();
+    expectOneAfterTheOther();
+    const auto wanted = [this](std::size_t index) { return rows()[index]->sizeHint().height(); };
+    ASSERT_NE(wanted(0), wanted(1)) << "the fonts here tell nothing";
+    if (wanted(0) > wanted(1)) {
+        std::swap(low, high);
+    }
+    const int highest = rows()[0]->height();
+
+    // The highest is neither the first nor the last of those that are made at once or later.
+    const std::vector<CustomPrompt> lows(40, low);
+    std::vector<CustomPrompt> mixed = lows;
+    mixed[17] = high;
+    settings.setCustomPrompts(mixed);
+    expectOneAfterTheOther();
+    EXPECT_EQ(rows()[39]->height(), highest);
+    settings.setCustomPrompts(lows);
+    expectOneAfterTheOther();
+    EXPECT_LT(rows()[39]->height(), highest);
+    settings.setCustomPrompts(mixed);
+    expectOneAfterTheOther();
+    EXPECT_EQ(rows()[39]->height(), highest);
 }
 
 TEST_F(PromptsPageTest, OpensAtOnceWithVeryManyPromptsAndVeryLongNames)

@@ -3,6 +3,7 @@
 #include "App/Settings/PromptsSettingsViewModel.h"
 #include "UI/TextButton.h"
 
+#include <QLayout>
 #include <QTimerEvent>
 
 #include <algorithm>
@@ -35,15 +36,21 @@ void PromptListView::refresh()
         // Its own button may be on the call stack.
         row->deleteLater();
     }
+    m_rowHeight = 0;
     for (std::size_t index = 0; index < m_rows.size(); ++index) {
         m_rows[index]->setPrompt(prompts[index]);
+        // The layouts in the row's own hear of its new texts no earlier.
+        m_rows[index]->layout()->activate();
+        m_rowHeight = std::max(m_rowHeight, m_rows[index]->sizeHint().height());
     }
+    placeRows();
     makeRows(std::max(firstRows, m_rows.size()));
 }
 
 void PromptListView::makeRows(std::size_t wanted)
 {
     const std::vector<CustomPrompt> &prompts = m_model.prompts();
+    const int heightBefore = m_rowHeight;
     while (m_rows.size() < std::min(wanted, prompts.size())) {
         auto *row = new PromptRow(
             {.edit = [this](const QUuid &id) { m_model.edit(id); }, .remove = [this](const QUuid &id) { remove(id); }},
@@ -53,10 +60,14 @@ void PromptListView::makeRows(std::size_t wanted)
             setTabOrder(&m_rows.back()->deleteButton(), &row->editButton());
             setTabOrder(&row->editButton(), &row->deleteButton());
         }
-        m_rowHeight = row->sizeHint().height();
+        // Rows differ in height by the scripts in them.
+        m_rowHeight = std::max(m_rowHeight, row->sizeHint().height());
         m_rows.push_back(row);
         place(m_rows.size() - 1);
         row->show();
+    }
+    if (m_rowHeight != heightBefore) {
+        placeRows();
     }
     const int count = static_cast<int>(prompts.size());
     setFixedHeight(count == 0 ? 0 : count * (m_rowHeight + rowSpacing) - rowSpacing);
@@ -85,11 +96,16 @@ void PromptListView::place(std::size_t index)
     m_rows[index]->setGeometry(0, static_cast<int>(index) * (m_rowHeight + rowSpacing), width(), m_rowHeight);
 }
 
-void PromptListView::resizeEvent(QResizeEvent *event)
+void PromptListView::placeRows()
 {
     for (std::size_t index = 0; index < m_rows.size(); ++index) {
         place(index);
     }
+}
+
+void PromptListView::resizeEvent(QResizeEvent *event)
+{
+    placeRows();
     QWidget::resizeEvent(event);
 }
 

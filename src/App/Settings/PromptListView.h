@@ -3,8 +3,8 @@
 // The rows of the stored prompts, in their order.
 //
 // The rows of the first screen are there at once; many more follow while the event loop is idle, so that a long list
-// opens as quickly as a short one. All rows are equally high and are placed by counting: a layout would measure every
-// row for every new one. Main thread only.
+// opens as quickly as a short one. All rows are as high as the highest, since those in other scripts differ, and are
+// placed by counting: a layout would measure every row for every new one. Main thread only.
 
 #include "App/Settings/PromptRow.h"
 
@@ -36,11 +36,12 @@ protected:
 private:
     void makeRows(std::size_t wanted);
     void place(std::size_t index);
+    void placeRows();
     void remove(const QUuid &id);
 
     PromptsSettingsViewModel &m_model;
     std::vector<PromptRow *> m_rows;
-    int m_rowHeight = 0; ///< known from the first row
+    int m_rowHeight = 0; ///< of the highest row so far
     QBasicTimer m_fillTimer;
 };
 
