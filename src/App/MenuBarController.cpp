@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 #include <QCursor>
+#include <QGuiApplication>
 
 #include <algorithm>
 
@@ -25,6 +26,48 @@ QString shortened(const QString &title)
     }
     return title.left(title.at(longest - 1).isHighSurrogate() ? longest - 1 : longest) + u'…';
 }
+
+bool isLineBreak(QChar character)
+{
+    return character == u'\n' || character == u'\r' || character == u'\v' || character == u'\f' ||
+           character == QChar::LineSeparator || character == QChar::ParagraphSeparator;
+}
+
+/// The title with which the host's menu reads as the name. A name is data: nothing in it marks a key, and no tab sets
+/// its end apart as a shortcut.
+QString titleOf(const QString &name, MenuBarController::MenuHost host)
+{
+    QString title = shortened(name);
+    for (QChar &character : title) {
+        if (character == u'\t' || isLineBreak(character)) {
+            character = u' ';
+        }
+    }
+    if (host == MenuBarController::MenuHost::widgets) {
+        return title.replace(u'&', u"&&"_s);
+    }
+    // The bus marks by underscores. Qt makes one of the first ampersand, unless it is the last character, and tells the
+    // others as they are: so the first is written twice and becomes a mark on the ampersand itself.
+    title.replace(u'_', u"__"_s);
+    const qsizetype first = title.indexOf(u'&');
+    return first < 0 ? title : title.insert(first, u'&');
+}
+
+/// Whether the tray draws the menu as it is told of it over the session bus: then Qt has made a menu of the platform's
+/// from ours. It does so on macOS too, whose menus take no other marks than Qt's own.
+bool isToldOverTheBus(QMenu &menu)
+{
+    return menu.platformMenu() != nullptr && QGuiApplication::platformName() != "cocoa"_L1;
+}
+
+/// It may be open at this moment, with one of its actions on the call stack.
+void discard(std::unique_ptr<QMenu> menu)
+{
+    if (menu) {
+        menu.release()->deleteLater();
+    }
+}
+
 /// Menus do not inherit fonts from the menus that they belong to.
 void setInterfaceFont(QMenu &menu)
 {
@@ -66,6 +109,10 @@ void MenuBarController::showStatusItem()
     QSystemTrayIcon &item = m_statusItem->item;
     item.setToolTip(QCoreApplication::applicationName());
     item.setContextMenu(m_menu.get());
+    if (isToldOverTheBus(*m_menu)) {
+        m_toldMenu = build(MenuHost::bus);
+        item.setContextMenu(m_toldMenu.get());
+    }
     connect(&item, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger) {
             popUp();
@@ -79,14 +126,18 @@ void MenuBarController::rebuild()
     m_shownLanguage = m_settings.appLanguage();
     m_shownPrompts = m_settings.customPrompts();
     std::unique_ptr<QMenu> old = std::exchange(m_menu, build());
+    std::unique_ptr<QMenu> oldTold;
+    if (m_toldMenu) {
+        oldTold = std::exchange(m_toldMenu, build(MenuHost::bus));
+    }
     if (m_statusItem) {
-        m_statusItem->item.setContextMenu(m_menu.get());
+        m_statusItem->item.setContextMenu(m_toldMenu ? m_toldMenu.get() : m_menu.get());
     }
     if (old) {
         m_coordinator.noteStatusMenu(StatusMenu::closed);
-        // It may be open at this moment, with one of its actions on the call stack.
-        old.release()->deleteLater();
     }
+    discard(std::move(old));
+    discard(std::move(oldTold));
 }
 
 void MenuBarController::popUp()
@@ -96,12 +147,14 @@ void MenuBarController::popUp()
     m_menu->popup(icon.isEmpty() ? QCursor::pos() : icon.bottomLeft() + QPoint(0, 1));
 }
 
-std::unique_ptr<QMenu> MenuBarController::build()
+std::unique_ptr<QMenu> MenuBarController::build(MenuHost host)
 {
     auto menu = std::make_unique<QMenu>();
-    // Not before it is shown: the first look at a font reads all that are installed, as long as half of the start
-    // takes.
-    connect(menu.get(), &QMenu::aboutToShow, menu.get(), [shown = menu.get()] { setInterfaceFont(*shown); });
+    if (host == MenuHost::widgets) {
+        // Not before it is shown: the first look at a font reads all that are installed, as long as half of the start
+        // takes.
+        connect(menu.get(), &QMenu::aboutToShow, menu.get(), [shown = menu.get()] { setInterfaceFont(*shown); });
+    }
     // A tray that shows the menu itself says so: what is clicked there is clicked in our menu.
     connect(menu.get(), &QMenu::aboutToShow, this, [this] { m_coordinator.noteStatusMenu(StatusMenu::open); });
     connect(menu.get(), &QMenu::aboutToHide, this, [this] { m_coordinator.noteStatusMenu(StatusMenu::closed); });
@@ -114,7 +167,7 @@ std::unique_ptr<QMenu> MenuBarController::build()
     add(L10nKey::menuPolishSelection,
         [this] { m_coordinator.run(m_coordinator.polishTask(), TranslationCoordinator::menuDelay); });
     add(L10nKey::menuOCRTranslate, [this] { m_coordinator.ocrTranslate(); });
-    addPrompts(*menu);
+    addPrompts(*menu, host);
     menu->addSeparator();
     add(L10nKey::menuSettings, [this] { m_actions.openSettings(); });
     menu->addSeparator();
@@ -122,19 +175,20 @@ std::unique_ptr<QMenu> MenuBarController::build()
     return menu;
 }
 
-void MenuBarController::addPrompts(QMenu &menu)
+void MenuBarController::addPrompts(QMenu &menu, MenuHost host)
 {
     if (m_settings.customPrompts().empty()) {
         return;
     }
     menu.addSeparator();
     QMenu *submenu = menu.addMenu(Localization::string(L10nKey::menuPrompts));
-    // More prompts than the screen is high scroll, where the style would set column beside column.
-    submenu->setStyleSheet(u"QMenu { menu-scrollable: 1; }"_s);
+    if (host == MenuHost::widgets) {
+        // More prompts than the screen is high scroll, where the style would set column beside column.
+        submenu->setStyleSheet(u"QMenu { menu-scrollable: 1; }"_s);
+    }
     for (const CustomPrompt &prompt : m_settings.customPrompts()) {
-        const QString title = prompt.name.isEmpty() ? Localization::string(L10nKey::promptUntitled) : prompt.name;
-        // A name is data: an ampersand in it is no mnemonic.
-        QAction *action = submenu->addAction(shortened(title).replace(u'&', u"&&"_s));
+        const QString name = prompt.name.isEmpty() ? Localization::string(L10nKey::promptUntitled) : prompt.name;
+        QAction *action = submenu->addAction(titleOf(name, host));
         connect(action, &QAction::triggered, this, [this, id = prompt.id] { runCustomPrompt(id); });
     }
 }

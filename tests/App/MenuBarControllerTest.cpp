@@ -54,6 +54,19 @@ TEST_F(MenuBarControllerTest, ListsThePromptsInTheirOrder)
     EXPECT_EQ(titles(*menu->actions().at(4)->menu()), QStringList({u"R&&D"_s, u"Untitled Prompt"_s}));
 }
 
+TEST_F(MenuBarControllerTest, WritesATitleSoThatItsHostReadsTheName)
+{
+    using MenuHost = MenuBarController::MenuHost;
+    settings.setCustomPrompts({prompt(u"A & B & C"_s), prompt(u"fix_my_code_"_s), prompt(u"_&_"_s), prompt(u"R&"_s),
+                               prompt(u"Tab\there\nand\u2028there"_s)});
+    const auto shown = controller.build(MenuHost::widgets);
+    EXPECT_EQ(titles(*shown->actions().at(4)->menu()),
+              QStringList({u"A && B && C"_s, u"fix_my_code_"_s, u"_&&_"_s, u"R&&"_s, u"Tab here and there"_s}));
+    const auto told = controller.build(MenuHost::bus);
+    EXPECT_EQ(titles(*told->actions().at(4)->menu()),
+              QStringList({u"A && B & C"_s, u"fix__my__code__"_s, u"__&&__"_s, u"R&&"_s, u"Tab here and there"_s}));
+}
+
 TEST_F(MenuBarControllerTest, RunsItsActionsAfterTheDelay)
 {
     elements.focusSelectedText(u"Hola"_s);

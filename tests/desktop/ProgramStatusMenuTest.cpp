@@ -20,7 +20,10 @@ protected:
     }
 
     /// Windows of that process that were not there before.
-    [[nodiscard]] std::vector<xcb_window_t> windowsOf(qint64 pid) const { return desktop->windows().mapped({.pid = pid}); }
+    [[nodiscard]] std::vector<xcb_window_t> windowsOf(qint64 pid) const
+    {
+        return desktop->windows().mapped({.pid = pid});
+    }
 
     xcb_window_t awaitNewWindow(qint64 pid, const std::vector<xcb_window_t> &before)
     {
@@ -91,6 +94,40 @@ TEST_F(ProgramStatusMenu, FollowsTheColourOfTheTrayThatEmbedsIt)
     EXPECT_TRUE(happensWithin(std::chrono::seconds(3), [&] { return colors().second > 240; }))
         << colors().first << ".." << colors().second;
     EXPECT_LT(colors().first, 128);
+}
+
+TEST_F(ProgramStatusMenu, ReadsThePromptsNamesInATrayThatDrawsTheMenu)
+{
+    DesktopOptions options;
+    options.tray = Tray::statusNotifier;
+    options.accessibility = Accessibility::none;
+    setUp(options);
+    program->startUnheard();
+    const TrayItem item = desktop->tray().awaitItem(program->process().pid());
+    const QStringList names{u"A & B & C"_s, u"fix_my_code"_s, u"_&_"_s, u"R&"_s, u"&_"_s, u"Tab\there"_s};
+    QStringList prompts;
+    for (qsizetype index = 0; index < names.size(); ++index) {
+        prompts.append(uR"({"id":"00000000-0000-4000-8000-00000000000%1","name":"%2","template":"x"})"_s.arg(index).arg(
+            QString(names[index]).replace(u'\t', u"\\t"_s)));
+    }
+    const ProcessResult set =
+        desktop->runToEnd(TranslateProgram::pathBeside(),
+                          {u"settings"_s, u"set"_s, u"settings.customPrompts"_s, u'[' + prompts.join(u',') + u']'},
+                          desktop->withoutDisplay(), {});
+    ASSERT_EQ(set.exitCode, 0) << set.standardError.constData();
+    QStringList read;
+    waitUntil(
+        [&] {
+            read.clear();
+            for (const TrayMenuEntry &entry : desktop->tray().menu(item)) {
+                for (const TrayMenuEntry &inner : entry.entries) {
+                    read.append(inner.text);
+                }
+            }
+            return !read.empty();
+        },
+        u"the prompts in the tray's menu"_s);
+    EXPECT_EQ(read, QStringList(names).replaceInStrings(u"\t"_s, u" "_s));
 }
 
 TEST_F(ProgramStatusMenu, WorksByMouseInATrayThatDrawsTheIcon)
