@@ -83,6 +83,9 @@ public:
         return X11Reply<Reply>(static_cast<Reply *>(awaitReply(cookie.sequence)));
     }
 
+    /// For a request whose reply is no longer of interest.
+    void discardReply(unsigned sequence);
+
     /// How many replies have not come in time so far. Where it has grown over some questions, what they did not bring
     /// is unknown.
     [[nodiscard]] quint64 lateReplies() const { return m_lateReplies; }
@@ -100,7 +103,6 @@ private:
     };
 
     [[nodiscard]] void *awaitReply(unsigned sequence);
-    void discardReply(unsigned sequence);
     void collectAnswers();
     void open();
     void close();

@@ -68,6 +68,10 @@ std::optional<KeyboardMap> readKeyboardMap(X11Connection &connection)
     const auto keysCookie = xcb_get_keyboard_mapping(raw, setup->min_keycode, count);
     const auto modifiersCookie = xcb_get_modifier_mapping(raw);
     const auto keys = connection.reply(xcb_get_keyboard_mapping_reply, keysCookie);
+    if (connection.lateReplies() != lateBefore) {
+        connection.discardReply(modifiersCookie.sequence);
+        return std::nullopt;
+    }
     const auto modifiers = connection.reply(xcb_get_modifier_mapping_reply, modifiersCookie);
     if (connection.lateReplies() != lateBefore || !connection.isValid()) {
         return std::nullopt;
