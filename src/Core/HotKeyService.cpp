@@ -24,6 +24,7 @@ void HotKeyService::registerHotKey(quint32 id, const KeyCombo &combo, std::funct
         m_hotKeyRefs.erase(existing);
         m_port.unregisterHotKey(reference);
     }
+    m_port.labelKey({signature, id}, combo.keyLabel);
     const HotKeyRegistration registration =
         m_port.registerHotKey(combo.keyCode, combo.carbonModifiers, {signature, id});
     if (registration.status != HotKeyStatus::noErr || registration.reference == 0) {

@@ -55,13 +55,14 @@ TEST_F(HotKeyServiceTest, installsTheHandlerOnceForAllShortcuts)
     EXPECT_EQ(m_system.installs(), 1);
 }
 
-TEST_F(HotKeyServiceTest, passesKeyModifiersSignatureAndIdentifierOn)
+TEST_F(HotKeyServiceTest, passesKeyFaceModifiersSignatureAndIdentifierOn)
 {
     m_service->registerHotKey(1007, {35, 0x1900, u"P"_s}, [] {});
     ASSERT_EQ(m_system.liveRegistrations(), 1U);
     const FakeHotKeys::Registration &registration = m_system.registrations().begin()->second;
     EXPECT_EQ(registration.keyCode, 35U);
     EXPECT_EQ(registration.modifiers, 0x1900U);
+    EXPECT_EQ(registration.keyLabel, u"P"_s);
     EXPECT_EQ(registration.id.id, 1007U);
     EXPECT_EQ(registration.id.signature, (quint32{'K'} << 24) + (quint32{'V'} << 16) + (quint32{'H'} << 8) + 'K');
 }

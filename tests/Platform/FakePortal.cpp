@@ -80,6 +80,14 @@ void FakePortal::endSession()
     }
 }
 
+void FakePortal::tellClosed(const QString &session)
+{
+    QDBusMessage signal = QDBusMessage::createSignal(session, u"org.freedesktop.portal.Session"_s, u"Closed"_s);
+    signal.setArguments({QVariantMap()});
+    m_bus.send(signal);
+    say(u"closed"_s);
+}
+
 QDBusObjectPath FakePortal::CreateSession(const QVariantMap &options)
 {
     const QString request = pathFor(u"request"_s, options.value(u"handle_token"_s).toString());
@@ -164,6 +172,14 @@ void FakePortal::obey(const QString &order)
     if (order == "lose"_L1) {
         endSession();
         say(u"lost"_s);
+        return;
+    }
+    if (order == "close session"_L1 || order == "close another session"_L1) {
+        const QString session = m_session;
+        if (order == "close session"_L1) {
+            endSession();
+        }
+        tellClosed(m_session.isEmpty() ? session : session + u"_2"_s);
         return;
     }
     if (m_session.isEmpty()) {

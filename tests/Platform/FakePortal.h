@@ -4,10 +4,11 @@
 //
 // It says on standard output what it is asked for, and does what standard input tells it: "press ID", "refuse", "hold"
 // (keep answers back, as long as a person is asked), "hold closing" (keep sessions open that are to be closed), "go
-// on", "swallow closing" (close sessions without an answer), "lose" (end the session without a word), and "give" or
-// "give nothing" (keys with the session already, as Plasma 5 does). A session's path is taken until the session is
-// closed; who asks for it meanwhile is refused, and loses the session that has it, as with the real one, which tidies
-// up after a refusal by closing what it finds there. Main thread of its own process.
+// on", "swallow closing" (close sessions without an answer), "lose" (end the session without a word), "close session"
+// and "close another session" (end the session, or none, and say so to who has it), and "give" or "give nothing" (keys
+// with the session already, as Plasma 5 does). A session's path is taken until the session is closed; who asks for it
+// meanwhile is refused, and loses the session that has it, as with the real one, which tidies up after a refusal by
+// closing what it finds there. Main thread of its own process.
 
 #include "Platform/linux/PortalShortcut.h"
 
@@ -47,6 +48,7 @@ private:
     void refuse(const QString &request);
     void closeSession(const QDBusMessage &call);
     void endSession();
+    void tellClosed(const QString &session);
 
     QDBusConnection m_bus;
     QString m_session; ///< its path; empty while there is none

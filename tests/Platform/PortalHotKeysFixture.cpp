@@ -31,6 +31,7 @@ PortalHotKeysFixture::PortalHotKeysFixture() : m_desktop(busOnly())
 {
     capturedLog = &m_log;
     m_earlier = qInstallMessageHandler(captureLog);
+    listenTo(m_hotKeys);
 }
 
 PortalHotKeysFixture::~PortalHotKeysFixture()
@@ -39,10 +40,15 @@ PortalHotKeysFixture::~PortalHotKeysFixture()
     capturedLog = nullptr;
 }
 
-desktop::Process &PortalHotKeysFixture::startPortal()
+desktop::Process &PortalHotKeysFixture::startPortal(const QByteArray &order)
 {
     desktop::Process &portal = m_desktop->launch(QStringLiteral(ORVESA_FAKE_PORTAL));
     EXPECT_EQ(portal.readLine(), "ready");
+    if (!order.isEmpty()) {
+        portal.write(order + '\n');
+        const QByteArray answer = portal.readLine();
+        EXPECT_TRUE(answer == "holding" || answer == "giving" || answer == "refusing") << answer.constData();
+    }
     return portal;
 }
 
@@ -61,14 +67,41 @@ void PortalHotKeysFixture::listenTo(PortalHotKeys &hotKeys)
               HotKeyStatus::noErr);
 }
 
-void PortalHotKeysFixture::expectBoundAt(desktop::Process &portal, const QByteArray &binding)
+HotKeyRegistration PortalHotKeysFixture::registerKey(PortalHotKeys &hotKeys, quint32 key, quint32 id)
+{
+    const HotKeyRegistration registration = hotKeys.registerHotKey(key, option, {signature, id});
+    EXPECT_EQ(registration.status, HotKeyStatus::noErr);
+    return registration;
+}
+
+void PortalHotKeysFixture::expectBound(desktop::Process &portal, const QByteArray &shortcuts)
 {
     EXPECT_EQ(portal.readLine(), "session");
-    EXPECT_EQ(portal.readLine(), binding);
-    portal.write("press hotkey-1-ALT+d\n");
-    waitUntil([this] { return m_pressed.size() == 1; }, u"the press"_s);
-    EXPECT_EQ(m_pressed.front(), 1U);
+    EXPECT_EQ(portal.readLine(), "bind " + shortcuts);
+}
+
+desktop::Process &PortalHotKeysFixture::startPortalWithOneBound()
+{
+    desktop::Process &portal = startPortal();
+    (void)registerKey(m_hotKeys, keyD, 1);
+    expectBound(portal, "hotkey-1-ALT+d=ALT+d ()");
+    return portal;
+}
+
+void PortalHotKeysFixture::expectBoundAt(desktop::Process &portal, const QByteArray &shortcuts)
+{
+    expectBound(portal, shortcuts);
+    press(portal, "hotkey-1-ALT+d");
+    EXPECT_EQ(m_pressed.back(), 1U);
     EXPECT_EQ(m_log.size(), 1);
+}
+
+void PortalHotKeysFixture::press(desktop::Process &portal, const QByteArray &shortcut)
+{
+    const std::size_t before = m_pressed.size();
+    portal.write("press " + shortcut + '\n');
+    waitUntil([&] { return m_pressed.size() > before; }, u"the press"_s);
+    EXPECT_EQ(m_pressed.size(), before + 1);
 }
 
 } // namespace orvesa::tests

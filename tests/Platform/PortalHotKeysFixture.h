@@ -7,6 +7,7 @@
 #include "Platform/AdoptedDesktop.h"
 #include "Platform/ModifierBits.h"
 #include "Platform/linux/PortalHotKeys.h"
+#include "Platform/linux/X11Connection.h"
 
 #include <gtest/gtest.h>
 
@@ -29,16 +30,26 @@ protected:
     PortalHotKeysFixture();
     ~PortalHotKeysFixture() override;
 
-    desktop::Process &startPortal();
+    /// With an order that it obeys before anything is asked of it.
+    desktop::Process &startPortal(const QByteArray &order = {});
     /// Another portal in place of one that was killed, once that is known to have gone.
     desktop::Process &startPortalAfterLoss();
     void listenTo(PortalHotKeys &hotKeys);
+    /// Option and the key, under an identifier.
+    HotKeyRegistration registerKey(PortalHotKeys &hotKeys, quint32 key, quint32 id);
+    static void expectBound(desktop::Process &portal, const QByteArray &shortcuts);
+    /// A portal where Option-D of m_hotKeys is bound as number 1.
+    desktop::Process &startPortalWithOneBound();
     /// After the portal's loss: what is registered is bound there, and works.
-    void expectBoundAt(desktop::Process &portal, const QByteArray &binding);
+    void expectBoundAt(desktop::Process &portal, const QByteArray &shortcuts);
+    /// Has the desktop say that a shortcut was pressed, and waits for it.
+    void press(desktop::Process &portal, const QByteArray &shortcut);
 
     AdoptedDesktop m_desktop;
     QStringList m_log;
     std::vector<quint32> m_pressed;
+    X11Connection m_x11;
+    PortalHotKeys m_hotKeys{m_x11}; ///< listened to
 
 private:
     QtMessageHandler m_earlier = nullptr;

@@ -19,21 +19,16 @@ class PortalHotKeysSessionTest : public tests::PortalHotKeysFixture {};
 
 TEST_F(PortalHotKeysSessionTest, ChangesShortcutsWhileTheUserIsAskedAboutThoseBefore)
 {
-    desktop::Process &portal = startPortal();
-    PortalHotKeys hotKeys;
-    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
-    EXPECT_EQ(portal.readLine(), "session");
-    EXPECT_EQ(portal.readLine(), "bind hotkey-1-ALT+d=ALT+d ()");
+    desktop::Process &portal = startPortalWithOneBound();
     portal.write("hold\n");
     EXPECT_EQ(portal.readLine(), "holding");
-    const HotKeyRegistration second = hotKeys.registerHotKey(keyS, option, {signature, 2});
-    EXPECT_EQ(second.status, HotKeyStatus::noErr);
+    const HotKeyRegistration second = registerKey(m_hotKeys, keyS, 2);
     EXPECT_EQ(portal.readLine(), "close");
     EXPECT_EQ(portal.readLine(), "session");
     portal.write("go on\nhold\n");
     EXPECT_EQ(portal.readLine(), "holding");
     EXPECT_EQ(portal.readLine(), "bind hotkey-1-ALT+d=ALT+d (), hotkey-2-ALT+s=ALT+s ()");
-    EXPECT_EQ(hotKeys.unregisterHotKey(second.reference), HotKeyStatus::noErr);
+    EXPECT_EQ(m_hotKeys.unregisterHotKey(second.reference), HotKeyStatus::noErr);
     EXPECT_EQ(portal.readLine(), "close");
     EXPECT_EQ(portal.readLine(), "session");
     portal.write("go on\n");
@@ -42,36 +37,27 @@ TEST_F(PortalHotKeysSessionTest, ChangesShortcutsWhileTheUserIsAskedAboutThoseBe
 
 TEST_F(PortalHotKeysSessionTest, BindsWhatChangesWhileTheSessionIsStillToCome)
 {
-    desktop::Process &portal = startPortal();
-    portal.write("hold\n");
-    EXPECT_EQ(portal.readLine(), "holding");
-    PortalHotKeys hotKeys;
-    listenTo(hotKeys);
-    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    desktop::Process &portal = startPortal("hold");
+    (void)registerKey(m_hotKeys, keyD, 1);
     EXPECT_EQ(portal.readLine(), "session");
-    EXPECT_EQ(hotKeys.registerHotKey(keyS, option, {signature, 2}).status, HotKeyStatus::noErr);
+    (void)registerKey(m_hotKeys, keyS, 2);
     desktop::processEventsFor(std::chrono::milliseconds(100)); // there is one path, and it is taken
     portal.write("go on\n");
     EXPECT_EQ(portal.readLine(), "close");
-    EXPECT_EQ(portal.readLine(), "session");
-    EXPECT_EQ(portal.readLine(), "bind hotkey-1-ALT+d=ALT+d (), hotkey-2-ALT+s=ALT+s ()");
-    portal.write("press hotkey-2-ALT+s\n");
-    waitUntil([this] { return m_pressed.size() == 1; }, u"the press"_s);
+    expectBound(portal, "hotkey-1-ALT+d=ALT+d (), hotkey-2-ALT+s=ALT+s ()");
+    press(portal, "hotkey-2-ALT+s");
     EXPECT_EQ(m_pressed.front(), 2U);
     EXPECT_TRUE(m_log.isEmpty());
 }
 
 TEST_F(PortalHotKeysSessionTest, KeepsTheSessionWhenAChangeIsTakenBackBeforeItIsThere)
 {
-    desktop::Process &portal = startPortal();
-    portal.write("hold\n");
-    EXPECT_EQ(portal.readLine(), "holding");
-    PortalHotKeys hotKeys;
-    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    desktop::Process &portal = startPortal("hold");
+    (void)registerKey(m_hotKeys, keyD, 1);
     EXPECT_EQ(portal.readLine(), "session");
-    const HotKeyRegistration second = hotKeys.registerHotKey(keyS, option, {signature, 2});
+    const HotKeyRegistration second = registerKey(m_hotKeys, keyS, 2);
     desktop::processEventsFor(std::chrono::milliseconds(50));
-    EXPECT_EQ(hotKeys.unregisterHotKey(second.reference), HotKeyStatus::noErr);
+    EXPECT_EQ(m_hotKeys.unregisterHotKey(second.reference), HotKeyStatus::noErr);
     desktop::processEventsFor(std::chrono::milliseconds(50));
     portal.write("go on\n");
     EXPECT_EQ(portal.readLine(), "bind hotkey-1-ALT+d=ALT+d ()");
@@ -79,24 +65,17 @@ TEST_F(PortalHotKeysSessionTest, KeepsTheSessionWhenAChangeIsTakenBackBeforeItIs
 
 TEST_F(PortalHotKeysSessionTest, AsksForNoSessionBeforeTheOneBeforeIsClosed)
 {
-    desktop::Process &portal = startPortal();
-    PortalHotKeys hotKeys;
-    listenTo(hotKeys);
-    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
-    EXPECT_EQ(portal.readLine(), "session");
-    EXPECT_EQ(portal.readLine(), "bind hotkey-1-ALT+d=ALT+d ()");
+    desktop::Process &portal = startPortalWithOneBound();
     portal.write("hold closing\n");
     EXPECT_EQ(portal.readLine(), "holding");
-    EXPECT_EQ(hotKeys.registerHotKey(keyS, option, {signature, 2}).status, HotKeyStatus::noErr);
+    (void)registerKey(m_hotKeys, keyS, 2);
     EXPECT_EQ(portal.readLine(), "close");
-    EXPECT_EQ(hotKeys.registerHotKey(keyS, option | shift, {signature, 3}).status, HotKeyStatus::noErr);
+    EXPECT_EQ(m_hotKeys.registerHotKey(keyS, option | shift, {signature, 3}).status, HotKeyStatus::noErr);
     desktop::processEventsFor(std::chrono::milliseconds(100));
     portal.write("go on\n");
-    EXPECT_EQ(portal.readLine(), "session");
-    EXPECT_EQ(portal.readLine(), "bind hotkey-1-ALT+d=ALT+d (), hotkey-2-ALT+s=ALT+s (), "
-                                 "hotkey-3-ALT+SHIFT+s=ALT+SHIFT+s ()");
-    portal.write("press hotkey-3-ALT+SHIFT+s\n");
-    waitUntil([this] { return m_pressed.size() == 1; }, u"the press"_s);
+    expectBound(portal, "hotkey-1-ALT+d=ALT+d (), hotkey-2-ALT+s=ALT+s (), "
+                        "hotkey-3-ALT+SHIFT+s=ALT+SHIFT+s ()");
+    press(portal, "hotkey-3-ALT+SHIFT+s");
     EXPECT_EQ(m_pressed.front(), 3U);
     EXPECT_TRUE(m_log.isEmpty());
 }
@@ -104,15 +83,14 @@ TEST_F(PortalHotKeysSessionTest, AsksForNoSessionBeforeTheOneBeforeIsClosed)
 TEST_F(PortalHotKeysSessionTest, WaitsForNoAnswerToAClosingForEver)
 {
     desktop::Process &portal = startPortal();
-    PortalHotKeys hotKeys(std::chrono::milliseconds(200));
-    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
-    EXPECT_EQ(portal.readLine(), "session");
-    EXPECT_EQ(portal.readLine(), "bind hotkey-1-ALT+d=ALT+d ()");
+    PortalHotKeys hotKeys(m_x11, std::chrono::milliseconds(200));
+    (void)registerKey(hotKeys, keyD, 1);
+    expectBound(portal, "hotkey-1-ALT+d=ALT+d ()");
     portal.write("swallow closing\n");
     EXPECT_EQ(portal.readLine(), "holding");
     QElapsedTimer elapsed;
     elapsed.start();
-    EXPECT_EQ(hotKeys.registerHotKey(keyS, option, {signature, 2}).status, HotKeyStatus::noErr);
+    (void)registerKey(hotKeys, keyS, 2);
     EXPECT_EQ(portal.readLine(), "close");
     EXPECT_EQ(portal.readLine(), "session");
     EXPECT_GE(elapsed.elapsed(), 190);
@@ -122,11 +100,9 @@ TEST_F(PortalHotKeysSessionTest, WaitsForNoAnswerToAClosingForEver)
 
 TEST_F(PortalHotKeysSessionTest, WaitsForNoSessionForEverAndTakesOneThatComesLate)
 {
-    desktop::Process &portal = startPortal();
-    portal.write("hold\n");
-    EXPECT_EQ(portal.readLine(), "holding");
-    PortalHotKeys hotKeys(std::chrono::seconds(3), std::chrono::milliseconds(200));
-    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    desktop::Process &portal = startPortal("hold");
+    PortalHotKeys hotKeys(m_x11, std::chrono::seconds(3), std::chrono::milliseconds(200));
+    (void)registerKey(hotKeys, keyD, 1);
     EXPECT_EQ(portal.readLine(), "session");
     waitUntil([this] { return m_log.size() == 1; }, u"the word about it"_s);
     EXPECT_TRUE(m_log.first().contains(u"orvesa-translate --perform translateSelection"_s));
@@ -136,13 +112,11 @@ TEST_F(PortalHotKeysSessionTest, WaitsForNoSessionForEverAndTakesOneThatComesLat
 
 TEST_F(PortalHotKeysSessionTest, ClosesTheSessionThatNeverCameBeforeItAsksForAnother)
 {
-    desktop::Process &portal = startPortal();
-    portal.write("hold\n");
-    EXPECT_EQ(portal.readLine(), "holding");
-    PortalHotKeys hotKeys(std::chrono::seconds(3), std::chrono::milliseconds(200));
-    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    desktop::Process &portal = startPortal("hold");
+    PortalHotKeys hotKeys(m_x11, std::chrono::seconds(3), std::chrono::milliseconds(200));
+    (void)registerKey(hotKeys, keyD, 1);
     EXPECT_EQ(portal.readLine(), "session");
-    EXPECT_EQ(hotKeys.registerHotKey(keyS, option, {signature, 2}).status, HotKeyStatus::noErr);
+    (void)registerKey(hotKeys, keyS, 2);
     EXPECT_EQ(portal.readLine(), "close");
     EXPECT_EQ(portal.readLine(), "session");
     portal.write("go on\n"); // with the answer to the first one, which is nobody's any more
@@ -152,70 +126,94 @@ TEST_F(PortalHotKeysSessionTest, ClosesTheSessionThatNeverCameBeforeItAsksForAno
 
 TEST_F(PortalHotKeysSessionTest, BindsAnewWhenThePortalIsBack)
 {
-    desktop::Process &portal = startPortal();
-    PortalHotKeys hotKeys;
-    listenTo(hotKeys);
-    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
-    EXPECT_EQ(portal.readLine(), "session");
-    EXPECT_EQ(portal.readLine(), "bind hotkey-1-ALT+d=ALT+d ()");
+    desktop::Process &portal = startPortalWithOneBound();
     portal.kill();
-    expectBoundAt(startPortalAfterLoss(), "bind hotkey-1-ALT+d=ALT+d ()");
+    expectBoundAt(startPortalAfterLoss(), "hotkey-1-ALT+d=ALT+d ()");
 }
 
 TEST_F(PortalHotKeysSessionTest, OutlivesAPortalThatVanishesWhileASessionIsAwaited)
 {
-    desktop::Process &portal = startPortal();
-    portal.write("hold\n");
-    EXPECT_EQ(portal.readLine(), "holding");
-    PortalHotKeys hotKeys;
-    listenTo(hotKeys);
-    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    desktop::Process &portal = startPortal("hold");
+    (void)registerKey(m_hotKeys, keyD, 1);
     EXPECT_EQ(portal.readLine(), "session");
     portal.kill();
-    expectBoundAt(startPortalAfterLoss(), "bind hotkey-1-ALT+d=ALT+d ()");
+    expectBoundAt(startPortalAfterLoss(), "hotkey-1-ALT+d=ALT+d ()");
 }
 
 TEST_F(PortalHotKeysSessionTest, OutlivesAPortalThatVanishesBeforeItTakesTheCall)
 {
     desktop::Process &portal = startPortal();
-    PortalHotKeys hotKeys;
-    listenTo(hotKeys);
-    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    (void)registerKey(m_hotKeys, keyD, 1);
     portal.freeze();
     desktop::processEventsFor(std::chrono::milliseconds(50)); // the call leaves
     portal.kill();
-    expectBoundAt(startPortalAfterLoss(), "bind hotkey-1-ALT+d=ALT+d ()");
+    expectBoundAt(startPortalAfterLoss(), "hotkey-1-ALT+d=ALT+d ()");
 }
 
 TEST_F(PortalHotKeysSessionTest, OutlivesAPortalThatVanishesWhileASessionIsClosed)
 {
     desktop::Process &portal = startPortal();
-    PortalHotKeys hotKeys;
-    listenTo(hotKeys);
-    EXPECT_EQ(hotKeys.registerHotKey(keyS, option, {signature, 2}).status, HotKeyStatus::noErr);
-    EXPECT_EQ(portal.readLine(), "session");
-    EXPECT_EQ(portal.readLine(), "bind hotkey-2-ALT+s=ALT+s ()");
+    (void)registerKey(m_hotKeys, keyS, 2);
+    expectBound(portal, "hotkey-2-ALT+s=ALT+s ()");
     portal.write("hold closing\n");
     EXPECT_EQ(portal.readLine(), "holding");
-    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    (void)registerKey(m_hotKeys, keyD, 1);
     EXPECT_EQ(portal.readLine(), "close");
     portal.kill();
-    expectBoundAt(startPortalAfterLoss(), "bind hotkey-1-ALT+d=ALT+d (), hotkey-2-ALT+s=ALT+s ()");
+    expectBoundAt(startPortalAfterLoss(), "hotkey-1-ALT+d=ALT+d (), hotkey-2-ALT+s=ALT+s ()");
 }
 
 TEST_F(PortalHotKeysSessionTest, SaysWhenTheSessionIsGoneBeforeTheShortcutsAreBound)
 {
-    desktop::Process &portal = startPortal();
-    portal.write("hold\n");
-    EXPECT_EQ(portal.readLine(), "holding");
-    PortalHotKeys hotKeys;
-    EXPECT_EQ(hotKeys.registerHotKey(keyD, option, {signature, 1}).status, HotKeyStatus::noErr);
+    desktop::Process &portal = startPortal("hold");
+    (void)registerKey(m_hotKeys, keyD, 1);
     EXPECT_EQ(portal.readLine(), "session");
     portal.write("lose\ngo on\n");
     EXPECT_EQ(portal.readLine(), "lost");
     EXPECT_EQ(portal.readLine(), "bind in a closed session");
     waitUntil([this] { return m_log.size() == 1; }, u"the word about it"_s);
     EXPECT_TRUE(m_log.first().contains(u"did not take"_s)) << m_log.first().toStdString();
+}
+
+TEST_F(PortalHotKeysSessionTest, AsksForAnotherSessionWhenTheDesktopClosesOne)
+{
+    desktop::Process &portal = startPortalWithOneBound();
+    portal.write("close session\n");
+    EXPECT_EQ(portal.readLine(), "closed");
+    expectBoundAt(portal, "hotkey-1-ALT+d=ALT+d ()");
+    EXPECT_TRUE(m_log.first().contains(u"the desktop closed the session"_s)) << m_log.first().toStdString();
+
+    // One that has served is not forgotten either.
+    portal.write("close session\n");
+    EXPECT_EQ(portal.readLine(), "closed");
+    expectBound(portal, "hotkey-1-ALT+d=ALT+d ()");
+    EXPECT_EQ(m_log.size(), 2);
+}
+
+TEST_F(PortalHotKeysSessionTest, LetsASessionGoThatIsClosedAgainAndAgain)
+{
+    desktop::Process &portal = startPortalWithOneBound();
+    portal.write("close session\n");
+    EXPECT_EQ(portal.readLine(), "closed");
+    expectBound(portal, "hotkey-1-ALT+d=ALT+d ()");
+    portal.write("close session\n");
+    EXPECT_EQ(portal.readLine(), "closed");
+    waitUntil([this] { return m_log.size() == 2; }, u"the word about it"_s);
+    EXPECT_TRUE(m_log.last().contains(u"orvesa-translate --perform translateSelection"_s));
+    desktop::processEventsFor(std::chrono::milliseconds(100)); // whatever it asked for would come before what follows
+    (void)registerKey(m_hotKeys, keyS, 2);
+    expectBound(portal, "hotkey-1-ALT+d=ALT+d (), hotkey-2-ALT+s=ALT+s ()");
+    press(portal, "hotkey-2-ALT+s");
+    EXPECT_EQ(m_log.size(), 2);
+}
+
+TEST_F(PortalHotKeysSessionTest, TakesNoSessionForClosedThatIsNotItsOwn)
+{
+    desktop::Process &portal = startPortalWithOneBound();
+    portal.write("close another session\n");
+    EXPECT_EQ(portal.readLine(), "closed");
+    press(portal, "hotkey-1-ALT+d");
+    EXPECT_TRUE(m_log.isEmpty());
 }
 
 } // namespace

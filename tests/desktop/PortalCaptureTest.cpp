@@ -26,10 +26,14 @@ protected:
         file.resize(std::max(size, file.size()));
         return file.fileName();
     }
+    static QString toolPath()
+    {
+        return TranslateProgram::pathBeside().replace(u"orvesa-translate"_s, u"orvesa-screencapture"_s);
+    }
     Process &start()
     {
-        return desktop.launch(TranslateProgram::pathBeside().replace(u"orvesa-translate"_s, u"orvesa-screencapture"_s),
-                              {u"-i"_s, u"-x"_s, path}, {{u"WAYLAND_DISPLAY"_s, u"wayland-9"_s}});
+        return desktop.launch(toolPath(), {u"-i"_s, u"-x"_s, path},
+                              {{u"WAYLAND_DISPLAY"_s, u"wayland-9"_s}, {u"XDG_SESSION_TYPE"_s, u"wayland"_s}});
     }
 
     Desktop desktop;
@@ -75,6 +79,17 @@ TEST_F(PortalCapture, TakesFilesOfThisMachineAlone)
     const ProcessResult result = start().awaitEnd();
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(result.standardError.contains("gave no file")) << result.standardError.constData();
+}
+
+TEST_F(PortalCapture, LeavesX11SessionsToThemselves)
+{
+    // The variable is of an earlier session of the same user.
+    Process &tool = desktop.launch(toolPath(), {u"-i"_s, u"-x"_s, path},
+                                   {{u"WAYLAND_DISPLAY"_s, u"wayland-9"_s}, {u"XDG_SESSION_TYPE"_s, u"x11"_s}});
+    desktop.windows().awaitWindow({.pid = tool.pid()});
+    EXPECT_EQ(portal.requests, 0);
+    tool.requestEnd();
+    (void)tool.awaitEnd();
 }
 
 TEST_F(PortalCapture, RefusesAHugeFile)

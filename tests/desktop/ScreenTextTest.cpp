@@ -283,7 +283,8 @@ TEST_F(ScreenText, NeedsAPortalUnderWayland)
     setUp();
     const ProcessResult result =
         desktop->runToEnd(TranslateProgram::pathBeside().replace(u"orvesa-translate"_s, overlayClass),
-                          {u"-i"_s, u"-x"_s, u"/tmp/never.png"_s}, {{u"WAYLAND_DISPLAY"_s, u"wayland-9"_s}});
+                          {u"-i"_s, u"-x"_s, u"/tmp/never.png"_s},
+                          {{u"WAYLAND_DISPLAY"_s, u"wayland-9"_s}, {u"XDG_SESSION_TYPE"_s, u"wayland"_s}});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(result.standardError.contains("screenshot portal cannot be used")) << result.standardError.constData();
 }

@@ -29,7 +29,7 @@ HotKeyRegistration FakeHotKeys::registerHotKey(quint32 keyCode, quint32 modifier
     if (takenByOurselves || m_takenByAnother.contains({keyCode, modifiers})) {
         return {HotKeyStatus::hotKeyExists, 0};
     }
-    m_registrations[++m_lastReference] = {keyCode, modifiers, id};
+    m_registrations[++m_lastReference] = {keyCode, modifiers, id, m_labels[id.id]};
     return {HotKeyStatus::noErr, m_lastReference};
 }
 
@@ -37,6 +37,11 @@ qint32 FakeHotKeys::unregisterHotKey(HotKeyRef reference)
 {
     m_unregistered.push_back(reference);
     return m_registrations.erase(reference) != 0 ? HotKeyStatus::noErr : HotKeyStatus::hotKeyInvalid;
+}
+
+void FakeHotKeys::labelKey(HotKeyID id, const QString &keyLabel)
+{
+    m_labels[id.id] = keyLabel;
 }
 
 qint32 FakeHotKeys::fire(HotKeyID id)

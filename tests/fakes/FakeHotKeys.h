@@ -18,12 +18,14 @@ public:
         quint32 keyCode = 0;
         quint32 modifiers = 0;
         HotKeyID id;
+        QString keyLabel;
     };
 
     [[nodiscard]] qint32 installHandler(Handler handler) override;
     void removeHandler() override;
     [[nodiscard]] HotKeyRegistration registerHotKey(quint32 keyCode, quint32 modifiers, HotKeyID id) override;
     qint32 unregisterHotKey(HotKeyRef reference) override;
+    void labelKey(HotKeyID id, const QString &keyLabel) override;
 
     /// Delivers an event for the identifier, registered or not. eventNotHandled when no handler is installed.
     qint32 fire(HotKeyID id);
@@ -45,6 +47,7 @@ public:
 private:
     Handler m_handler;
     std::map<HotKeyRef, Registration> m_registrations;
+    std::map<quint32, QString> m_labels;
     std::set<std::pair<quint32, quint32>> m_takenByAnother;
     std::vector<HotKeyRef> m_unregistered;
     std::optional<HotKeyRegistration> m_registerAnswer;

@@ -84,6 +84,8 @@ QString roomName(Room room)
         return u"macos"_s;
     case Room::tools:
         return u"tools"_s;
+    case Room::linuxSession:
+        return u"session"_s;
     }
     return {};
 }
@@ -94,7 +96,7 @@ std::optional<Room> roomOf(const QString &path)
     const QString rest = path.section(u'/', 1);
     if (folder == "Platform"_L1) {
         if (rest.startsWith("linux/"_L1)) {
-            return Room::linuxAdapters;
+            return rest.startsWith("linux/WaylandSession."_L1) ? Room::linuxSession : Room::linuxAdapters;
         }
         if (rest.startsWith("macos/"_L1)) {
             return Room::macosAdapters;
@@ -118,7 +120,10 @@ bool mayInclude(Room from, Room to)
     if (from == to) {
         return true;
     }
-    if (from == Room::tools || to == Room::tools) {
+    if (to == Room::linuxSession) {
+        return from == Room::linuxAdapters || from == Room::composition || from == Room::tools;
+    }
+    if (from == Room::linuxSession || from == Room::tools || to == Room::tools) {
         return false;
     }
     if (from == Room::linuxAdapters || from == Room::macosAdapters) {

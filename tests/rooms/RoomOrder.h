@@ -12,8 +12,22 @@
 namespace orvesa {
 
 /// Lowest first. The adapters of a desktop stand beside the order: they see the ports and nothing else. So do the
-/// tools, which are programs of their own: they see nothing of the others, and none of the others sees them.
-enum class Room { ports, ground, models, ai, core, ui, app, composition, linuxAdapters, macosAdapters, tools };
+/// tools, which are programs of their own: they see nothing of the others, and none of the others sees them. What a
+/// session of Linux is, its adapters and the tools must agree on: both see that, and it sees nothing.
+enum class Room {
+    ports,
+    ground,
+    models,
+    ai,
+    core,
+    ui,
+    app,
+    composition,
+    linuxAdapters,
+    macosAdapters,
+    tools,
+    linuxSession
+};
 
 [[nodiscard]] QString roomName(Room room);
 /// The room of a file by its path below src; none for a path outside every room.

@@ -19,6 +19,8 @@ TEST(RoomOrder, knowsTheRoomOfEveryPath)
 {
     EXPECT_EQ(roomOf(u"Platform/ClockPort.h"_s), Room::ports);
     EXPECT_EQ(roomOf(u"Platform/linux/QtClock.cpp"_s), Room::linuxAdapters);
+    EXPECT_EQ(roomOf(u"Platform/linux/WaylandSession.h"_s), Room::linuxSession);
+    EXPECT_EQ(roomOf(u"Platform/linux/WaylandPointer.h"_s), Room::linuxAdapters);
     EXPECT_EQ(roomOf(u"Platform/macos/Pasteboard.mm"_s), Room::macosAdapters);
     EXPECT_EQ(roomOf(u"Core/Localization.h"_s), Room::ground);
     EXPECT_EQ(roomOf(u"Core/LocalizationJapanese.cpp"_s), Room::ground);
@@ -63,6 +65,19 @@ TEST(RoomOrder, letsOnlyTheCompositionNameADesktop)
     EXPECT_FALSE(mayInclude(Room::tools, Room::ports));
     EXPECT_FALSE(mayInclude(Room::composition, Room::tools));
     EXPECT_FALSE(mayInclude(Room::ui, Room::composition));
+}
+
+TEST(RoomOrder, letsAdaptersAndToolsAgreeOnTheSession)
+{
+    for (const Room room : {Room::linuxAdapters, Room::composition, Room::tools}) {
+        EXPECT_TRUE(mayInclude(room, Room::linuxSession)) << roomName(room).toStdString();
+    }
+    for (const Room room : {Room::ports, Room::core, Room::app, Room::macosAdapters}) {
+        EXPECT_FALSE(mayInclude(room, Room::linuxSession)) << roomName(room).toStdString();
+    }
+    for (const Room room : {Room::ports, Room::linuxAdapters, Room::tools}) {
+        EXPECT_FALSE(mayInclude(Room::linuxSession, room)) << roomName(room).toStdString();
+    }
 }
 
 TEST(RoomOrder, passesATreeInOrder)

@@ -49,7 +49,7 @@ struct LinuxDesktop::Adapters {
     ATSPIBus bus;
     WaylandWorkspace workspace;
     X11HotKeys hotKeys;
-    PortalHotKeys portalHotKeys; ///< in place of those in a Wayland session
+    PortalHotKeys portalHotKeys{x11}; ///< in place of those in a Wayland session
     DesktopKeyMonitor keyMonitor;
     DesktopTray tray{x11};
     X11MouseMonitor mouseMonitor;

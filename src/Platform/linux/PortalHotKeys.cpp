@@ -1,14 +1,12 @@
 #include "Platform/linux/PortalHotKeys.h"
 
+#include "Platform/linux/PortalCalls.h"
 #include "Platform/linux/PortalShortcut.h"
 #include "Platform/linux/SessionBus.h"
 
-#include <QDBusError>
-#include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
-#include <QDBusVariant>
 #include <QMetaObject>
 
 #include <algorithm>
@@ -17,66 +15,28 @@
 namespace orvesa {
 
 using namespace Qt::StringLiterals;
+using PortalCalls::pathOf;
 
 namespace {
 
-constexpr int boundInMilliseconds = 250;
 constexpr const char *bindByHand =
     "Bind \"orvesa-translate --perform translateSelection\" (or polishSelection, ocrTranslate, prompt:NAME) to keys in "
     "the desktop's keyboard settings.";
 
-constexpr auto service = "org.freedesktop.portal.Desktop"_L1;
-constexpr auto objectPath = "/org/freedesktop/portal/desktop"_L1;
-constexpr auto shortcutsInterface = "org.freedesktop.portal.GlobalShortcuts"_L1;
-constexpr auto requestInterface = "org.freedesktop.portal.Request"_L1;
 /// One desktop shows this name in its settings, and keeps the keys that the user chose there under it, for programs of
 /// which it knows nothing else. So it is always the same.
 constexpr auto sessionToken = "Orvesa_Translate"_L1;
 
-/// Under this name the desktop keeps the keys that the user gave a shortcut. The keys that are wished for belong to it:
-/// with others it is another shortcut, and the desktop looks at the wish again.
-QString shortcutName(quint32 id, const QString &trigger)
-{
-    return u"hotkey-%1-%2"_s.arg(id).arg(trigger);
-}
-
-/// Whether the portal has not started, or has not come to answering, rather than answered that it has no shortcuts.
-bool isStillToCome(const QDBusConnection &bus, const QDBusMessage &failure)
-{
-    const QString error = failure.errorName();
-    if (error == QDBusError::errorString(QDBusError::NoReply) ||
-        error == QDBusError::errorString(QDBusError::TimedOut)) {
-        return true;
-    }
-    if (error != QDBusError::errorString(QDBusError::ServiceUnknown) &&
-        error != "org.freedesktop.DBus.Error.NameHasNoOwner"_L1) {
-        return false;
-    }
-    const QDBusMessage question = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
-                                                                 u"org.freedesktop.DBus"_s, u"ListActivatableNames"_s);
-    const QDBusMessage answer = bus.call(question, QDBus::Block, boundInMilliseconds);
-    return answer.type() == QDBusMessage::ReplyMessage && answer.arguments().value(0).toStringList().contains(service);
-}
-
-QDBusMessage closingCall(const QString &session)
-{
-    QDBusMessage message =
-        QDBusMessage::createMethodCall(service, session, u"org.freedesktop.portal.Session"_s, u"Close"_s);
-    message.setAutoStartService(false); // a portal that has gone has no session
-    return message;
-}
-
-QDBusMessage portalCall(const QString &method, const QVariantList &arguments)
-{
-    QDBusMessage message = QDBusMessage::createMethodCall(service, objectPath, shortcutsInterface, method);
-    message.setArguments(arguments);
-    return message;
-}
-
 } // namespace
 
-PortalHotKeys::PortalHotKeys(std::chrono::milliseconds closingBound, std::chrono::milliseconds creationBound)
-    : m_closingBound(closingBound)
+QString PortalHotKeys::HotKey::name() const
+{
+    return u"hotkey-%1-%2"_s.arg(id.id).arg(trigger);
+}
+
+PortalHotKeys::PortalHotKeys(X11Connection &connection, std::chrono::milliseconds closingBound,
+                             std::chrono::milliseconds creationBound)
+    : m_keys(connection, [this] { keysChanged(); }), m_closingBound(closingBound)
 {
     m_creationBound.setSingleShot(true);
     m_creationBound.setInterval(creationBound);
@@ -86,7 +46,7 @@ PortalHotKeys::PortalHotKeys(std::chrono::milliseconds closingBound, std::chrono
 PortalHotKeys::~PortalHotKeys()
 {
     if (auto bus = SessionBus::connection(); bus && !m_session.isEmpty()) {
-        bus->send(closingCall(m_session));
+        bus->send(PortalCalls::closingCall(m_session));
     }
 }
 
@@ -95,19 +55,14 @@ bool PortalHotKeys::isOffered()
     if (!m_isOffered) {
         m_isOffered = false;
         if (auto bus = SessionBus::connection()) {
-            QDBusMessage question =
-                QDBusMessage::createMethodCall(service, objectPath, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
-            question.setArguments({shortcutsInterface, u"version"_s});
-            question.setAutoStartService(false);
-            const QDBusMessage answer = bus->call(question, QDBus::Block, boundInMilliseconds);
-            // At login the portal may be still to come, or on its way; what it can do shows when it is asked for it.
-            m_isOffered = answer.type() == QDBusMessage::ReplyMessage
-                              ? answer.arguments().value(0).value<QDBusVariant>().variant().toUInt() >= 1
-                              : isStillToCome(*bus, answer);
+            m_isOffered = PortalCalls::mayHaveShortcuts(*bus);
             PortalShortcut::registerType();
-            bus->connect(service, objectPath, shortcutsInterface, u"Activated"_s, this, SLOT(activated(QDBusMessage)));
+            bus->connect(PortalCalls::service, PortalCalls::objectPath, PortalCalls::shortcutsInterface, u"Activated"_s,
+                         this, SLOT(activated(QDBusMessage)));
+            bus->connect(PortalCalls::service, QString(), PortalCalls::sessionInterface, u"Closed"_s, this,
+                         SLOT(sessionClosed(QDBusMessage)));
             const auto *const watcher =
-                new QDBusServiceWatcher(service, *bus, QDBusServiceWatcher::WatchForOwnerChange, this);
+                new QDBusServiceWatcher(PortalCalls::service, *bus, QDBusServiceWatcher::WatchForOwnerChange, this);
             connect(
                 watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
                 [this](const QString &, const QString &earlier, const QString &now) { portalChanged(earlier, now); });
@@ -135,17 +90,24 @@ HotKeyRegistration PortalHotKeys::registerHotKey(quint32 keyCode, quint32 modifi
     if (!isOffered()) {
         return {HotKeyStatus::notAvailable, 0};
     }
+    const auto labelled = m_labels.find(id.id);
+    HotKey hotKey{.keyCode = keyCode,
+                  .modifiers = modifiers,
+                  .id = id,
+                  .label = labelled != m_labels.end() ? labelled->second : QString()};
+    hotKey.trigger = m_keys.trigger(keyCode, modifiers, hotKey.label);
+    if (hotKey.trigger.isEmpty()) {
+        return {HotKeyStatus::hotKeyInvalid, 0};
+    }
+    // Two places can have the same face.
     const bool isDuplicate = std::ranges::any_of(m_hotKeys, [&](const auto &entry) {
-        return entry.second.keyCode == keyCode && entry.second.modifiers == modifiers;
+        const HotKey &other = entry.second;
+        return (other.keyCode == keyCode && other.modifiers == modifiers) || other.trigger == hotKey.trigger;
     });
     if (isDuplicate) {
         return {HotKeyStatus::hotKeyExists, 0};
     }
-    const QString trigger = PortalShortcut::trigger(keyCode, modifiers);
-    if (trigger.isEmpty()) {
-        return {HotKeyStatus::hotKeyInvalid, 0};
-    }
-    m_hotKeys.emplace(++m_lastReference, HotKey{keyCode, modifiers, id, trigger, shortcutName(id.id, trigger)});
+    m_hotKeys.emplace(++m_lastReference, std::move(hotKey));
     scheduleBinding();
     return {HotKeyStatus::noErr, m_lastReference};
 }
@@ -162,6 +124,22 @@ qint32 PortalHotKeys::unregisterHotKey(HotKeyRef reference)
 void PortalHotKeys::describe(HotKeyID id, const QString &description)
 {
     m_descriptions[id.id] = description;
+}
+
+void PortalHotKeys::labelKey(HotKeyID id, const QString &keyLabel)
+{
+    m_labels[id.id] = keyLabel;
+}
+
+void PortalHotKeys::keysChanged()
+{
+    for (auto &[reference, hotKey] : m_hotKeys) {
+        const QString trigger = m_keys.triggerWithFace(hotKey.keyCode, hotKey.modifiers, hotKey.label);
+        if (!trigger.isEmpty()) {
+            hotKey.trigger = trigger;
+        }
+    }
+    scheduleBinding();
 }
 
 void PortalHotKeys::scheduleBinding()
@@ -209,7 +187,7 @@ void PortalHotKeys::createSession(const QDBusConnection &bus)
     m_stage = Stage::creating;
     m_creationBound.start();
     m_creating = new QDBusPendingCallWatcher(
-        bus.asyncCall(portalCall(u"CreateSession"_s, {options}), m_creationBound.interval()), this);
+        bus.asyncCall(PortalCalls::shortcutsCall(u"CreateSession"_s, {options}), m_creationBound.interval()), this);
     connect(m_creating, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *creating) {
         creating->deleteLater();
         if (creating == m_creating && creating->isError()) {
@@ -243,7 +221,8 @@ void PortalHotKeys::closeSession(const QDBusConnection &bus)
     m_bound.clear();
     // Until it has answered, the portal may take the next session, which has the same path, for the one that is closed.
     auto *const closing = new QDBusPendingCallWatcher(
-        bus.asyncCall(closingCall(std::exchange(m_session, {})), static_cast<int>(m_closingBound.count())), this);
+        bus.asyncCall(PortalCalls::closingCall(std::exchange(m_session, {})), static_cast<int>(m_closingBound.count())),
+        this);
     connect(closing, &QDBusPendingCallWatcher::finished, this, [this, closing] {
         closing->deleteLater();
         m_stage = Stage::settled;
@@ -264,6 +243,7 @@ void PortalHotKeys::portalChanged(const QString &earlierOwner, const QString &ow
         m_awaitedRequest.clear();
         m_session.clear();
         m_bound.clear();
+        m_askedAgain.clear();
     }
     // One that ends is not started again for this. One that comes is told, unless it comes because it is being asked.
     if (!owner.isEmpty() && m_stage != Stage::creating) {
@@ -272,25 +252,38 @@ void PortalHotKeys::portalChanged(const QString &earlierOwner, const QString &ow
     }
 }
 
-QString PortalHotKeys::pathOf(const QDBusConnection &bus, const QString &kind, const QString &token)
+void PortalHotKeys::sessionClosed(const QDBusMessage &signal)
 {
-    QString sender = bus.baseService().mid(1);
-    sender.replace(u'.', u'_');
-    return u"%1/%2/%3/%4"_s.arg(objectPath, kind, sender, token);
+    // One that is closed from here is no longer the current one.
+    if (m_session.isEmpty() || signal.path() != m_session) {
+        return;
+    }
+    m_session.clear();
+    m_awaitedRequest.clear();
+    if (m_bound == m_askedAgain) {
+        qWarning(
+            "OrvesaTranslate: the desktop closed the session of the global shortcuts once more; there are none until "
+            "they are changed. %s",
+            bindByHand);
+        return;
+    }
+    qWarning("OrvesaTranslate: the desktop closed the session of the global shortcuts; another one is asked for");
+    m_askedAgain = std::exchange(m_bound, {});
+    scheduleBinding();
 }
 
 QString PortalHotKeys::expectAnswer(QDBusConnection bus, const char *slot)
 {
     const QString token = u"orvesa%1"_s.arg(++m_lastToken);
     m_awaitedRequest = pathOf(bus, u"request"_s, token);
-    bus.connect(service, m_awaitedRequest, requestInterface, u"Response"_s, this, slot);
+    bus.connect(PortalCalls::service, m_awaitedRequest, PortalCalls::requestInterface, u"Response"_s, this, slot);
     return token;
 }
 
 bool PortalHotKeys::isAwaited(const QDBusMessage &answer, const char *slot)
 {
     if (auto bus = SessionBus::connection()) {
-        bus->disconnect(service, answer.path(), requestInterface, u"Response"_s, this, slot);
+        bus->disconnect(PortalCalls::service, answer.path(), PortalCalls::requestInterface, u"Response"_s, this, slot);
     }
     return answer.path() == m_awaitedRequest;
 }
@@ -323,7 +316,8 @@ void PortalHotKeys::bindShortcuts(const QDBusConnection &bus)
     const QString token = expectAnswer(bus, SLOT(bindingAnswered(uint, QVariantMap, QDBusMessage)));
     const QVariantList arguments{QVariant::fromValue(QDBusObjectPath(m_session)), QVariant::fromValue(wishes()),
                                  QString(), QVariantMap{{u"handle_token"_s, token}}};
-    auto *const binding = new QDBusPendingCallWatcher(bus.asyncCall(portalCall(u"BindShortcuts"_s, arguments)), this);
+    auto *const binding =
+        new QDBusPendingCallWatcher(bus.asyncCall(PortalCalls::shortcutsCall(u"BindShortcuts"_s, arguments)), this);
     connect(binding, &QDBusPendingCallWatcher::finished, this, [this, binding, request = m_awaitedRequest] {
         binding->deleteLater();
         if (binding->isError() && request == m_awaitedRequest) {
@@ -338,7 +332,7 @@ QList<PortalShortcut> PortalHotKeys::wishes() const
     for (const auto &[id, hotKey] : m_bound) {
         const auto described = m_descriptions.find(id);
         const QString description = described != m_descriptions.end() ? described->second : QString();
-        shortcuts.append({.id = hotKey.name,
+        shortcuts.append({.id = hotKey.name(),
                           .properties = {{u"description"_s, description}, {u"preferred_trigger"_s, hotKey.trigger}}});
     }
     return shortcuts;
@@ -349,9 +343,9 @@ QMap<QString, QString> PortalHotKeys::triggersIn(const QVariantMap &results) con
     QMap<QString, QString> triggers;
     const QList<PortalShortcut> given = PortalShortcut::listIn(results.value(u"shortcuts"_s));
     for (const auto &[id, hotKey] : m_bound) {
-        const auto found = std::ranges::find(given, hotKey.name, &PortalShortcut::id);
+        const auto found = std::ranges::find(given, hotKey.name(), &PortalShortcut::id);
         if (found != given.end()) {
-            triggers.insert(hotKey.name, found->properties.value(u"trigger_description"_s).toString());
+            triggers.insert(hotKey.name(), found->properties.value(u"trigger_description"_s).toString());
         }
     }
     return triggers;
@@ -381,8 +375,12 @@ void PortalHotKeys::activated(const QDBusMessage &signal)
     const QString session = signal.arguments().value(0).value<QDBusObjectPath>().path();
     const QString shortcut = signal.arguments().value(1).toString();
     const auto bound =
-        std::ranges::find_if(m_bound, [&shortcut](const auto &entry) { return shortcut == entry.second.name; });
-    if (session == m_session && bound != m_bound.end() && m_handler) {
+        std::ranges::find_if(m_bound, [&shortcut](const auto &entry) { return shortcut == entry.second.name(); });
+    if (session != m_session || bound == m_bound.end()) {
+        return;
+    }
+    m_askedAgain.clear(); // the session serves
+    if (m_handler) {
         const Handler handler = m_handler; // it may remove itself
         (void)handler(bound->second.id);
     }

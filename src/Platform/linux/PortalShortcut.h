@@ -14,8 +14,6 @@ struct PortalShortcut {
     QString id;
     QVariantMap properties; ///< "description", "preferred_trigger"
 
-    /// The keys as the portal writes them ("ALT+d"); nothing for a key without a name.
-    [[nodiscard]] static QString trigger(quint32 macKeyCode, quint32 carbonModifiers);
     /// The shortcuts in a value that came over the bus; none where it holds something else.
     [[nodiscard]] static QList<PortalShortcut> listIn(const QVariant &value);
     /// Tells the bus library about the type. Call before it is sent or received.

@@ -1,6 +1,7 @@
 // orvesa-screencapture -i -x PATH: lets the user drag out a rectangle of the screen, and writes it as a PNG. No file:
 // the user cancelled, or it failed with a message.
 
+#include "Platform/linux/WaylandSession.h"
 #include "Tools/Capture/ImageOutput.h"
 #include "Tools/Capture/PortalCapture.h"
 #include "Tools/Capture/X11Capture.h"
@@ -19,19 +20,13 @@ using namespace orvesa;
 
 namespace {
 
-bool isSet(const char *variable)
-{
-    const char *value = std::getenv(variable);
-    return value != nullptr && *value != '\0';
-}
-
 QString captureTo(const QString &path, int &argc, char **argv)
 {
     // Under Wayland an X server is there too, but shows X11 windows alone.
-    if (isSet("WAYLAND_DISPLAY")) {
+    if (WaylandSession::isRunning()) {
         return captureThroughPortal(argc, argv, path);
     }
-    if (!isSet("DISPLAY")) {
+    if (qEnvironmentVariableIsEmpty("DISPLAY")) {
         return u"there is no display to capture"_s;
     }
     const CaptureOutcome outcome = captureOnX11(argc, argv);
