@@ -4,13 +4,17 @@
 
 #include <gtest/gtest.h>
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QPainter>
 #include <QProcess>
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <array>
+#include <numeric>
 
 namespace orvesa {
 
@@ -167,6 +171,51 @@ TEST(RecognitionServer, ReadsWithTheLanguagesThatAreThere)
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_EQ(comparable(QString::fromUtf8(outcome.output)), comparable(textOfFile(samples + u"/en02.txt"_s)));
     EXPECT_TRUE(outcome.errors.contains("tesseract-ocr-jpn")) << outcome.errors.toStdString();
+}
+
+/// The picture in bold, with more room here than there between the characters of its columns: text that is not laid
+/// across.
+QByteArray withUnevenSteps(const QImage &picture)
+{
+    constexpr int firstCharacter = 11;
+    constexpr int step = 18;
+    constexpr std::array more{0, 0, 3, 0, 1, 2, 0, 0, 2, 6};
+    QImage result(picture.width(), picture.height() + std::accumulate(more.begin(), more.end(), 0),
+                  QImage::Format_RGB32);
+    result.fill(Qt::white);
+    QPainter painter(&result);
+    painter.setCompositionMode(QPainter::CompositionMode_Darken);
+    int to = firstCharacter;
+    for (std::size_t index = 0; index < more.size(); ++index) {
+        to += more.at(index);
+        const QRect strip(0, firstCharacter + step * static_cast<int>(index), picture.width(), step);
+        for (const int x : {-1, 0, 1}) {
+            for (const int y : {-1, 0, 1}) {
+                painter.drawImage(QPoint(x, to + y), picture, strip);
+            }
+        }
+        to += step;
+    }
+    painter.end();
+    QBuffer buffer;
+    EXPECT_TRUE(buffer.open(QIODevice::WriteOnly) && result.save(&buffer, "PNG"));
+    return buffer.data();
+}
+
+TEST(RecognitionServer, SaysOnceWhatTextThatRunsDownLacks)
+{
+    const QTemporaryDir folder;
+    for (const QString &name : {u"eng.traineddata"_s, u"jpn.traineddata"_s, u"chi_tra.traineddata"_s}) {
+        ASSERT_TRUE(QFile::link(u"/usr/share/tesseract-ocr/5/tessdata/"_s + name, folder.filePath(name)));
+    }
+    const QByteArray across = request(fileBytes(samples + u"/zh07.png"_s));
+    EXPECT_EQ(run({u"--serve"_s}, across, folder.path()).errors, "");
+    const QByteArray down = request(withUnevenSteps(QImage(samples + u"/vt02.png"_s)));
+    const Outcome outcome = run({u"--serve"_s}, across + down + down, folder.path());
+    EXPECT_EQ(answers(outcome.output).size(), 3);
+    for (const char *package : {"tesseract-ocr-jpn-vert", "tesseract-ocr-chi-tra-vert"}) {
+        EXPECT_EQ(outcome.errors.count(package), 1) << outcome.errors.toStdString();
+    }
 }
 
 TEST(RecognizeProgram, RefusesWrongUsage)

@@ -57,7 +57,7 @@ RecognitionServer::Outcome RecognitionServer::recognize(EnginePool &pool, const 
     return {reader.read(*image).join(u'\n'), {}};
 }
 
-bool RecognitionServer::serve()
+bool RecognitionServer::serve(const std::function<void()> &beforeAnswer)
 {
     while (true) {
         const std::optional<QByteArray> header = readLine();
@@ -74,6 +74,7 @@ bool RecognitionServer::serve()
             return false;
         }
         const Outcome outcome = recognize(m_pool, *file);
+        beforeAnswer();
         const QByteArray text = outcome.text.value_or(QString()).toUtf8();
         const QByteArray answer = outcome.text ? "TEXT " + QByteArray::number(text.size()) + '\n' + text
                                                : "FAILED " + outcome.failure.toUtf8() + '\n';

@@ -10,6 +10,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace orvesa {
@@ -19,8 +20,9 @@ public:
     /// File descriptors that stay open and the caller's. The pool must outlive the server.
     RecognitionServer(int input, int output, EnginePool &pool);
 
-    /// False when the other side broke the protocol or went away in the middle.
-    bool serve();
+    /// False when the other side broke the protocol or went away in the middle. `beforeAnswer` is called when an image
+    /// has been read, before its answer leaves.
+    bool serve(const std::function<void()> &beforeAnswer);
 
     struct Outcome {
         std::optional<QString> text;

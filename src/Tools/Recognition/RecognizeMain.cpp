@@ -35,14 +35,25 @@ void complain(const QString &message)
     std::fprintf(stderr, "orvesa-recognize: %s\n", qUtf8Printable(message));
 }
 
-/// What is missing is said once, however many images come.
-void complainAboutMissing(EnginePool &pool)
-{
-    const QStringList missing = pool.missingPackages();
-    if (!missing.isEmpty()) {
-        complain(u"some languages cannot be read; install "_s + missing.join(u", "_s));
+/// Says what is missing of what was asked for, each package once, however many images come.
+class MissingPackages final {
+public:
+    explicit MissingPackages(EnginePool &pool) : m_pool(pool) {}
+
+    void complain()
+    {
+        QStringList missing = m_pool.missingPackages();
+        missing.removeIf([this](const QString &package) { return m_said.contains(package); });
+        if (!missing.isEmpty()) {
+            ::complain(u"some languages cannot be read; install "_s + missing.join(u", "_s));
+            m_said += missing;
+        }
     }
-}
+
+private:
+    EnginePool &m_pool;
+    QStringList m_said;
+};
 
 int serve()
 {
@@ -51,8 +62,11 @@ int serve()
     ::signal(SIGPIPE, SIG_IGN);
     EnginePool pool;
     pool.waitUntilLoaded();
-    complainAboutMissing(pool);
-    return RecognitionServer(STDIN_FILENO, STDOUT_FILENO, pool).serve() ? EXIT_SUCCESS : EXIT_FAILURE;
+    MissingPackages missing(pool);
+    missing.complain();
+    // What text that runs down needs is looked for when there is such a text.
+    RecognitionServer server(STDIN_FILENO, STDOUT_FILENO, pool);
+    return server.serve([&missing] { missing.complain(); }) ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 int recognizeFile(const QString &path)
@@ -64,7 +78,7 @@ int recognizeFile(const QString &path)
     }
     EnginePool pool;
     const RecognitionServer::Outcome outcome = RecognitionServer::recognize(pool, file.readAll());
-    complainAboutMissing(pool);
+    MissingPackages(pool).complain();
     if (!outcome.text) {
         complain(outcome.failure);
         return EXIT_FAILURE;
