@@ -34,6 +34,9 @@ TEST(PortalKeysTest, WritesKeysAsTheDesktopDoes)
     X11Connection noServer("nowhere");
     PortalKeys keys(noServer, [] {});
     expectUsual(keys);
+    EXPECT_EQ(keys.trigger(16, option, u"Z"_s), u"ALT+z"_s);
+    EXPECT_EQ(keys.trigger(2, option, u"\u0412"_s), u"ALT+d"_s);
+    EXPECT_EQ(keys.triggerWithFace(16, option, u"Z"_s), QString());
 }
 
 TEST(PortalKeysTest, AsksForWhatTheKeyTypesInTheLayoutOfTheFace)
@@ -75,6 +78,24 @@ TEST(PortalKeysTest, AsksForWhatTheKeyTypesInTheLayoutOfTheFace)
         EXPECT_EQ(keys.trigger(each.macKeyCode, each.modifiers, each.label), each.trigger)
             << each.layouts.toStdString() << ' ' << each.macKeyCode << ' ' << each.label.toStdString();
     }
+}
+
+TEST(PortalKeysTest, LooksAgainWhenTheServerDidNotAnswer)
+{
+    tests::AdoptedDesktop desktop(tests::screenOnly());
+    ASSERT_EQ(desktop->runToEnd(u"setxkbmap"_s, {u"fr"_s}).exitCode, 0);
+    X11Connection connection;
+    X11Connection other;
+    ASSERT_TRUE(connection.isValid());
+    xcb_grab_server(other.connection());
+    EXPECT_TRUE(other.reply(xcb_get_input_focus_reply, xcb_get_input_focus(other.connection())));
+    int changes = 0;
+    PortalKeys keys(connection, [&changes] { ++changes; });
+    EXPECT_EQ(keys.trigger(18, option, u"&"_s), u"ALT+1"_s);
+    xcb_ungrab_server(other.connection());
+    other.settle();
+    waitUntil([&changes] { return changes > 0; }, u"the word about it"_s);
+    EXPECT_EQ(keys.triggerWithFace(18, option, u"&"_s), u"ALT+ampersand"_s);
 }
 
 TEST(PortalKeysTest, TellsOnceWhenTheLayoutsChange)

@@ -9,6 +9,7 @@
 
 #include <QChar>
 #include <QList>
+#include <QPointer>
 
 #include <array>
 #include <chrono>
@@ -53,6 +54,11 @@ bool servesShortcuts(xcb_keysym_t symbol)
     const QList<uint> scalars = KeySymbols::characters(symbol).toUcs4();
     const uint scalar = scalars.isEmpty() ? 0 : scalars.first();
     return symbol != XKB_KEY_NoSymbol && (scalar < firstBeyondLatin1 || QChar::script(scalar) == QChar::Script_Latin);
+}
+
+bool isLatinLetter(const QString &label)
+{
+    return label.size() == 1 && label.front() >= u'A' && label.front() <= u'Z';
 }
 
 struct Place {
@@ -160,11 +166,22 @@ QString PortalKeys::write(quint32 macKeyCode, quint32 carbonModifiers, const QSt
 xcb_keysym_t PortalKeys::symbolOf(xcb_keycode_t keyCode, quint32 carbonModifiers, const QString &label,
                                   Faceless faceless)
 {
+    const quint64 lateBefore = m_connection.lateReplies();
     listen();
     const X11KeyFaces faces = m_token != 0 ? X11KeyFaces::read(m_connection) : X11KeyFaces();
+    if (m_connection.lateReplies() != lateBefore) {
+        m_connection.whenServerAnswers([settling = QPointer<QTimer>(&m_settling)] {
+            if (settling) {
+                settling->start();
+            }
+        });
+    }
     const std::optional<Place> shown = placeOf(faces, keyCode, carbonModifiers, label);
     if (!shown && faceless == Faceless::leftOut) {
         return XKB_KEY_NoSymbol;
+    }
+    if (!shown && isLatinLetter(label)) {
+        return label.front().toLower().unicode(); // which is its symbol
     }
     const Place place = shown.value_or(Place{keyCode, 0});
     if (const xcb_keysym_t symbol = faces.plainSymbol(place.keyCode, place.state); servesShortcuts(symbol)) {

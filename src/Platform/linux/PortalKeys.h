@@ -3,7 +3,8 @@
 // Keys as the portal for global shortcuts writes them: by what they type, while the program knows them by their place.
 //
 // Main thread. What a key types is the X server's word, which inside a Wayland session has the desktop's own layouts;
-// without its answer it is what the layout has that programs without a display take for granted.
+// without its answer a letter is what the user is shown, and another key what it is in the layout that programs without
+// a display take for granted.
 
 #include "Platform/linux/X11Connection.h"
 
@@ -19,7 +20,7 @@ public:
     using ChangeHandler = std::function<void()>;
 
     /// The connection must outlive this object. `changed` is called from the event loop when the user has got other
-    /// layouts, after the first key was asked for.
+    /// layouts, after the first key was asked for, or when a server answers again that did not when it was asked.
     PortalKeys(X11Connection &connection, ChangeHandler changed);
     ~PortalKeys();
     Q_DISABLE_COPY_MOVE(PortalKeys)
