@@ -15,19 +15,8 @@ BusyServer::BusyServer() : m_connection(xcb_connect(nullptr, nullptr))
         xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
 }
 
-BusyServer::BusyServer(std::chrono::milliseconds duration) : BusyServer()
-{
-    m_thread = std::thread([this, duration] {
-        std::this_thread::sleep_for(duration);
-        letGo();
-    });
-}
-
 BusyServer::~BusyServer()
 {
-    if (m_thread.joinable()) {
-        m_thread.join();
-    }
     xcb_disconnect(m_connection); // and with it the grab ends
 }
 

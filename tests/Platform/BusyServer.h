@@ -7,9 +7,6 @@
 
 #include <QtGlobal>
 
-#include <chrono>
-#include <thread>
-
 #include <xcb/xcb.h>
 
 namespace orvesa::tests {
@@ -18,8 +15,6 @@ class BusyServer final {
 public:
     /// Holds it from now on.
     BusyServer();
-    /// Lets go of it by itself after that time, also when this process waits for the server.
-    explicit BusyServer(std::chrono::milliseconds duration);
     ~BusyServer();
     Q_DISABLE_COPY_MOVE(BusyServer)
 
@@ -29,7 +24,6 @@ public:
 
 private:
     xcb_connection_t *m_connection;
-    std::thread m_thread;
 };
 
 /// Exchanges the keys of the first modifier, which Alt is one of, for those of the third, which has none, and says
