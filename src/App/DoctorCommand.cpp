@@ -79,8 +79,8 @@ QList<DoctorFinding> DoctorCommand::shortcuts() const
     const std::vector<CustomPrompt> &prompts = m_with.settings.customPrompts();
     for (std::size_t index = 0; index < prompts.size(); ++index) {
         if (prompts[index].hotKey) {
-            findings.append(shortcut(promptHotKeyIdentifier(index), u"prompt %1"_s.arg(index + 1),
-                                     *prompts[index].hotKey, held));
+            findings.append(
+                shortcut(promptHotKeyIdentifier(index), u"prompt %1"_s.arg(index + 1), *prompts[index].hotKey, held));
         }
     }
     return findings;
@@ -123,7 +123,7 @@ QCoro::Task<DoctorFinding> DoctorCommand::key(KeyStore store) const
     }
     std::optional<bool> isStored;
     try {
-        isStored = co_await m_with.keychain.isStored(keychainAccount(type));
+        isStored = co_await m_with.keychain.hasValue(keychainAccount(type), KeychainService::Failures::thrown);
     } catch (const KeychainError &) {
         // Its number says nothing to anybody; the sentence for this is the same whatever it is.
         isStored.reset();

@@ -82,7 +82,8 @@ QCoro::Task<ExitCode> KeyCommand::status() const
     QString failure;
     try {
         for (const AIProviderType provider : allCases<AIProviderType>()) {
-            const bool isStored = co_await m_keychain.isStored(keychainAccount(provider));
+            const bool isStored =
+                co_await m_keychain.hasValue(keychainAccount(provider), KeychainService::Failures::thrown);
             lines.append(rawValue(provider) + (isStored ? u"=stored"_s : u"=missing"_s));
         }
     } catch (const KeychainError &error) {

@@ -32,12 +32,28 @@ KeychainService::KeychainService(KeyStorePort &store, QString service, QStringLi
 
 QCoro::Task<std::optional<QString>> KeychainService::get(QString key) const
 {
-    std::optional<QString> secret = co_await readOrNothing(m_service, key);
+    co_return co_await find(key, &KeychainService::readOrNothing);
+}
+
+QCoro::Task<bool> KeychainService::hasValue(QString key, Failures failures) const
+{
+    const Reading reading = failures == Failures::thrown ? &KeychainService::read : &KeychainService::readOrNothing;
+    std::optional<QString> secret = co_await find(key, reading);
+    const bool isKey = secret.has_value() && !secret->isEmpty();
+    if (secret) {
+        clearSecret(*secret);
+    }
+    co_return isKey;
+}
+
+QCoro::Task<std::optional<QString>> KeychainService::find(QString key, Reading reading) const
+{
+    std::optional<QString> secret = co_await (this->*reading)(m_service, key);
     if (secret) {
         co_return secret;
     }
     for (qsizetype index = 0; index < m_legacyServices.size() && !secret; ++index) {
-        secret = co_await readOrNothing(m_legacyServices.at(index), key);
+        secret = co_await (this->*reading)(m_legacyServices.at(index), key);
     }
     if (secret) {
         try {
@@ -47,30 +63,6 @@ QCoro::Task<std::optional<QString>> KeychainService::get(QString key) const
         }
     }
     co_return secret;
-}
-
-QCoro::Task<bool> KeychainService::hasValue(QString key) const
-{
-    std::optional<QString> secret = co_await get(key);
-    const bool hasSecret = secret.has_value() && !secret->isEmpty();
-    if (secret) {
-        clearSecret(*secret);
-    }
-    co_return hasSecret;
-}
-
-QCoro::Task<bool> KeychainService::isStored(QString key) const
-{
-    const QStringList services = QStringList{m_service} + m_legacyServices;
-    for (qsizetype index = 0; index < services.size(); ++index) {
-        std::optional<QString> secret = co_await read(services.at(index), key);
-        if (secret) {
-            const bool isKey = !secret->isEmpty();
-            clearSecret(*secret);
-            co_return isKey;
-        }
-    }
-    co_return false;
 }
 
 QCoro::Task<void> KeychainService::set(QString value, QString key) const

@@ -26,12 +26,14 @@ public:
     /// The secret of the account, or nothing. Every failure reads as nothing.
     [[nodiscard]] QCoro::Task<std::optional<QString>> get(QString key) const;
 
-    /// Whether get() would give a non-empty string; carries an earlier identity's key forward like it.
-    [[nodiscard]] QCoro::Task<bool> hasValue(QString key) const;
+    /// What becomes of a store that cannot be asked, for whatever status but success and "not found".
+    enum class Failures {
+        readAsNothing,
+        thrown, ///< as KeychainError, at the first one: nothing more is asked then
+    };
 
-    /// Like hasValue(), but carries nothing forward, and tells a store that cannot be asked from one that has nothing:
-    /// throws KeychainError for every status but success and "not found", and asks no further then.
-    [[nodiscard]] QCoro::Task<bool> isStored(QString key) const;
+    /// Whether get() would give a non-empty string; carries an earlier identity's key forward like it.
+    [[nodiscard]] QCoro::Task<bool> hasValue(QString key, Failures failures = Failures::readAsNothing) const;
 
     /// Stores the secret under the current service, replacing an earlier one. Throws KeychainError.
     [[nodiscard]] QCoro::Task<void> set(QString value, QString key) const;
@@ -45,6 +47,9 @@ private:
     [[nodiscard]] QCoro::Task<std::optional<QString>> read(QString service, QString key) const;
     /// The same without a failure: that reads as nothing.
     [[nodiscard]] QCoro::Task<std::optional<QString>> readOrNothing(QString service, QString key) const;
+    using Reading = QCoro::Task<std::optional<QString>> (KeychainService::*)(QString, QString) const;
+    /// Searches the services in their order, and carries what an earlier one has forward.
+    [[nodiscard]] QCoro::Task<std::optional<QString>> find(QString key, Reading reading) const;
 
     KeyStorePort &m_store;
     QString m_service;

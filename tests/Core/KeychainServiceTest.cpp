@@ -12,6 +12,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using Operation = FakeKeyStore::Operation;
+using Failures = KeychainService::Failures;
 using ::testing::ElementsAre;
 
 const QString account = u"openai_api_key"_s;
@@ -147,19 +148,19 @@ TEST_F(KeychainServiceTest, readsEveryFailureAsNoKey)
 
 TEST_F(KeychainServiceTest, tellsAStoreThatCannotBeAskedFromOneThatHasNothing)
 {
-    EXPECT_FALSE(awaited(m_service.isStored(account)));
+    EXPECT_FALSE(awaited(m_service.hasValue(account, Failures::thrown)));
     m_store.setItem(second, account, "older");
-    EXPECT_TRUE(awaited(m_service.isStored(account)));
-    EXPECT_EQ(m_store.item(current, account), std::nullopt) << "nothing is carried forward";
+    EXPECT_TRUE(awaited(m_service.hasValue(account, Failures::thrown)));
+    EXPECT_EQ(m_store.item(current, account), QByteArray("older")) << "carried forward";
     m_store.setItem(current, account, "");
-    EXPECT_FALSE(awaited(m_service.isStored(account))) << "as hasValue() has it";
+    EXPECT_FALSE(awaited(m_service.hasValue(account, Failures::thrown)));
     for (const qint32 status : {KeyStoreStatus::notAvailable, KeyStoreStatus::authorizationFailed,
                                 KeyStoreStatus::interactionNotAllowed, KeyStoreStatus::userCanceled, -1}) {
         FakeKeyStore store;
         const KeychainService service(store, current, {first, second});
         store.setItem(second, account, "older");
         store.setStatus(Operation::copyMatching, status);
-        const auto ask = [&]() -> QCoro::Task<void> { (void)co_await service.isStored(account); };
+        const auto ask = [&]() -> QCoro::Task<void> { (void)co_await service.hasValue(account, Failures::thrown); };
         EXPECT_EQ(statusOf(ask()), status);
         EXPECT_EQ(store.calls().size(), 1U) << "and asks no further";
     }

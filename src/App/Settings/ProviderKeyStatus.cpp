@@ -74,11 +74,7 @@ QCoro::Task<void> ProviderKeyStatus::readKeys(Weak self, const KeychainService *
     std::optional<qint32> refusal;
     try {
         for (const AIProviderType type : allCases<AIProviderType>()) {
-            const QString account = keychainAccount(type);
-            const bool hasKey = co_await keychain->isStored(account);
-            if (hasKey) {
-                (void)co_await keychain->hasValue(account); // which carries it over
-            }
+            const bool hasKey = co_await keychain->hasValue(keychainAccount(type), KeychainService::Failures::thrown);
             if (!self || self->m_refreshes != refresh) {
                 co_return;
             }
