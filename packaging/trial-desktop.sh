@@ -13,13 +13,17 @@
 #   dismiss      a key that puts away what the desktop greets its users with
 #   asks         "yes" where the desktop switches accessibility off at login, so that the program asks for it
 #   doctorLines  what the doctor has to say there, besides what it says everywhere
+#   service      how the service answers, as orvesa-service has it
 # and may define
 #   prepareRoot     as root, after the packages
 #   prepareHome     as the user, before the session
 #   startDisplay    what the session is shown on, in place of Xvfb; leaves DISPLAY
 #   startKeyStore   an unlocked key store, in place of GNOME Keyring
-#   checkSession    the checks, in place of orvesa-session-check; with 0 when all passed
+#   checkSession    the checks, in place of orvesa-session-check, as in sessions of Wayland, for which there are
+#                   functions below; with 0 when all passed
 set -euo pipefail
+
+usualDoctorLines=('Utility: running' 'Key store: running, unlocked' 'OpenAI: stored')
 
 fail() {
     printf 'error: %s\n' "$*" >&2
@@ -39,6 +43,7 @@ splash=
 dismiss=
 asks=
 doctorLines=()
+service=(--answer "$answer")
 
 startDisplay() {
     Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp -noreset +extension RANDR +extension GLX \
@@ -59,8 +64,8 @@ startKeyStore() {
 checkSession() {
     local -a wanted=()
     local line
-    for line in 'Utility: running' 'translateSelection: held by the utility' 'polishSelection: held by the utility' \
-        'ocrTranslate: held by the utility' 'Key store: running, unlocked' 'OpenAI: stored' "${doctorLines[@]}"; do
+    for line in "${usualDoctorLines[@]}" 'translateSelection: held by the utility' \
+        'polishSelection: held by the utility' 'ocrTranslate: held by the utility' "${doctorLines[@]}"; do
         wanted+=(--doctor "$line")
     done
     if [[ "$asks" == yes ]]; then
@@ -68,6 +73,62 @@ checkSession() {
     fi
     /trial/orvesa-session-check --name "$name" --editor "$editor" --editor-class "$editorClass" --tray "$tray" --splash "$splash" --dismiss "$dismiss" \
         --answer "$answer" --pictures "$pictures" "${wanted[@]}"
+}
+
+# The following is for sessions whose windows orvesa-session-check does not see: those of Wayland.
+
+# For "service": answers with the text that it is asked about, and keeps it.
+# shellcheck disable=SC2034
+repeating=(--command tee "$XDG_RUNTIME_DIR/asked")
+# shellcheck disable=SC2034
+document='The old library of the city has many books and maps.'
+# shellcheck disable=SC2034
+copied='Copied before the check'
+
+# within WHAT COMMAND...: asks for it again and again, a minute at most.
+within() {
+    local what=$1 end=$((SECONDS + 60))
+    shift
+    until "$@" >/dev/null 2>&1; do
+        [[ $SECONDS -lt $end ]] || fail "in vain: $what"
+        sleep 0.2
+    done
+}
+
+# The program, as one of the X server that the session has.
+startUtility() {
+    orvesa-translate 2>"$pictures/$name-program.log" &
+    utility=$!
+    within "the program's name on the bus" gdbus call --session --dest org.freedesktop.DBus \
+        --object-path /org/freedesktop/DBus --method org.freedesktop.DBus.GetNameOwner com.orvesa.translate
+    grep -q libqxcb "/proc/$utility/maps" || fail "it is no program of XWayland"
+}
+
+endUtility() {
+    kill "$utility"
+    wait "$utility" || fail "it does not end in order"
+}
+
+# Leaves where it is in the file "panel".
+isPanelShown() {
+    xwininfo -name 'Translate → English' | tee "$XDG_RUNTIME_DIR/panel" | grep -q 'Map State: IsViewable'
+}
+
+wasAskedFor() {
+    [[ -e "$XDG_RUNTIME_DIR/asked" && "$(<"$XDG_RUNTIME_DIR/asked")" == "$1" ]]
+}
+
+# checkDoctor LINE...: what its page has to say, besides what it says everywhere.
+checkDoctor() {
+    local page line
+    page="$(orvesa-translate doctor || true)"
+    for line in "${usualDoctorLines[@]}" "$@"; do
+        grep -q "$line" <<<"$page" || { echo "$page" >&2; fail "the doctor does not say: $line"; }
+    done
+}
+
+passed() {
+    echo "   passed  $*"
 }
 
 # shellcheck source=/dev/null
@@ -86,7 +147,7 @@ if [[ "${2-}" != inside ]]; then
     exec dbus-run-session -- bash "$0" "$name" inside
 fi
 
-/trial/orvesa-service --answer "$answer" >"$XDG_RUNTIME_DIR/port" &
+/trial/orvesa-service "${service[@]}" >"$XDG_RUNTIME_DIR/port" &
 OPENAI_BASE_URL="http://127.0.0.1:$(timeout 60 head -1 "$XDG_RUNTIME_DIR/port")/v1"
 export OPENAI_BASE_URL
 dbus-update-activation-environment --all

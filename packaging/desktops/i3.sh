@@ -1,4 +1,4 @@
-# shellcheck shell=bash disable=SC2034
+# shellcheck shell=bash disable=SC2034,SC2016
 # i3 with its bar, as packaging/trial-desktop.sh starts it. Its configuration is the one that it offers a new user, with
 # the Windows key as its own modifier.
 packages=(i3-wm i3status dmenu dex mousepad)
