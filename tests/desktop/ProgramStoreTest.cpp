@@ -66,7 +66,7 @@ TEST_F(ProgramStore, SetsShowsAndResetsPreferences)
     EXPECT_EQ(command({u"settings"_s, u"get"_s, u"settings.theme"_s}).standardOutput, "ocean\n");
     const QByteArray before = contentOf(preferencesPath());
     EXPECT_TRUE(before.contains("settings.theme = \"ocean\"\n")) << before.constData();
-    EXPECT_EQ(command({u"settings"_s, u"set"_s, u"settings.theme"_s, u"Ocean"_s}).exitCode, 1);
+    EXPECT_EQ(command({u"settings"_s, u"set"_s, u"settings.theme"_s, u"Ocean"_s}).exitCode, 2);
     EXPECT_EQ(command({u"settings"_s, u"set"_s, u"settings.nothing"_s, u"x"_s}).exitCode, 2);
     EXPECT_EQ(contentOf(preferencesPath()), before);
     EXPECT_EQ(command({u"settings"_s, u"reset"_s, u"settings.theme"_s}).exitCode, 0);
