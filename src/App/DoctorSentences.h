@@ -4,7 +4,6 @@
 // functions, any thread. No sentence repeats a text from outside, but for the desktop's name.
 
 #include "AI/AIProviderType.h"
-#include "AI/AIProviderType.h"
 #include "AI/ServiceReach.h"
 #include "App/DoctorReport.h"
 #include "Platform/DesktopInspectionPort.h"

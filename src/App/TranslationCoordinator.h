@@ -6,7 +6,6 @@
 // every run reads them when it needs them. Main thread only; all collaborators must outlive it. Jobs hold it weakly.
 
 #include "AI/AIProviderType.h"
-#include "AI/AIProviderType.h"
 #include "App/Job.h"
 #include "Models/AITask.h"
 #include "Models/AppError.h"
