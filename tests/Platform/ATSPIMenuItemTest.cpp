@@ -1,10 +1,7 @@
 // An item of a menu bar, of programs that answer, err, or say nothing.
 
-#include "Platform/AdoptedDesktop.h"
-#include "Platform/linux/ATSPIBus.h"
+#include "Platform/ElementOnBusTest.h"
 #include "Platform/linux/ATSPIElementHandle.h"
-#include "Platform/linux/ATSPIElements.h"
-#include "Platform/linux/X11Workspace.h"
 
 #include <gtest/gtest.h>
 
@@ -13,13 +10,12 @@
 #include <QDBusVirtualObject>
 #include <QElapsedTimer>
 #include <QMutex>
-#include <QThread>
 
 namespace orvesa {
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
-using tests::AdoptedDesktop;
+using tests::ElementOnBusTest;
 
 namespace {
 
@@ -65,26 +61,14 @@ private:
     int m_presses = 0;
 };
 
-class ATSPIMenuItemOnBusTest : public ::testing::Test {
+class ATSPIMenuItemOnBusTest : public ElementOnBusTest<ItemOnBus> {
 protected:
     ATSPIMenuItemOnBusTest()
+        : ElementOnBusTest([](QDBusConnection &bus, const QString &path, ItemOnBus &item) {
+              return bus.registerVirtualObject(path, &item);
+          })
     {
-        const QString address = m_desktop->environment().value(u"DBUS_SESSION_BUS_ADDRESS"_s);
-        QDBusConnection theirs = QDBusConnection::connectToBus(address, u"orvesa-test-item"_s);
-        m_onBus.moveToThread(&m_thread);
-        m_thread.start();
-        EXPECT_TRUE(theirs.registerVirtualObject(m_reference.path, &m_onBus));
-        m_reference.busName = theirs.baseService();
-        m_client = std::make_shared<ATSPIClient>(QDBusConnection::connectToBus(address, u"orvesa-test-asker"_s));
     }
-    ~ATSPIMenuItemOnBusTest() override
-    {
-        QDBusConnection::disconnectFromBus(u"orvesa-test-item"_s);
-        QDBusConnection::disconnectFromBus(u"orvesa-test-asker"_s);
-        m_thread.quit();
-        m_thread.wait();
-    }
-    Q_DISABLE_COPY_MOVE(ATSPIMenuItemOnBusTest)
 
     [[nodiscard]] AccessibilityElement item() const
     {
@@ -93,21 +77,6 @@ protected:
     AccessibilityValue isEnabled() { return m_elements.copyAttribute(item(), u"AXEnabled"_s); }
     bool press() { return m_elements.performAction(item(), u"AXPress"_s); }
     void useUpTheTime() { m_client = std::make_shared<ATSPIClient>(m_client->another(0ms)); }
-
-    AdoptedDesktop m_desktop{[] {
-        desktop::DesktopOptions options;
-        options.accessibility = desktop::Accessibility::none;
-        options.keyStore = desktop::KeyStore::absent;
-        return options;
-    }()};
-    X11Connection m_connection;
-    X11Workspace m_workspace{m_connection};
-    ATSPIBus m_bus{m_connection};
-    ATSPIElements m_elements{m_bus, m_workspace};
-    QThread m_thread;
-    ItemOnBus m_onBus;
-    ATSPIReference m_reference{{}, u"/item"_s};
-    std::shared_ptr<ATSPIClient> m_client;
 };
 
 } // namespace
