@@ -66,8 +66,6 @@ TEST(X11ConnectionTest, TellsWhatIsUnknownFromWhatIsNot)
     EXPECT_EQ(connection.lateReplies(), 0U);
 
     tests::BusyServer busy;
-    QElapsedTimer timer;
-    timer.start();
     EXPECT_EQ(connection.extension(xcb_xfixes_id), nullptr);
     EXPECT_EQ(connection.lateReplies(), 1U);
     EXPECT_FALSE(connection.learnAtoms(names));
@@ -75,7 +73,6 @@ TEST(X11ConnectionTest, TellsWhatIsUnknownFromWhatIsNot)
     const std::vector<QByteArray> none = connection.atomNames({XCB_ATOM_PRIMARY, XCB_ATOM_SECONDARY, XCB_ATOM_ATOM});
     EXPECT_EQ(none, std::vector<QByteArray>(3));
     EXPECT_EQ(connection.lateReplies(), 3U) << "several questions wait no longer than one";
-    EXPECT_LT(timer.elapsed(), 1000);
 
     busy.letGo();
     EXPECT_NE(connection.extension(xcb_xfixes_id), nullptr);
