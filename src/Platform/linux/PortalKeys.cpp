@@ -4,7 +4,6 @@
 #include "Platform/linux/KeySymbols.h"
 #include "Platform/linux/MacKeyCodes.h"
 #include "Platform/linux/X11Event.h"
-#include "Platform/linux/X11KeyFaces.h"
 #include "Platform/linux/X11KeyboardExtension.h"
 
 #include <QChar>
@@ -163,19 +162,30 @@ QString PortalKeys::write(quint32 macKeyCode, quint32 carbonModifiers, const QSt
     return keys + QString::fromLatin1(name.data());
 }
 
-xcb_keysym_t PortalKeys::symbolOf(xcb_keycode_t keyCode, quint32 carbonModifiers, const QString &label,
-                                  Faceless faceless)
+X11KeyFaces PortalKeys::readFaces()
 {
+    if (m_isServerAwaited) {
+        return {}; // one wait is enough for all keys
+    }
     const quint64 lateBefore = m_connection.lateReplies();
     listen();
-    const X11KeyFaces faces = m_token != 0 ? X11KeyFaces::read(m_connection) : X11KeyFaces();
+    X11KeyFaces faces = m_token != 0 ? X11KeyFaces::read(m_connection) : X11KeyFaces();
     if (m_connection.lateReplies() != lateBefore) {
-        m_connection.whenServerAnswers([settling = QPointer<QTimer>(&m_settling)] {
+        m_isServerAwaited = true;
+        m_connection.whenServerAnswers([this, settling = QPointer<QTimer>(&m_settling)] {
             if (settling) {
+                m_isServerAwaited = false;
                 settling->start();
             }
         });
     }
+    return faces;
+}
+
+xcb_keysym_t PortalKeys::symbolOf(xcb_keycode_t keyCode, quint32 carbonModifiers, const QString &label,
+                                  Faceless faceless)
+{
+    const X11KeyFaces faces = readFaces();
     const std::optional<Place> shown = placeOf(faces, keyCode, carbonModifiers, label);
     if (!shown && faceless == Faceless::leftOut) {
         return XKB_KEY_NoSymbol;

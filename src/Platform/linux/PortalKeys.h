@@ -7,6 +7,7 @@
 // a display take for granted.
 
 #include "Platform/linux/X11Connection.h"
+#include "Platform/linux/X11KeyFaces.h"
 
 #include <QString>
 #include <QTimer>
@@ -36,12 +37,15 @@ private:
     enum class Faceless { taken, leftOut };
 
     void listen();
+    /// What the keys type; nothing while the server does not answer.
+    [[nodiscard]] X11KeyFaces readFaces();
     [[nodiscard]] QString write(quint32 macKeyCode, quint32 carbonModifiers, const QString &label, Faceless faceless);
     [[nodiscard]] xcb_keysym_t symbolOf(xcb_keycode_t keyCode, quint32 carbonModifiers, const QString &label,
                                         Faceless faceless);
 
     X11Connection &m_connection;
     X11Connection::HandlerToken m_token = 0; ///< 0 without the keyboard extension
+    bool m_isServerAwaited = false;
     QTimer m_settling;
 };
 

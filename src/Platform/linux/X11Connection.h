@@ -5,9 +5,9 @@
 // One thread, the one that makes it. Events are handed to the registered handlers from the event loop: a socket
 // notifier wakes for new ones, and those that a round trip has read on the way are dispatched right after it. No timer
 // runs. When the server goes away the connection becomes invalid and stays so; every operation then does nothing.
-// Every wait has a bound: what is missing after it may be unknown rather than absent, which lateReplies() tells apart,
-// and whenServerAnswers() is the moment to ask again. Nothing here touches the server before the first call of
-// isValid() or of an operation.
+// Every wait for a reply has a bound, connecting has none: what is missing after it may be unknown rather than absent,
+// which lateReplies() tells apart, and whenServerAnswers() is the moment to ask again. Nothing here touches the server
+// before the first call of isValid() or of an operation.
 
 #include "Platform/linux/X11Reply.h"
 
@@ -94,6 +94,9 @@ public:
     void whenServerAnswers(std::function<void()> then);
 
     static constexpr std::chrono::milliseconds replyBound{250};
+    /// How often in a row something is asked again when the server answers. One that is late every time is not busy for
+    /// a moment but too far away, and would be asked for ever.
+    static constexpr int greatestLateAttempts = 5;
 
 private:
     /// What is called when the server has answered that request.

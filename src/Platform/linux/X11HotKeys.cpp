@@ -165,7 +165,14 @@ void X11HotKeys::lookAtKeyboard()
         return;
     }
     if (const auto modifiers = followKeyboard() ? X11Modifiers::ask(m_connection) : std::nullopt) {
+        m_lateLooks = 0;
         useModifiers(*modifiers);
+        return;
+    }
+    if (++m_lateLooks == X11Connection::greatestLateAttempts) {
+        m_lateLooks = 0;
+        qWarning("OrvesaTranslate: the X server answers too late for its keyboard to be known; shortcuts are as they "
+                 "were until it changes again");
         return;
     }
     m_lookScheduled = true;

@@ -58,6 +58,7 @@ private:
     bool m_followsKeyboard = false;
     quint8 m_keyboardEvent = 0; ///< the number of the keyboard extension's events; 0 without it
     bool m_lookScheduled = false;
+    int m_lateLooks = 0; ///< in a row
     HotKeyRef m_lastReference = 0;
     std::map<HotKeyRef, HotKey> m_hotKeys;
     std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);

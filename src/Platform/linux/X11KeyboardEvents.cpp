@@ -110,6 +110,10 @@ bool X11KeyboardEvents::prepare()
     if (isLate()) {
         return false;
     }
+    // Without it nothing can be pressed, and the library would close the connection at the first try.
+    if (m_connection.extension(xcb_test_id) == nullptr) {
+        return false;
+    }
     m_inputOpcode = hasInput ? input->major_opcode : quint8{0};
     m_hasKeyboardExtension = hasKeyboardExtension;
     m_prepared = true;

@@ -44,7 +44,7 @@ void X11TerminalSelection::watch()
         !m_connection.reply(xcb_xfixes_query_version_reply,
                             xcb_xfixes_query_version(raw, XCB_XFIXES_MAJOR_VERSION, XCB_XFIXES_MINOR_VERSION)) ||
         !m_connection.reply(xcb_input_xi_query_version_reply, xcb_input_xi_query_version(raw, 2, 2))) {
-        if (m_connection.lateReplies() != lateBefore) {
+        if (m_connection.lateReplies() != lateBefore && ++m_lateLooks < X11Connection::greatestLateAttempts) {
             m_connection.whenServerAnswers([this, alive = std::weak_ptr<bool>(m_alive)] {
                 if (!alive.expired()) {
                     watch();
@@ -74,6 +74,9 @@ void X11TerminalSelection::findOwner()
 
 void X11TerminalSelection::findOwnerLater()
 {
+    if (++m_lateLooks >= X11Connection::greatestLateAttempts) {
+        return;
+    }
     m_connection.whenServerAnswers([this, alive = std::weak_ptr<bool>(m_alive)] {
         if (!alive.expired()) {
             findOwner();
@@ -160,6 +163,8 @@ void X11TerminalSelection::noteOwner(xcb_window_t owner, xcb_timestamp_t since)
     if (m_connection.lateReplies() != lateBefore) {
         m_owner = XCB_WINDOW_NONE; // whose window it is has to be asked again
         findOwnerLater();
+    } else {
+        m_lateLooks = 0;
     }
     const bool isTerminal = program && TerminalPrograms::copyKeys(program->instanceName, program->className);
     m_terminal = isTerminal ? program->window : xcb_window_t{XCB_WINDOW_NONE};

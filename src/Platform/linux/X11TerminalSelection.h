@@ -63,6 +63,7 @@ private:
     xcb_timestamp_t m_pressTime = 0;
     xcb_timestamp_t m_releaseTime = 0;
     bool m_isRepeated = false; ///< the press came soon after the one before
+    int m_lateLooks = 0;       ///< in a row
     std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);
 };
 
