@@ -40,8 +40,9 @@ QCoro::Task<ExitCode> RecognizeCommand::run(CommandLine::Recognize request) cons
     if (!lines) {
         const bool isImage = QImageReader(request.imagePath).canRead();
         StandardStreams::writeError(
-            isImage ? u"The image could not be recognized; \"orvesa-translate doctor\" says what is missing."_s
-                    : u"The file “%1” is no image."_s.arg(request.imagePath));
+            isImage
+                ? u"The image could not be recognized; \"orvesa-translate doctor\" says whether something is missing."_s
+                : u"The file “%1” is no image that can be read."_s.arg(request.imagePath));
         co_return ExitCode::failure;
     }
     const QString text = lines->join(u'\n');

@@ -171,7 +171,7 @@ QCoro::Task<void> TranslationCoordinator::generate(Weak self, QString text, AITa
         co_return;
     }
     const AIProviderConfig config = self->m_with.settings.activeConfig();
-    // The handshake with the service runs while the panel is being shown; but a service without a key is not contacted.
+    // The handshake with the service runs while the panel is being shown; but not before a key was found.
     if (self->m_keyedProviders.contains(config.providerType)) {
         self->m_with.providers.preconnect(config.providerType);
     }

@@ -118,8 +118,7 @@ TEST_F(ProviderKeyStatusTest, OneRefusalEndsTheLookAndLeavesTheStatusUnknown)
     for (const QString &account : {u"openai_api_key"_s, u"gemini_api_key"_s, u"xai_api_key"_s}) {
         keyStore.setItem(u"current"_s, account, "secret");
     }
-    for (const qint32 refusal :
-         {KeyStoreStatus::userCanceled, KeyStoreStatus::authorizationFailed, KeyStoreStatus::interactionNotAllowed}) {
+    for (const qint32 refusal : {KeyStoreStatus::userCanceled, KeyStoreStatus::interactionNotAllowed}) {
         refuse(refusal);
         const std::size_t before = keyStore.calls().size();
         const ProviderKeyStatus status(keychain);
@@ -129,6 +128,20 @@ TEST_F(ProviderKeyStatusTest, OneRefusalEndsTheLookAndLeavesTheStatusUnknown)
         EXPECT_FALSE(status.isRefreshing());
         EXPECT_EQ(status.hasKey(AIProviderType::openAI), std::nullopt);
     }
+}
+
+TEST_F(ProviderKeyStatusTest, LeavesAKeyOutThatCannotBeRead)
+{
+    keyStore.setItem(u"current"_s, u"openai_api_key"_s, "secret");
+    keyStore.setStatus(FakeKeyStore::Operation::copyMatching, u"openai_api_key"_s, KeyStoreStatus::authorizationFailed);
+    ProviderKeyStatus status(keychain);
+    EXPECT_FALSE(status.hasAnyKey());
+    EXPECT_FALSE(status.hasNoKey()) << "it may be one";
+    keyStore.setItem(u"current"_s, u"gemini_api_key"_s, "secret");
+    status.look();
+    EXPECT_TRUE(status.hasAnyKey());
+    EXPECT_EQ(status.hasKey(AIProviderType::openAI), false);
+    EXPECT_EQ(status.hasKey(AIProviderType::gemini), true);
 }
 
 TEST_F(ProviderKeyStatusTest, ForgetsThatThereWasNoKeyWhenTheStoreRefuses)

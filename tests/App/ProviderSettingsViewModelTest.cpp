@@ -105,6 +105,33 @@ TEST_F(ProviderSettingsViewModelTest, LearnsOfTheKeyWhenAKeyStoreThatRefusedIsOp
     EXPECT_TRUE(model->hasStoredKey());
 }
 
+TEST_F(ProviderSettingsViewModelTest, ForgetsTheKeyOfAKeyStoreThatHasGoneOrRefuses)
+{
+    storeKey("secret");
+    for (const qint32 status : {KeyStoreStatus::notAvailable, KeyStoreStatus::userCanceled}) {
+        model->load();
+        EXPECT_TRUE(model->hasStoredKey());
+        model->leave();
+        keyStore.setStatus(Operation::copyMatching, status);
+        keyStatus.refresh(); // the window is opened again
+        model->load();
+        EXPECT_FALSE(model->hasStoredKey());
+        keyStore.setStatus(Operation::copyMatching, std::nullopt);
+        keyStatus.refresh();
+        EXPECT_TRUE(model->hasStoredKey()) << "once it answers again";
+
+        keyStore.gate().close();
+        keyStore.setStatus(Operation::copyMatching, status);
+        model->load();
+        keyStatus.refresh();
+        EXPECT_TRUE(model->hasStoredKey()) << "nobody knows otherwise yet";
+        keyStore.gate().open();
+        EXPECT_FALSE(model->hasStoredKey());
+        keyStore.setStatus(Operation::copyMatching, std::nullopt);
+        keyStatus.refresh();
+    }
+}
+
 TEST_F(ProviderSettingsViewModelTest, TakesWhatALookUnderWayHasFoundAlready)
 {
     storeKey("secret");

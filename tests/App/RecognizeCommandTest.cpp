@@ -97,13 +97,14 @@ TEST_F(RecognizeCommandTest, SaysThatAFileIsNoImage)
     file.write("no pixels");
     file.close();
     EXPECT_EQ(run(name), ExitCode::failure);
-    EXPECT_EQ(errors, "The file “" + name.toStdString() + "” is no image.\n");
+    EXPECT_EQ(errors, "The file “" + name.toStdString() + "” is no image that can be read.\n");
 }
 
 TEST_F(RecognizeCommandTest, SaysWhereToLearnWhyAnImageWasNotRecognized)
 {
     EXPECT_EQ(run(makeImage()), ExitCode::failure);
-    EXPECT_EQ(errors, "The image could not be recognized; \"orvesa-translate doctor\" says what is missing.\n");
+    EXPECT_EQ(errors,
+              "The image could not be recognized; \"orvesa-translate doctor\" says whether something is missing.\n");
     EXPECT_EQ(output, "");
 }
 

@@ -3,6 +3,7 @@
 #include "App/Settings/PromptsSettingsViewModel.h"
 #include "UI/TextButton.h"
 
+#include <QApplication>
 #include <QLayout>
 #include <QTimerEvent>
 
@@ -32,6 +33,9 @@ void PromptListView::refresh()
     while (m_rows.size() > prompts.size()) {
         PromptRow *row = m_rows.back();
         m_rows.pop_back();
+        if (QWidget *focused = QApplication::focusWidget(); focused != nullptr && row->isAncestorOf(focused)) {
+            focused->clearFocus(); // or it would go to whatever comes next
+        }
         row->hide();
         // Its own button may be on the call stack.
         row->deleteLater();

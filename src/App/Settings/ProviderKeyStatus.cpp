@@ -58,33 +58,43 @@ void ProviderKeyStatus::take(AIProviderType type, bool hasKey)
     Q_EMIT looked(type, hasKey);
 }
 
-void ProviderKeyStatus::finish(quint64 refresh, std::optional<qint32> refusal)
+void ProviderKeyStatus::finish(quint64 refresh, std::optional<qint32> refusal, Certainty certainty)
 {
     m_finished = refresh;
     // A key store that does not run asks nobody, has nothing, and may run the next time.
     m_wasRefused = refusal && *refusal != KeyStoreStatus::notAvailable;
     const bool hasFound = std::ranges::any_of(m_found, [](const auto &found) { return found.second; });
     if (!hasFound) {
-        setAnswer(m_wasRefused ? Answer::unknown : Answer::noKey);
+        setAnswer(m_wasRefused || certainty == Certainty::partial ? Answer::unknown : Answer::noKey);
+    }
+    if (refusal) {
+        Q_EMIT refused();
     }
 }
 
 QCoro::Task<void> ProviderKeyStatus::readKeys(Weak self, const KeychainService *keychain, quint64 refresh)
 {
     std::optional<qint32> refusal;
-    try {
-        for (const AIProviderType type : allCases<AIProviderType>()) {
-            const bool hasKey = co_await keychain->hasValue(keychainAccount(type), KeychainService::Failures::thrown);
-            if (!self || self->m_refreshes != refresh) {
-                co_return;
+    Certainty certainty = Certainty::whole;
+    for (const AIProviderType type : allCases<AIProviderType>()) {
+        bool hasKey = false;
+        try {
+            hasKey = co_await keychain->hasValue(keychainAccount(type), KeychainService::Failures::thrown);
+        } catch (const KeychainError &error) {
+            if (error.status() != KeyStoreStatus::authorizationFailed) {
+                refusal = error.status();
+                break;
             }
-            self->take(type, hasKey);
+            // This one cannot be read, and nobody was asked anything.
+            certainty = Certainty::partial;
         }
-    } catch (const KeychainError &error) {
-        refusal = error.status();
+        if (!self || self->m_refreshes != refresh) {
+            co_return;
+        }
+        self->take(type, hasKey);
     }
     if (self && self->m_refreshes == refresh) {
-        self->finish(refresh, refusal);
+        self->finish(refresh, refusal, certainty);
     }
 }
 

@@ -46,16 +46,20 @@ public:
 
 Q_SIGNALS:
     void changed();
-    /// One service's key was looked for; every refresh tells of each until the key store refuses.
+    /// One service's key was looked for; every refresh tells of each until the key store refuses. One that cannot be
+    /// read is none.
     void looked(AIProviderType type, bool hasKey);
+    /// The look has ended before it came to all services, since the key store refused or does not run.
+    void refused();
 
 private:
     enum class Answer { unknown, noKey, someKey };
+    enum class Certainty { whole, partial };
     using Weak = QPointer<ProviderKeyStatus>;
 
     void setAnswer(Answer answer);
     void take(AIProviderType type, bool hasKey);
-    void finish(quint64 refresh, std::optional<qint32> refusal);
+    void finish(quint64 refresh, std::optional<qint32> refusal, Certainty certainty);
     static QCoro::Task<void> readKeys(Weak self, const KeychainService *keychain, quint64 refresh);
 
     const KeychainService &m_keychain;

@@ -18,6 +18,7 @@ ProviderSettingsViewModel::ProviderSettingsViewModel(AIProviderType type, const 
 {
     connect(&m_with.settings, &SettingsStore::willChange, this, &ProviderSettingsViewModel::followStoredModel);
     connect(&m_with.keyStatus, &ProviderKeyStatus::looked, this, &ProviderSettingsViewModel::takeStoredKey);
+    connect(&m_with.keyStatus, &ProviderKeyStatus::refused, this, &ProviderSettingsViewModel::forgetStoredKey);
 }
 
 ProviderSettingsViewModel::~ProviderSettingsViewModel()
@@ -76,6 +77,8 @@ void ProviderSettingsViewModel::load()
     // A look that is under way may have passed this service already.
     if (const std::optional<bool> hasKey = m_with.keyStatus.hasKey(m_type)) {
         takeStoredKey(m_type, *hasKey);
+    } else if (!m_with.keyStatus.isRefreshing()) {
+        forgetStoredKey();
     }
 }
 
@@ -87,6 +90,15 @@ void ProviderSettingsViewModel::takeStoredKey(AIProviderType type, bool hasKey)
     m_awaitsStoredKey = false;
     if (m_hasStoredKey != hasKey) {
         m_hasStoredKey = hasKey;
+        Q_EMIT changed();
+    }
+}
+
+void ProviderSettingsViewModel::forgetStoredKey()
+{
+    // What an earlier visit found says nothing about a key store that refuses now. A later look may still tell.
+    if (m_awaitsStoredKey && m_hasStoredKey) {
+        m_hasStoredKey = false;
         Q_EMIT changed();
     }
 }

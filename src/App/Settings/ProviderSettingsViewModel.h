@@ -79,6 +79,7 @@ private:
     void setStatus(std::optional<Status> status);
     void followStoredModel();
     void takeStoredKey(AIProviderType type, bool hasKey);
+    void forgetStoredKey();
     void finishStoring(quint64 visit, Status status, bool hasKey);
     void failStoring(quint64 visit, Status status);
     void finishTest(quint64 visit, Status status);
