@@ -85,14 +85,20 @@ document='The old library of the city has many books and maps.'
 # shellcheck disable=SC2034
 copied='Copied before the check'
 
-# within WHAT COMMAND...: asks for it again and again, a minute at most.
-within() {
-    local what=$1 end=$((SECONDS + 60))
-    shift
+# becomesTrue COMMAND...: asks for it again and again, a minute at most.
+becomesTrue() {
+    local end=$((SECONDS + 60))
     until "$@" >/dev/null 2>&1; do
-        [[ $SECONDS -lt $end ]] || fail "in vain: $what"
+        [[ $SECONDS -lt $end ]] || return 1
         sleep 0.2
     done
+}
+
+# within WHAT COMMAND...: the same, which must come true.
+within() {
+    local what=$1
+    shift
+    becomesTrue "$@" || fail "in vain: $what"
 }
 
 # The program, as one of the X server that the session has.

@@ -63,8 +63,7 @@ holds() {
     inShell "global.trialText = '';
         St.Clipboard.get_default().get_text(St.ClipboardType.$1, (_, text) => global.trialText = 'it is ' + text);
         'asked'" >/dev/null
-    within "an answer of the clipboard" isTextGiven
-    [[ "$(inShell 'global.trialText')" == "it is $2" ]]
+    becomesTrue isTextGiven && [[ "$(inShell 'global.trialText')" == "it is $2" ]]
 }
 
 # The window has the keyboard before its content listens to it, and nothing tells when: it may take more than once.
