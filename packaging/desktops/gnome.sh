@@ -9,8 +9,9 @@ tray=notifier
 dismiss=Escape
 
 # GNOME's shell and what gives windows their look. The other daemons want systemd's manager of logins, without which
-# GNOME gives up at once.
+# GNOME gives up at once; the shell goes without where there is none, and gives up where one cannot be started.
 prepareRoot() {
+    rm -f /usr/share/dbus-1/system-services/org.freedesktop.login1.service
     printf '[GNOME Session]\nName=Trial\nRequiredComponents=org.gnome.Shell;org.gnome.SettingsDaemon.XSettings;\n' \
         >/usr/share/gnome-session/sessions/trial.session
 }
