@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <utility>
 
 namespace orvesa::desktop {
 
@@ -26,6 +27,17 @@ void require(bool condition, const QString &otherwise)
 {
     if (!condition)
         throw DesktopError(otherwise);
+}
+
+/// Whether there is more than one colour in it, on a grid that meets every panel.
+bool showsSomething(const QImage &screen)
+{
+    constexpr int step = 5;
+    for (int y = 0; y < screen.height(); y += step)
+        for (int x = 0; x < screen.width(); x += step)
+            if (screen.pixel(x, y) != screen.pixel(0, 0))
+                return true;
+    return false;
 }
 
 QString describe(Windows &windows, xcb_window_t window)
@@ -113,6 +125,14 @@ void SessionCheck::isInTheTray()
     std::cout << "           " << (hasNotifierItem() ? "StatusNotifierItem" : "embedded") << std::endl;
     if (!m_options.splash.isEmpty())
         waitUntil([this] { return !isShown(m_options.splash); }, u"the desktop's splash to go"_s, loginDeadline);
+    // A desktop that composes the screen itself is faded in, and takes every click until that is done.
+    QImage before;
+    const auto standsStill = [&] {
+        processEventsFor(std::chrono::milliseconds(500));
+        const QImage now = m_session.windows().picture();
+        return showsSomething(now) && now == std::exchange(before, now);
+    };
+    waitUntil(standsStill, u"the desktop to be drawn"_s, loginDeadline);
     picture(u"tray"_s);
 }
 
