@@ -1,6 +1,6 @@
 #include "App/Settings/ProviderSettingsViewModel.h"
 
-#include "App/SettingsFixture.h"
+#include "App/ProviderSettingsFixture.h"
 #include "fakes/SignalCount.h"
 
 #include <gtest/gtest.h>
@@ -10,30 +10,7 @@ using namespace Qt::StringLiterals;
 namespace orvesa {
 namespace {
 
-class ProviderSettingsViewModelTest : public testing::Test, protected SettingsOnFakes {
-protected:
-    using Operation = FakeKeyStore::Operation;
-    using Tone = ProviderSettingsViewModel::Tone;
-
-    void storeKey(const QByteArray &secret, const QString &service = u"current"_s)
-    {
-        keyStore.setItem(service, u"openai_api_key"_s, secret);
-    }
-
-    [[nodiscard]] std::optional<QByteArray> storedKey() const
-    {
-        return keyStore.item(u"current"_s, u"openai_api_key"_s);
-    }
-
-    [[nodiscard]] std::unique_ptr<ProviderSettingsViewModel> makeModel(AIProviderType type)
-    {
-        return std::make_unique<ProviderSettingsViewModel>(
-            type, ProviderSettingsViewModel::Collaborators{settings, keychain, providers, keyStatus});
-    }
-
-    ProviderKeyStatus keyStatus{keychain};
-    std::unique_ptr<ProviderSettingsViewModel> model = makeModel(AIProviderType::openAI);
-};
+using ProviderSettingsViewModelTest = ProviderSettingsFixture;
 
 TEST_F(ProviderSettingsViewModelTest, StartsEmptyWithoutAKey)
 {
@@ -57,103 +34,6 @@ TEST_F(ProviderSettingsViewModelTest, SeesAStoredKeyWithoutShowingIt)
     EXPECT_FALSE(model->canSave());
     EXPECT_TRUE(model->canTest());
     EXPECT_TRUE(model->canClear());
-}
-
-TEST_F(ProviderSettingsViewModelTest, CarriesAnEarlierKeyForwardWhenItLoads)
-{
-    storeKey("old", u"first-legacy"_s);
-    model->load();
-    EXPECT_TRUE(model->hasStoredKey());
-    EXPECT_EQ(storedKey(), QByteArray("old"));
-}
-
-TEST_F(ProviderSettingsViewModelTest, AllSectionsTogetherAskAKeyStoreThatRefusesOnce)
-{
-    std::vector<std::unique_ptr<ProviderSettingsViewModel>> sections;
-    for (const AIProviderType type : allCases<AIProviderType>()) {
-        keyStore.setItem(u"current"_s, keychainAccount(type), "secret");
-        sections.push_back(makeModel(type));
-    }
-    keyStore.setStatus(Operation::copyMatching, KeyStoreStatus::userCanceled);
-    keyStore.gate().close();
-    const std::size_t before = keyStore.calls().size();
-    for (const auto &section : sections) {
-        section->load();
-    }
-    keyStore.gate().open();
-    for (const auto &section : sections) {
-        section->leave();
-        section->load(); // the page is chosen again
-        EXPECT_FALSE(section->hasStoredKey());
-    }
-    EXPECT_EQ(keyStore.calls().size() - before, 1U);
-}
-
-TEST_F(ProviderSettingsViewModelTest, LearnsOfTheKeyWhenAKeyStoreThatRefusedIsOpenedForAnother)
-{
-    storeKey("secret");
-    keyStore.setStatus(Operation::copyMatching, KeyStoreStatus::userCanceled);
-    keyStatus.refresh();
-    const auto gemini = makeModel(AIProviderType::gemini);
-    model->load();
-    gemini->load();
-    EXPECT_FALSE(model->hasStoredKey());
-    keyStore.setStatus(Operation::copyMatching, std::nullopt);
-    gemini->setAPIKeyInput(u"key"_s);
-    gemini->saveKey();
-    EXPECT_TRUE(gemini->hasStoredKey());
-    EXPECT_TRUE(model->hasStoredKey());
-}
-
-TEST_F(ProviderSettingsViewModelTest, ForgetsTheKeyOfAKeyStoreThatHasGoneOrRefuses)
-{
-    storeKey("secret");
-    for (const qint32 status : {KeyStoreStatus::notAvailable, KeyStoreStatus::userCanceled}) {
-        model->load();
-        EXPECT_TRUE(model->hasStoredKey());
-        model->leave();
-        keyStore.setStatus(Operation::copyMatching, status);
-        keyStatus.refresh(); // the window is opened again
-        model->load();
-        EXPECT_FALSE(model->hasStoredKey());
-        keyStore.setStatus(Operation::copyMatching, std::nullopt);
-        keyStatus.refresh();
-        EXPECT_TRUE(model->hasStoredKey()) << "once it answers again";
-
-        keyStore.gate().close();
-        keyStore.setStatus(Operation::copyMatching, status);
-        model->load();
-        keyStatus.refresh();
-        EXPECT_TRUE(model->hasStoredKey()) << "nobody knows otherwise yet";
-        keyStore.gate().open();
-        EXPECT_FALSE(model->hasStoredKey());
-        keyStore.setStatus(Operation::copyMatching, std::nullopt);
-        keyStatus.refresh();
-    }
-}
-
-TEST_F(ProviderSettingsViewModelTest, TakesWhatALookUnderWayHasFoundAlready)
-{
-    storeKey("secret");
-    keyStore.setItem(u"current"_s, u"gemini_api_key"_s, "secret");
-    const auto gemini = makeModel(AIProviderType::gemini);
-    {
-        QObject untilOpenAIIsKnown;
-        QObject::connect(&keyStatus, &ProviderKeyStatus::looked, &untilOpenAIIsKnown,
-                         [this] { keyStore.gate().close(); });
-        keyStatus.refresh();
-    }
-    model->load();
-    gemini->load();
-    EXPECT_TRUE(keyStatus.isRefreshing());
-    EXPECT_TRUE(model->hasStoredKey());
-    EXPECT_FALSE(gemini->hasStoredKey());
-    const std::size_t before = keyStore.calls().size();
-    keyStore.gate().open();
-    EXPECT_TRUE(gemini->hasStoredKey());
-    for (std::size_t index = before; index < keyStore.calls().size(); ++index) {
-        EXPECT_NE(keyStore.calls()[index].account, u"openai_api_key"_s) << "nothing was asked twice";
-    }
 }
 
 TEST_F(ProviderSettingsViewModelTest, SavesWithoutOuterBlanks)
