@@ -29,9 +29,15 @@ Mousepad::Mousepad(desktop::Desktop &desktop)
 
 desktop::DesktopOptions screenOnly()
 {
-    desktop::DesktopOptions options;
+    desktop::DesktopOptions options = sessionOnly();
     options.windowManager = desktop::WindowManager::none;
     options.sessionBus = desktop::SessionBus::none;
+    return options;
+}
+
+desktop::DesktopOptions sessionOnly()
+{
+    desktop::DesktopOptions options;
     options.accessibility = desktop::Accessibility::none;
     options.keyStore = desktop::KeyStore::absent;
     return options;

@@ -30,5 +30,7 @@ struct Mousepad {
 
 /// An X server and nothing else.
 [[nodiscard]] desktop::DesktopOptions screenOnly();
+/// The same with a session bus and a window manager.
+[[nodiscard]] desktop::DesktopOptions sessionOnly();
 
 } // namespace orvesa::tests

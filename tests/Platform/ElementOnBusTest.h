@@ -49,12 +49,7 @@ public:
 protected:
     const QString m_theirs = QStringLiteral("orvesa-test-element");
     const QString m_ours = QStringLiteral("orvesa-test-asker");
-    AdoptedDesktop m_desktop{[] {
-        desktop::DesktopOptions options;
-        options.accessibility = desktop::Accessibility::none;
-        options.keyStore = desktop::KeyStore::absent;
-        return options;
-    }()};
+    AdoptedDesktop m_desktop{sessionOnly()};
     X11Connection m_connection;
     X11Workspace m_workspace{m_connection};
     ATSPIBus m_bus{m_connection};

@@ -98,12 +98,7 @@ protected:
         }
     }
 
-    AdoptedDesktop m_desktop{[] {
-        desktop::DesktopOptions options;
-        options.accessibility = desktop::Accessibility::none;
-        options.keyStore = desktop::KeyStore::absent;
-        return options;
-    }()};
+    AdoptedDesktop m_desktop{tests::sessionOnly()};
     OtherProgram m_before;
     OtherProgram m_application;
     OtherProgram m_intruder;

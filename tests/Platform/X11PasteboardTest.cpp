@@ -115,12 +115,7 @@ protected:
     }
     Contents read() { return awaited(readAll(*m_pasteboard)); }
 
-    AdoptedDesktop m_desktop{[] {
-        desktop::DesktopOptions options;
-        options.accessibility = desktop::Accessibility::none;
-        options.keyStore = desktop::KeyStore::absent;
-        return options;
-    }()};
+    AdoptedDesktop m_desktop{tests::sessionOnly()};
     X11Connection m_connection;
     std::unique_ptr<X11Pasteboard> m_pasteboard = std::make_unique<X11Pasteboard>(m_connection);
 };
