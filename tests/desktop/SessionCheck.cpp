@@ -125,7 +125,12 @@ void SessionCheck::isInTheTray()
     std::cout << "           " << (hasNotifierItem() ? "StatusNotifierItem" : "embedded") << std::endl;
     if (!m_options.splash.isEmpty())
         waitUntil([this] { return !isShown(m_options.splash); }, u"the desktop's splash to go"_s, loginDeadline);
-    // A desktop that composes the screen itself is faded in, and takes every click until that is done.
+    awaitStillScreen(); // a desktop that composes the screen is faded in, and takes every click until that is done
+    picture(u"tray"_s);
+}
+
+void SessionCheck::awaitStillScreen()
+{
     QImage before;
     const auto standsStill = [&] {
         processEventsFor(std::chrono::milliseconds(500));
@@ -133,7 +138,6 @@ void SessionCheck::isInTheTray()
         return showsSomething(now) && now == std::exchange(before, now);
     };
     waitUntil(standsStill, u"the desktop to be drawn"_s, loginDeadline);
-    picture(u"tray"_s);
 }
 
 bool SessionCheck::hasNotifierItem()
@@ -325,6 +329,7 @@ void SessionCheck::settingsByTheTray()
 void SessionCheck::readsTheScreen()
 {
     focusTheEditor();
+    awaitStillScreen(); // the window that was closed may still be fading, or its place not yet be painted
     // The upper half of its window: not every toolkit tells where its text is.
     const QRect editor = m_session.windows().geometry(m_editor);
     const QRect text = editor.adjusted(2, 2, -2, -editor.height() / 2);

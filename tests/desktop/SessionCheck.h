@@ -67,6 +67,7 @@ private:
     void awaitAnswer();
     void awaitPanelGone();
     void focusTheEditor();
+    void awaitStillScreen();
     [[nodiscard]] bool isShown(const QString &className);
     void picture(const QString &name);
     [[nodiscard]] QPoint middleOfTheEditor() const;
