@@ -55,15 +55,16 @@ if(ORVESA_PRECOMPILED_HEADERS)
     file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/precompiled.cpp" CONTENT "")
     add_library(orvesa_precompiled OBJECT "${CMAKE_BINARY_DIR}/precompiled.cpp")
     orvesa_target(orvesa_precompiled)
-    set_target_properties(orvesa_precompiled PROPERTIES AUTOMOC OFF)
     target_link_libraries(orvesa_precompiled PRIVATE Qt6::Core QCoro6::Core)
     target_precompile_headers(orvesa_precompiled PRIVATE ${ORVESA_PRECOMPILED})
 endif()
 
-# orvesa_library(NAME source... LINK library...): a static library of one room.
+# orvesa_library(NAME source... LINK library... [MOC]): a static library of one room. MOC ones have classes with
+# Q_OBJECT; a target without them would scan and compile for nothing.
 function(orvesa_library name)
-    cmake_parse_arguments(ARG "" "" "LINK" ${ARGN})
+    cmake_parse_arguments(ARG "MOC" "" "LINK" ${ARGN})
     add_library(${name} STATIC ${ARG_UNPARSED_ARGUMENTS})
+    set_target_properties(${name} PROPERTIES AUTOMOC ${ARG_MOC})
     orvesa_target(${name})
     target_link_libraries(${name} PUBLIC ${ARG_LINK})
     if(ORVESA_PRECOMPILED_HEADERS)
@@ -71,12 +72,20 @@ function(orvesa_library name)
     endif()
 endfunction()
 
-# orvesa_test(NAME source... LINK library... [LABELS label...] [GUI]): a GoogleTest program, each of its cases a test of
-# ctest. GUI ones run inside an application with widgets.
+# What the test programs share, and what is precompiled for them. A test's own code takes hardly any time to run and much
+# to optimize: that is left to the libraries that are tested. FORTIFY in the release build wants the lowest level.
+function(orvesa_test_target target)
+    orvesa_target(${target})
+    target_compile_options(${target} PRIVATE $<IF:$<BOOL:${ORVESA_SANITIZE}>,-O0,$<$<CONFIG:Release>:-O1>>)
+endfunction()
+
+# orvesa_test(NAME source... LINK library... [LABELS label...] [GUI] [MOC]): a GoogleTest program, each of its cases a test
+# of ctest. GUI ones run inside an application with widgets.
 function(orvesa_test name)
-    cmake_parse_arguments(ARG "GUI" "" "LINK;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "GUI;MOC" "" "LINK;LABELS" ${ARGN})
     add_executable(${name} ${ARG_UNPARSED_ARGUMENTS})
-    orvesa_target(${name})
+    set_target_properties(${name} PROPERTIES AUTOMOC ${ARG_MOC})
+    orvesa_test_target(${name})
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
     if(ARG_GUI)
         set(main orvesa_gui_test_main)
