@@ -79,10 +79,11 @@ function(orvesa_test_target target)
     target_compile_options(${target} PRIVATE $<IF:$<BOOL:${ORVESA_SANITIZE}>,-O0,$<$<CONFIG:Release>:-O1>>)
 endfunction()
 
-# orvesa_test(NAME source... LINK library... [LABELS label...] [GUI] [MOC]): a GoogleTest program, each of its cases a test
-# of ctest. GUI ones run inside an application with widgets.
+# orvesa_test(NAME source... LINK library... [LABELS label...] [GUI] [MOC] [ALONE]): a GoogleTest program, each of its cases
+# a test of ctest. GUI ones run inside an application with widgets; ALONE ones beside no other, as other programs' pace
+# is part of them.
 function(orvesa_test name)
-    cmake_parse_arguments(ARG "GUI;MOC" "" "LINK;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "GUI;MOC;ALONE" "" "LINK;LABELS" ${ARGN})
     add_executable(${name} ${ARG_UNPARSED_ARGUMENTS})
     set_target_properties(${name} PROPERTIES AUTOMOC ${ARG_MOC})
     orvesa_test_target(${name})
@@ -100,5 +101,5 @@ function(orvesa_test name)
         set(ARG_LABELS unit)
     endif()
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}."
-        PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 120)
+        PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 120 RUN_SERIAL ${ARG_ALONE})
 endfunction()

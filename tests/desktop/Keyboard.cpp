@@ -126,27 +126,28 @@ void Keyboard::press(const QString &combination)
         keyUp(name);
 }
 
-void Keyboard::pressByHand(const QString &combination)
+void Keyboard::pressByHand(const QString &combination, std::chrono::milliseconds hold)
 {
     QStringList names = keysOf(combination);
     const QStringList down = names;
     std::ranges::reverse(names);
-    turnByHand(down, names);
+    turnByHand(down, hold, names);
 }
 
 void Keyboard::rollByHand(const QString &combination)
 {
     const QStringList names = keysOf(combination);
-    turnByHand(names, names);
+    turnByHand(names, std::chrono::milliseconds::zero(), names);
 }
 
-void Keyboard::turnByHand(const QStringList &down, const QStringList &up)
+void Keyboard::turnByHand(const QStringList &down, std::chrono::milliseconds hold, const QStringList &up)
 {
     constexpr std::chrono::milliseconds gap{10};
     for (const QString &name : down) {
         keyDown(name);
         processEventsFor(gap);
     }
+    processEventsFor(hold);
     for (const QString &name : up) {
         keyUp(name);
         processEventsFor(gap);

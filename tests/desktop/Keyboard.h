@@ -11,6 +11,7 @@
 
 #include <xcb/xcb.h>
 
+#include <chrono>
 #include <vector>
 
 struct _XCBKeySymbols;
@@ -31,8 +32,8 @@ public:
     void press(const QString &combination);
     /// The same with nothing in between: the server has all of it before any program has heard of the first key.
     void pressAtOnce(const QString &combination);
-    /// The same as quick fingers do it, ten milliseconds from key to key.
-    void pressByHand(const QString &combination);
+    /// The same as quick fingers do it, ten milliseconds from key to key, holding them all so much longer.
+    void pressByHand(const QString &combination, std::chrono::milliseconds hold = std::chrono::milliseconds::zero());
     /// Likewise, but the keys come up in the order in which they went down: modifiers first.
     void rollByHand(const QString &combination);
     /// The key at a place of the keyboard, whatever it types.
@@ -73,7 +74,7 @@ private:
     [[nodiscard]] Stroke strokeFor(xcb_keysym_t keysym);
     [[nodiscard]] Stroke bindSpareKey(xcb_keysym_t keysym);
     [[nodiscard]] static QStringList keysOf(const QString &combination);
-    void turnByHand(const QStringList &down, const QStringList &up);
+    void turnByHand(const QStringList &down, std::chrono::milliseconds hold, const QStringList &up);
     void queue(xcb_keycode_t code, bool down);
     void send(xcb_keycode_t code, bool down);
 

@@ -78,11 +78,7 @@ Captured CaptureStage::capture(std::chrono::milliseconds hold)
 {
     const qsizetype before = captureLines().size();
     const std::size_t requests = service.requests().size();
-    desktop->keyboard().keyDown(u"Alt"_s);
-    desktop->keyboard().keyDown(u"d"_s);
-    processEventsFor(hold);
-    desktop->keyboard().keyUp(u"d"_s);
-    desktop->keyboard().keyUp(u"Alt"_s);
+    desktop->keyboard().pressByHand(u"Alt+d"_s, hold);
     processEventsFor(betweenKeys);
     waitUntil([&] { return captureLines().size() > before; }, u"the capture"_s);
     Captured captured;
